@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Builds the player if need be and plays a show; without a display it renders the show to pictures and a
+# contact sheet of them.
+set -euo pipefail
+
+usage() {
+    cat <<'TEXT'
+Usage: ./play.sh [SHOW] [player options...]
+
+SHOW is a show's JSON file or a folder with a config.json; shows/showcase when left out.
+
+In a graphical session the show opens in its window. Without one (neither DISPLAY nor WAYLAND_DISPLAY is set)
+it is rendered to build/show/NAME/ and the path of a contact sheet, stills with their times, is printed last;
+of the player's options --fps, --size, --start and --end are useful there. SHOW --help lists them all.
+
+Packages that are missing on a Debian system are installed first, through sudo where needed.
+TEXT
+}
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
+# shellcheck source=tools/setup.sh
+. "$root/tools/setup.sh"
+
+# The name under which a show's pictures are kept: its folder's, or the file's own unless that is config.json.
+showName() {
+    local name=${1##*/}
+    if [[ $name == config.json ]]; then
+        name=$(cd "$(dirname "$1")" && pwd -P)
+    fi
+    name=${name##*/}
+    name=${name%.json}
+    # A percent sign would read as part of the frame number's pattern.
+    name=${name//%/_}
+    printf '%s' "${name:-show}"
+}
+
+# optionValue NAME DEFAULT [options...]: the value that the last such option gives.
+optionValue() {
+    local name=$1 value=$2
+    shift 2
+    while (($#)); do
+        case $1 in
+        "$name") value=${2-} ;;
+        "$name"=*) value=${1#*=} ;;
+        esac
+        shift
+    done
+    printf '%s' "$value"
+}
+
+# Renders the show and prints the contact sheet's path; returns the player's exit code.
+renderShow() {
+    local output fps begin code=0
+    output=$root/build/show/$(showName "$show")
+    fps=$(optionValue --fps 2 "$@")
+    rm -rf "$output"
+    mkdir -p "$output"
+
+    say "No display: rendering $show ($fps pictures per second of the show;" \
+        "without a graphics card about as long as the show takes)"
+    "$player" "$show" --headless -o "$output/frame-%05d.png" --fps "$fps" --size 640x360 "$@" \
+        >"$output/player.log" || code=$?
+    if ((code)); then
+        printf '%s: the player failed (exit code %d); the end of %s:\n' "${0##*/}" "$code" "$output/player.log" >&2
+        tail -n 20 "$output/player.log" >&2
+        return "$code"
+    fi
+
+    # Unless told otherwise a show begins with its first entry.
+    begin=$(sed -n \
+        's/^\[TIMELINE\] Visual range \([0-9.]*\)s .*/\1/p;T;q' "$output/player.log")
+    say "Contact sheet"
+    "$root/tools/contact_sheet.sh" "$output" "$fps" "$(optionValue --start "${begin:-0}" "$@")"
+}
+
+show=$root/shows/showcase/config.json
+case ${1-} in
+-h | --help)
+    usage
+    exit
+    ;;
+'' | -*) ;;
+*)
+    show=$1
+    shift
+    [[ ! -d $show ]] || show=${show%/}/config.json
+    ;;
+esac
+[[ -f $show ]] || die "no show at $show"
+
+# Someone who names an output or asks for no window has decided how to play.
+window=yes
+[[ -n ${DISPLAY-}${WAYLAND_DISPLAY-} ]] || window=no
+for option in "$@"; do
+    case $option in
+    -o | -o=* | --o | --o=* | --headless | --still | --still=* | -h | --help | --version) window=decided ;;
+    esac
+done
+
+packages=("${kPlayerPackages[@]}")
+[[ $window != no ]] || packages+=("${kContactSheetPackages[@]}")
+installMissing "${packages[@]}"
+
+# The tests' packages are not assumed; test.sh turns the tests on in the same folder.
+isConfigured release || configure release -DQUILLON_TESTS=OFF -DQUILLON_BENCH=OFF
+buildTargets release --target quillon-player
+player=$root/build/release/quillon-player
+
+if [[ $window == no ]]; then
+    renderShow "$@"
+else
+    say "Playing $show"
+    exec "$player" "$show" "$@"
+fi

@@ -1,0 +1,71 @@
+#include "app/loop.h"
+
+#include "app/steering.h"
+#include "effects/shader_effect.h"
+#include "platform/shell_state.h"
+
+#include <algorithm>
+
+VisualRange visualRange(const RuntimeConfig& config) {
+    VisualRange range;
+    if (config.entries.empty()) return range;
+    range.start = config.entries.front().start; // sorted by start
+    for (const TimelineEntry& entry : config.entries) range.end = std::max(range.end, entry.start + entry.duration);
+    range.duration = std::max(0.0f, range.end - range.start);
+    return range;
+}
+
+double showEnd(const RuntimeConfig& config) {
+    if (config.nativeRuntime) {
+        const VisualRange range = visualRange(config);
+        return range.duration > 0.0f ? static_cast<double>(range.end) : 0.0;
+    }
+    double end = 0.0;
+    for (size_t i = 0; i < config.scenes.size(); ++i) {
+        const double duration = static_cast<double>(sceneDuration(config, static_cast<int>(i)));
+        if (duration <= 0.0) return 0.0;
+        end += duration;
+    }
+    return end;
+}
+
+bool isOffline(const Player& player) {
+    return player.recorder.active;
+}
+
+float showTime(const Player& player) {
+    return static_cast<float>(player.clock.showTime);
+}
+
+bool beginFrame(Player& player) {
+    pumpMessages(player.surface);
+    if (!shellState().running) return false;
+    tickClock(player.clock);
+    pressScriptedKeys(player);
+    return shellState().running;
+}
+
+bool stopTimeReached(const Player& player) {
+    return static_cast<float>(player.passesTime + player.clock.showTime) >= static_cast<float>(player.stopTime);
+}
+
+void clearFrame() {
+    glViewport(0, 0, shellState().clientWidth, shellState().clientHeight);
+    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glDisable(GL_DEPTH_TEST);
+}
+
+void finishFrame(Player& player) {
+    if (!isOffline(player)) {
+        presentFrame(player.surface);
+    } else if (!recordFrame(player.recorder)) {
+        shellState().running = false;
+    }
+}
+
+void clearFeedback(Timeline& timeline) {
+    for (RuntimeEntry& entry : timeline.entries) {
+        if (entry.effect.hasBuffer) clearBufferTargets(entry.effect);
+    }
+}

@@ -1,0 +1,28 @@
+// The main loop's two modes, and the steps of a frame that they share.
+#pragma once
+
+#include "app/player.h"
+
+// The range of the configuration's flat entries, those that fail to load included.
+VisualRange visualRange(const RuntimeConfig& config);
+
+// The show's length in seconds from timeline time 0; 0 when it has no end of its own.
+double showEnd(const RuntimeConfig& config);
+
+// Plays the flat timeline, or the list of scenes, until the user stops it, it ends, or the stop time is
+// reached. Offline one pass, every frame recorded.
+void playTimeline(Player& player);
+void playScenes(Player& player);
+
+// Records one picture for each of the options' still times, as after a seek to it and with delta 0.
+void renderTimelineStills(Player& player);
+void renderSceneStills(Player& player);
+
+// Steps of a frame.
+bool isOffline(const Player& player);
+float showTime(const Player& player);           // of the current pass or scene, in seconds
+bool beginFrame(Player& player);                // pumps messages, takes the delta; false when the run is over
+bool stopTimeReached(const Player& player);
+void clearFrame();                              // opaque black
+void finishFrame(Player& player);               // shows or records it
+void clearFeedback(Timeline& timeline);         // empties every buffer pass's pictures

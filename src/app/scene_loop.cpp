@@ -1,0 +1,94 @@
+#include "app/loop.h"
+#include "platform/shell_state.h"
+#include "timeline/frame.h"
+
+#include <algorithm>
+
+namespace {
+
+void loadPlayerScene(Player& player, int index) {
+    loadScene(player.timeline, player.config, index, shellState().clientWidth, shellState().clientHeight);
+    jumpClock(player.clock, 0.0);
+}
+
+// A time on the list of scenes, each following the one before it.
+struct ScenePosition {
+    int index = 0;
+    double time = 0.0;   // seconds into the scene
+    double before = 0.0; // seconds of the scenes before it
+};
+
+// Past the end the last scene goes on.
+ScenePosition findScene(const RuntimeConfig& config, double time) {
+    ScenePosition position;
+    const int last = static_cast<int>(config.scenes.size()) - 1;
+    while (position.index < last) {
+        const double duration = static_cast<double>(sceneDuration(config, position.index));
+        if (duration <= 0.0 || time < position.before + duration) break;
+        position.before += duration;
+        ++position.index;
+    }
+    position.time = std::max(0.0, time - position.before);
+    return position;
+}
+
+// Moves to a position in the scene that is loaded, as if the scene had played from its start.
+void seekInScene(Player& player, const ScenePosition& position) {
+    player.passesTime = position.before;
+    jumpClock(player.clock, position.time);
+    for (RuntimeEntry& entry : player.timeline.entries) {
+        seekEffect(entry.effect, showTime(player) - std::max(0.0f, entry.entry->delay));
+    }
+    restartCounter(player.clock);
+}
+
+// Moves on when the scene is over; false when the run is.
+bool advanceScene(Player& player, int& index) {
+    const float duration = sceneDuration(player.config, index);
+    if (duration <= 0.0f || showTime(player) < duration) return true;
+    player.passesTime += static_cast<double>(duration);
+    if (++index == static_cast<int>(player.config.scenes.size())) {
+        if (!player.config.loop) {
+            stopRunning("legacy timeline end");
+            return false;
+        }
+        if (isOffline(player)) return false; // one pass
+        index = 0;
+    }
+    loadPlayerScene(player, index);
+    return true;
+}
+
+void drawFrame(Player& player, float delta) {
+    clearFrame();
+    drawSceneFrame(player.timeline, showTime(player), delta, shellState().clientWidth, shellState().clientHeight);
+    finishFrame(player);
+}
+
+} // namespace
+
+void playScenes(Player& player) {
+    const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
+    int index = start.index;
+    loadPlayerScene(player, index);
+    player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
+    if (player.options.start) seekInScene(player, start);
+    while (beginFrame(player)) {
+        if (stopTimeReached(player) || !advanceScene(player, index)) break;
+        drawFrame(player, player.clock.delta);
+    }
+}
+
+void renderSceneStills(Player& player) {
+    int loaded = -1;
+    for (const double time : player.options.stills) {
+        pumpMessages(player.surface);
+        if (!shellState().running) return;
+        const ScenePosition position = findScene(player.config, time);
+        if (position.index != loaded) loadPlayerScene(player, position.index);
+        loaded = position.index;
+        seekInScene(player, position);
+        clearFeedback(player.timeline);
+        drawFrame(player, 0.0f);
+    }
+}

@@ -1,0 +1,147 @@
+#include "app/player.h"
+
+#include "app/loop.h"
+#include "app/steering.h"
+#include "foundation/log.h"
+#include "gpu/gl_functions.h"
+#include "gpu/program_pool.h"
+#include "gpu/quad.h"
+#include "gpu/shader_lookup.h"
+#include "gpu/shader_pack.h"
+#include "gpu/textures.h"
+#include "platform/files.h"
+#include "platform/image.h"
+#include "platform/shell_state.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kFailed = 1; // exit code
+
+bool loadShow(Player& player) {
+    const std::string& path = player.options.configPath;
+    if (!isRegularFile(path)) {
+        logLine("[ERROR] Config not found: %s\n", path.c_str());
+        return false;
+    }
+    logLine("=== Quillon DemoScene - Native Player ===\n");
+    logLine("[LOAD] %s\n", path.c_str());
+    player.config = loadRuntimeConfig(path, {loadShaderPack, resolveShaderSources});
+    if (player.config.scenes.empty() && player.config.entries.empty()) {
+        logLine("[ERROR] No scenes or timeline entries found.\n");
+        return false;
+    }
+    return true;
+}
+
+bool openSurface(Player& player) {
+    const Options& options = player.options;
+    const int width = options.width ? options.width : std::max(1, player.config.width);
+    const int height = options.height ? options.height : std::max(1, player.config.height);
+    const bool fullscreen = options.fullscreen.value_or(player.config.fullscreen);
+    player.surface = options.headless ? createHeadlessSurface(width, height)
+                                      : createPlayerWindow(width, height, fullscreen);
+    if (player.surface && loadGlFunctions(glLookup(player.surface))) return true;
+    logLine("[ERROR] Failed to load OpenGL 3.3 functions.\n");
+    return false;
+}
+
+// Where the run stops, whatever the show says: the earlier of the end and the start plus the length.
+void setStopTime(Player& player) {
+    const Options& options = player.options;
+    if (options.end) player.stopTime = *options.end;
+    if (!options.length) return;
+    const VisualRange range = visualRange(player.config);
+    double start = options.start.value_or(0.0);
+    if (player.config.nativeRuntime) {
+        start = options.start ? static_cast<double>(clampToRange(range, static_cast<float>(*options.start)))
+                              : static_cast<double>(range.start);
+    }
+    player.stopTime = std::min(player.stopTime, start + *options.length);
+}
+
+// Frames that offline rendering will write; 0 when nothing ends it.
+long long expectedFrames(const Player& player) {
+    if (!player.options.stills.empty()) return static_cast<long long>(player.options.stills.size());
+    const double ownEnd = showEnd(player.config);
+    const double end = ownEnd > 0.0 ? std::min(ownEnd, player.stopTime) : player.stopTime;
+    if (std::isinf(end)) return 0;
+    const double firstStart = player.config.nativeRuntime ? static_cast<double>(visualRange(player.config).start) : 0.0;
+    const double start = std::max(player.options.start.value_or(firstStart), firstStart);
+    constexpr double kRounding = 1e-4; // frames; times pass through floats
+    return std::max(1LL, static_cast<long long>(std::ceil((end - start) * player.options.fps - kRounding)));
+}
+
+bool openOffline(Player& player) {
+    if (player.options.output.empty()) return true;
+    const long long frames = expectedFrames(player);
+    if (frames == 0) {
+        printError("%s has no end; give --end or --length to render it\n", player.options.configPath.c_str());
+        return false;
+    }
+    const ShellState& shell = shellState();
+    return openRecorder(player.recorder, player.options.output, glLookup(player.surface), shell.clientWidth,
+                        shell.clientHeight, frames);
+}
+
+void play(Player& player) {
+    const bool stills = !player.options.stills.empty();
+    if (player.config.nativeRuntime) {
+        stills ? renderTimelineStills(player) : playTimeline(player);
+    } else {
+        stills ? renderSceneStills(player) : playScenes(player);
+    }
+}
+
+// Closes the pictures; false when some are missing.
+bool closeOffline(Player& player) {
+    const bool interrupted = isOffline(player) && shellState().exitReason == "WM_QUIT";
+    if (interrupted) {
+        printError("Interrupted: %s has %lld of %lld frames\n", player.options.output.c_str(),
+                   player.recorder.written, player.recorder.expected);
+    }
+    return closeRecorder(player.recorder) && !interrupted;
+}
+
+void shutDown(Player& player) {
+    recordExitReason("main loop finished");
+    logLine("[EXIT] %s\n", shellState().exitReason.c_str());
+    releaseTimeline(player.timeline);
+    deleteTextures();
+    deletePooledPrograms();
+    deleteQuad();
+    destroySurface(player.surface);
+    stopImageDecoding();
+    logLine("[DONE]\n");
+}
+
+} // namespace
+
+int runPlayer(const Options& options) {
+    if (isRawOutput(options.output)) setLogStream(stderr);
+    Player player;
+    player.options = options;
+    announceDpiAwareness();
+    if (!loadShow(player)) return kFailed;
+
+    startImageDecoding();
+    shellState().running = true;
+    shellState().exitReason.clear();
+    if (!openSurface(player)) {
+        destroySurface(player.surface);
+        stopImageDecoding();
+        return kFailed;
+    }
+    logLine("[GL] %s\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
+    logLine("[GL] OpenGL %s\n", reinterpret_cast<const char*>(glGetString(GL_VERSION)));
+    createQuad();
+
+    setStopTime(player);
+    const bool ready = openOffline(player);
+    if (ready) play(player);
+    const bool recorded = closeOffline(player);
+    shutDown(player);
+    return ready && recorded ? 0 : kFailed;
+}

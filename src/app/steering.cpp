@@ -1,0 +1,87 @@
+#include "app/steering.h"
+
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "platform/shell_state.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr float kJustReached = 0.05f;    // a scene that has just been jumped to counts as current
+constexpr float kRestartAfter = 1.0f;    // seconds of a scene after which Left restarts it
+constexpr float kBeforeEnd = 0.001f;     // seconds; the range's end itself would trigger the end rule
+constexpr float kLeastSeek = 0.001f;     // seconds
+
+} // namespace
+
+SceneStep stepScene(const Timeline& timeline, float t, int step) {
+    const std::vector<SceneSpan>& scenes = timeline.scenes;
+    if (scenes.empty()) return {"", t};
+    size_t current = 0;
+    while (current + 1 < scenes.size() && scenes[current + 1].start <= t + kJustReached) ++current;
+
+    size_t target = current;
+    if (step > 0) {
+        target = std::min(current + 1, scenes.size() - 1);
+    } else if (t - scenes[current].start <= kRestartAfter && current > 0) {
+        target = current - 1;
+    }
+    return {scenes[target].name, scenes[target].start};
+}
+
+float lastVisibleTime(const VisualRange& range) {
+    const float last = range.end - kBeforeEnd;
+    return last > range.start ? last : range.start;
+}
+
+float clampToRange(const VisualRange& range, float t) {
+    return std::max(std::min(t, lastVisibleTime(range)), range.start);
+}
+
+void seekEffects(Timeline& timeline, float t) {
+    for (RuntimeEntry& entry : timeline.entries) seekEffect(entry.effect, t - entry.start);
+}
+
+void seekTo(Player& player, const VisualRange& range, float t) {
+    const float target = clampToRange(range, t);
+    jumpClock(player.clock, static_cast<double>(target));
+    seekEffects(player.timeline, target);
+    player.log.lastKey.clear();
+    restartCounter(player.clock);
+}
+
+void applyControls(Player& player, const VisualRange& range) {
+    ShellState& shell = shellState();
+    const bool seeks = std::fabs(shell.pendingSeekSeconds) > kLeastSeek;
+    if (shell.pendingSceneStep == 0 && !seeks) return;
+
+    float t = static_cast<float>(player.clock.showTime);
+    std::string scene;
+    if (shell.pendingSceneStep != 0) {
+        const SceneStep step = stepScene(player.timeline, t, shell.pendingSceneStep);
+        t = step.time;
+        scene = step.scene;
+        shell.pendingSceneStep = 0;
+    }
+    if (seeks) {
+        t += shell.pendingSeekSeconds;
+        shell.pendingSeekSeconds = 0.0f;
+    }
+    seekTo(player, range, t);
+    t = static_cast<float>(player.clock.showTime);
+
+    if (scene.empty()) {
+        activeScenes(player.timeline, t, player.scenes);
+        if (!player.scenes.empty()) scene = player.timeline.scenes[player.scenes.back()].name;
+    }
+    logLine("[SEEK] t=%.3fs scene=%s\n", static_cast<double>(t), orNone(scene));
+}
+
+void pressScriptedKeys(Player& player) {
+    const std::vector<ScriptedKey>& keys = player.options.keys;
+    while (player.nextKey < keys.size() && keys[player.nextKey].time <= player.clock.elapsed) {
+        pressKey(keys[player.nextKey++].key);
+    }
+}

@@ -1,0 +1,89 @@
+#include "app/loop.h"
+#include "app/steering.h"
+#include "foundation/log.h"
+#include "platform/shell_state.h"
+#include "timeline/frame.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+void loadPlayerTimeline(Player& player) {
+    loadTimeline(player.timeline, player.config, shellState().clientWidth, shellState().clientHeight);
+}
+
+void endTimeline(Player& player, const VisualRange& range) {
+    logLine("[TIMELINE] End reached at %.3fs; exiting because loop=false.\n", static_cast<double>(range.end));
+    const float t = lastVisibleTime(range);
+    resolvePlayState(player.timeline, t, player.state);
+    logFinalFrame(player.timeline, t, player.state);
+    stopRunning("native timeline end");
+}
+
+void wrapTimeline(Player& player, const VisualRange& range) {
+    const double passed = std::max(0.0, player.clock.showTime - static_cast<double>(range.start));
+    const double rest = std::fmod(passed, static_cast<double>(range.duration));
+    player.passesTime += passed - rest;
+    jumpClock(player.clock, static_cast<double>(range.start) + rest);
+    loadPlayerTimeline(player);
+    player.log.lastKey.clear();
+}
+
+// Ends or wraps a timeline that has reached its end; false when the run is over.
+bool applyEnd(Player& player, const VisualRange& range) {
+    if (range.duration <= 0.0f || showTime(player) < range.end) return true;
+    if (!player.config.loop) {
+        endTimeline(player, range);
+        return false;
+    }
+    if (isOffline(player)) return false; // one pass
+    wrapTimeline(player, range);
+    return true;
+}
+
+void drawFrame(Player& player, const VisualRange& range, float delta) {
+    const bool hasRange = range.start < range.end;
+    const bool isPast = hasRange && showTime(player) >= range.end;
+    const float t = hasRange ? std::min(showTime(player), lastVisibleTime(range)) : showTime(player);
+
+    clearFrame();
+    resolvePlayState(player.timeline, t, player.state);
+    logPlayState(player.log, player.timeline, t, player.state);
+    drawTimelineFrame(player.state, isPast ? 0.0f : delta, shellState().clientWidth, shellState().clientHeight);
+    finishFrame(player);
+}
+
+// Loads the timeline and announces it.
+VisualRange prepareTimeline(Player& player) {
+    loadPlayerTimeline(player);
+    const VisualRange range = visualRange(player.config);
+    logLine("[TIMELINE] Visual range %.3fs -> %.3fs (duration=%.3fs)\n", static_cast<double>(range.start),
+            static_cast<double>(range.end), static_cast<double>(range.duration));
+    logLine("[CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit\n");
+    return range;
+}
+
+} // namespace
+
+void playTimeline(Player& player) {
+    const VisualRange range = prepareTimeline(player);
+    player.clock = startClock(static_cast<double>(range.start), isOffline(player) ? player.options.fps : 0.0);
+    if (player.options.start) seekTo(player, range, static_cast<float>(*player.options.start));
+    while (beginFrame(player)) {
+        applyControls(player, range);
+        if (stopTimeReached(player) || !applyEnd(player, range)) break;
+        drawFrame(player, range, player.clock.delta);
+    }
+}
+
+void renderTimelineStills(Player& player) {
+    const VisualRange range = prepareTimeline(player);
+    for (const double time : player.options.stills) {
+        pumpMessages(player.surface);
+        if (!shellState().running) return;
+        seekTo(player, range, static_cast<float>(time));
+        clearFeedback(player.timeline);
+        drawFrame(player, range, 0.0f);
+    }
+}

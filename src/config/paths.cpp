@@ -1,0 +1,21 @@
+#include "config/paths.h"
+
+#include "platform/files.h"
+
+std::string joinPath(const std::string& base, const std::string& rel) {
+    if (base.empty()) return rel;
+    if (base.back() == '/' || base.back() == kPathSeparator) return base + rel;
+    return base + kPathSeparator + rel;
+}
+
+std::string resolveAssetPath(const std::string& path, const AssetMap& assets, const std::string& baseDir) {
+    std::string resolved = path;
+    if (!path.empty() && path.front() == '@') {
+        const auto alias = assets.find(path.substr(1));
+        if (alias != assets.end()) resolved = alias->second;
+    }
+    for (char& c : resolved) {
+        if (c == '/' || c == '\\') c = kPathSeparator;
+    }
+    return isAbsolutePath(resolved) ? resolved : joinPath(baseDir, resolved);
+}

@@ -1,0 +1,84 @@
+#include "config/timeline_entry.h"
+
+#include "config/runtime_config.h"
+
+#include <cmath>
+
+namespace {
+
+// A show's "1e999" or "nan" would poison every comparison on the timeline.
+float getFinite(const JsonValue& value, float fallback) {
+    const float number = getNumber(value, fallback);
+    return std::isfinite(number) ? number : fallback;
+}
+
+void readParams(TimelineEntry& entry, const JsonValue& params) {
+    entry.params = params;
+    if (params.kind != JsonKind::object) return;
+    entry.alpha = getFinite(find(params, "alpha"), 1.0f);
+    entry.timeScale = getFinite(find(params, "timeScale"), 1.0f);
+    entry.blendMode = getString(find(params, "blendMode"), "alpha");
+    bindChannelFromKeys(entry, 0, {"image", "imagePath", "texture", "channel0", "iChannel0", "uTex", "uTexture",
+                                   "uBackground", "uTexA"});
+    bindChannelFromKeys(entry, 1, {"channel1", "iChannel1", "uTexB"});
+    bindChannelFromKeys(entry, 2, {"channel2", "iChannel2"});
+    bindChannelFromKeys(entry, 3, {"channel3", "iChannel3"});
+    entry.imagePath = entry.channels[0];
+}
+
+void resolveShaders(TimelineEntry& entry) {
+    if (entry.shaders.resolve) entry.shaders.resolve(entry);
+}
+
+} // namespace
+
+TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir) {
+    TimelineEntry entry;
+    entry.baseDir = baseDir;
+    entry.fallbackImage = config.fallbackImagePath;
+    entry.assets = config.assets;
+    entry.shaders = config.shaders;
+
+    entry.id = getString(find(json, "id"), "");
+    entry.type = getString(find(json, "type"), "");
+    entry.scene = getString(find(json, "scene"), "");
+    entry.start = getFinite(find(json, "start"), entry.start);
+    entry.delay = getFinite(find(json, "delay"), entry.delay);
+    entry.duration = getFinite(find(json, "duration"), entry.duration);
+    entry.overlay = getBool(find(json, "overlay"), entry.overlay);
+    entry.layer = getInt(find(json, "layer"), entry.layer);
+    entry.enabled = getBool(find(json, "enabled"), entry.enabled);
+
+    readParams(entry, find(json, "params"));
+    resolveShaders(entry);
+    return entry;
+}
+
+TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix) {
+    TimelineEntry entry;
+    entry.baseDir = parent.baseDir;
+    entry.fallbackImage = parent.fallbackImage;
+    entry.assets = parent.assets;
+    entry.shaders = parent.shaders;
+
+    entry.id = parent.id + "_" + suffix;
+    entry.type = getString(find(json, "type"), "");
+    entry.scene = parent.scene;
+    entry.start = parent.start;
+    entry.duration = parent.duration;
+    entry.layer = parent.layer;
+
+    readParams(entry, find(json, "params"));
+    resolveShaders(entry);
+    return entry;
+}
+
+void bindChannelFromKeys(TimelineEntry& entry, int index, std::initializer_list<const char*> keys) {
+    if (index < 0 || index >= kChannelCount || !entry.channels[index].empty()) return;
+    for (const char* key : keys) {
+        const JsonValue& value = find(entry.params, key);
+        if (value.kind != JsonKind::string) continue;
+        entry.channels[index] = resolveAssetPath(value.text, *entry.assets, entry.baseDir);
+        return;
+    }
+}

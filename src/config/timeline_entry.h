@@ -1,0 +1,59 @@
+// One thing that plays on the timeline, as the show describes it.
+#pragma once
+
+#include "config/paths.h"
+#include "foundation/json.h"
+
+#include <array>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+constexpr int kChannelCount = 4;
+
+struct RuntimeConfig;
+struct TimelineEntry;
+
+// Finds shader files; it lives in a folder above this one, so the loader is handed its entry points.
+// Either may be null: then there is no pack, or the entries' shader paths stay empty.
+struct ShaderLookup {
+    void (*loadPack)(const std::string& baseDir) = nullptr;
+    void (*resolve)(TimelineEntry& entry) = nullptr; // fills vertPath, fragPath and bufferPath
+};
+
+struct TimelineEntry {
+    std::string id;
+    std::string type;  // effect kind, as written
+    std::string scene; // empty: belongs to no scene
+    float start = 0.0f;    // seconds on the timeline
+    float delay = 0.0f;    // seconds into the scene; scene-list shows only
+    float duration = 5.0f; // seconds; 0 or less is open-ended
+    bool overlay = false;
+    bool enabled = true;
+    int layer = 0; // stacking order among overlays, ascending
+    float alpha = 1.0f;
+    float timeScale = 1.0f;
+    std::string blendMode = "alpha";
+    std::string vertPath; // shader sources; empty when none was found
+    std::string fragPath;
+    std::string bufferPath;
+    std::string imagePath; // copy of channel 0
+    std::array<std::string, kChannelCount> channels; // resolved image paths; empty when unbound
+    std::string fallbackImage;
+    std::string baseDir;
+    std::shared_ptr<const AssetMap> assets; // the show's, shared: a copy an entry would be quadratic
+    ShaderLookup shaders;
+    JsonValue params; // deep copy, whatever its kind
+};
+
+// Reads one element of an "entries" array. Never fails: what is missing or of the wrong kind (a number
+// that is not finite included) takes its default.
+TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir);
+
+// The entry of a nested effect, named parent id + "_" + suffix: scene, start, duration and layer are the
+// parent's whatever `json` says, the rest is read from `json`.
+TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix);
+
+// Binds channel `index` (others than 0 to 3 are ignored) to the first of `keys` that "params" holds as a
+// string. A channel that is bound already keeps its path.
+void bindChannelFromKeys(TimelineEntry& entry, int index, std::initializer_list<const char*> keys);

@@ -1,0 +1,44 @@
+#include "effects/effect.h"
+
+#include "gpu/program.h"
+#include "gpu/program_pool.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr float kNominalFrameRate = 60.0f;
+
+void releaseProgram(GLuint program, bool borrowed) {
+    if (borrowed) {
+        returnProgram(program);
+    } else {
+        deleteProgram(program);
+    }
+}
+
+} // namespace
+
+bool isRunnable(const Effect& effect) {
+    return effect.mainProgram != 0;
+}
+
+void releaseEffect(Effect& effect) {
+    releaseProgram(effect.mainProgram, effect.borrowsPrograms);
+    releaseProgram(effect.bufferProgram, effect.borrowsPrograms);
+    for (RenderTarget& target : effect.bufferTargets) deleteTarget(target);
+    effect = {};
+}
+
+void seekEffect(Effect& effect, float seconds) {
+    const float passed = std::max(seconds, 0.0f);
+    constexpr float kMostFrames = 2147483520.0f; // the largest float below 2^31
+    effect.localTime = passed * effect.timeScale;
+    effect.frameCounter = static_cast<int>(std::lroundf(std::min(kNominalFrameRate * passed, kMostFrames)));
+}
+
+void advanceEffect(Effect& effect, float delta) {
+    effect.localTime += delta * effect.timeScale;
+    if (effect.frameCounter < INT32_MAX) ++effect.frameCounter;
+}

@@ -1,0 +1,108 @@
+#include "effects/factory.h"
+
+#include "effects/image_effect.h"
+#include "effects/param_uniforms.h"
+#include "effects/shader_effect.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "gpu/program.h"
+#include "gpu/program_pool.h"
+#include "gpu/shader_pack.h"
+#include "gpu/textures.h"
+
+namespace {
+
+// An entry without a type that has an image stands for that image; composites make such entries in place
+// of a child that is missing.
+EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
+    if (type == "image") return EffectKind::image;
+    if (type.empty() && !entry.channels[0].empty()) return EffectKind::image;
+    return EffectKind::shader;
+}
+
+// Uniforms keep their values in a program, so what an effect writes only once tells programs apart.
+std::string programSettings(const TimelineEntry& entry) {
+    std::string settings = describeParamUniforms(entry.params);
+    for (const std::string& channel : entry.channels) settings += channel.empty() ? '0' : '1';
+    return settings;
+}
+
+struct ShaderSources {
+    std::string vertex;
+    std::string fragment;
+};
+
+// False when there is no fragment source.
+bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderSources& sources) {
+    if (kind == EffectKind::image) {
+        sources = {kQuadVertexSource, kQuadFragmentSource};
+        return true;
+    }
+    sources.vertex = entry.vertPath.empty() ? "" : readTextFile(entry.vertPath);
+    if (sources.vertex.empty()) {
+        logLine("    [WARN] Vert not found: %s (using default)\n", orNone(entry.vertPath));
+        sources.vertex = kQuadVertexSource;
+    }
+    sources.fragment = entry.fragPath.empty() ? "" : readTextFile(entry.fragPath);
+    if (!sources.fragment.empty()) return true;
+    logLine("    [ERROR] Frag not found: %s\n", orNone(entry.fragPath));
+    return false;
+}
+
+GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertexSource, const std::string& settings) {
+    if (entry.bufferPath.empty()) return 0;
+    const std::string source = readTextFile(entry.bufferPath);
+    if (source.empty()) {
+        logLine("    [WARN] BufferA not found: %s\n", entry.bufferPath.c_str());
+        return 0;
+    }
+    return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
+}
+
+void loadChannel(ChannelBinding& channel, const std::string& path) {
+    if (path.empty() || !fileExists(path)) return;
+    const TextureInfo info = loadTexture(path);
+    channel = {info.texture, info.width, info.height, path};
+}
+
+void loadChannels(const TimelineEntry& entry, Effect& effect) {
+    for (int i = 0; i < kChannelCount; ++i) {
+        const bool useImage = i == 0 && entry.channels[0].empty();
+        loadChannel(effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
+    }
+    const bool wantsImage = samplesChannel0(effect.mainProgram) || samplesChannel0(effect.bufferProgram);
+    if (effect.channels[0].texture || !wantsImage || entry.fallbackImage.empty()) return;
+    if (!fileExists(entry.fallbackImage)) return;
+    loadChannel(effect.channels[0], entry.fallbackImage);
+    if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
+}
+
+} // namespace
+
+Effect createEffect(const TimelineEntry& entry) {
+    Effect effect;
+    effect.id = entry.id;
+    effect.type = toLower(entry.type);
+    effect.alpha = entry.alpha;
+    effect.timeScale = entry.timeScale;
+    effect.duration = entry.duration;
+    effect.blendMode = entry.blendMode == "additive" ? BlendMode::additive : BlendMode::alpha;
+    effect.params = entry.params;
+    effect.isDreamEntity = effect.type == "dreamentity";
+
+    const EffectKind kind = kindOf(entry, effect.type);
+    ShaderSources sources;
+    if (!readSources(entry, kind, sources)) return effect;
+    const std::string settings = programSettings(entry);
+    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
+    if (!effect.mainProgram) return effect;
+    effect.kind = kind;
+    if (kind == EffectKind::image) effect.fit = readFitMode(entry.params);
+
+    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
+    effect.hasBuffer = effect.bufferProgram != 0;
+    loadChannels(entry, effect);
+    writeParamUniforms(effect.mainProgram, entry.params);
+    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
+    return effect;
+}

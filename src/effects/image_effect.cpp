@@ -1,0 +1,72 @@
+#include "effects/image_effect.h"
+
+#include "foundation/text.h"
+#include "gpu/gl_functions.h"
+#include "gpu/quad.h"
+
+#include <algorithm>
+
+namespace {
+
+float aspectOf(int width, int height) {
+    return height > 0 ? static_cast<float>(width) / static_cast<float>(height) : 1.0f;
+}
+
+// Scales one axis about the middle of the picture.
+void scaleAxis(float& scale, float& offset, float factor) {
+    scale = factor;
+    offset = (1.0f - factor) * 0.5f;
+}
+
+} // namespace
+
+FitMode readFitMode(const JsonValue& params) {
+    const std::string fit = toLower(getString(find(params, "fit"), "stretch"));
+    if (fit == "fit" || fit == "contain") return FitMode::contain;
+    if (fit == "fill" || fit == "cover") return FitMode::cover;
+    return FitMode::stretch;
+}
+
+ImageFit fitImage(FitMode mode, int imageWidth, int imageHeight, int targetWidth, int targetHeight) {
+    constexpr float kLeastRatio = 0.0001f;
+    const float image = aspectOf(imageWidth, imageHeight);
+    const float target = aspectOf(targetWidth, targetHeight);
+    const bool wider = image > target;
+    ImageFit fit;
+    switch (mode) {
+    case FitMode::stretch: break;
+    case FitMode::contain:
+        if (wider) {
+            scaleAxis(fit.scaleY, fit.offsetY, 1.0f / std::max(target / image, kLeastRatio));
+        } else {
+            scaleAxis(fit.scaleX, fit.offsetX, 1.0f / std::max(image / target, kLeastRatio));
+        }
+        break;
+    case FitMode::cover:
+        if (wider) {
+            scaleAxis(fit.scaleX, fit.offsetX, target / image);
+        } else {
+            scaleAxis(fit.scaleY, fit.offsetY, image / target);
+        }
+        break;
+    }
+    return fit;
+}
+
+void drawImageEffect(const Effect& effect, int width, int height, const InputTexture* input) {
+    const ChannelBinding& image = effect.channels[0];
+    const bool handed = input && input->texture;
+    if (!handed && !image.texture) {
+        gl.UseProgram(0);
+        return;
+    }
+    const GLuint program = effect.mainProgram;
+    gl.UseProgram(program);
+    setStandardUniforms(program, effect.localTime, effect.frameCounter, effect.alpha, width, height);
+    const ImageFit fit = handed ? fitImage(effect.fit, input->width, input->height, width, height)
+                                : fitImage(effect.fit, image.width, image.height, width, height);
+    setUniformVec2(standardUniform(program, StandardUniform::uUvScale), fit.scaleX, fit.scaleY);
+    setUniformVec2(standardUniform(program, StandardUniform::uUvOffset), fit.offsetX, fit.offsetY);
+    bindChannel(program, 0, handed ? input->texture : image.texture);
+    drawQuad();
+}

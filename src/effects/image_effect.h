@@ -1,0 +1,19 @@
+// Plain image entries: an image fitted to the output.
+#pragma once
+
+#include "effects/effect.h"
+
+// "fit" of an entry's "params" (any letter case): "fit" and "contain", "fill" and "cover", else stretch.
+FitMode readFitMode(const JsonValue& params);
+
+// Texture coordinates are the quad's times scale plus offset.
+struct ImageFit {
+    float scaleX = 1.0f, scaleY = 1.0f;
+    float offsetX = 0.0f, offsetY = 0.0f;
+};
+
+// Sizes in pixels; an aspect with a height of 0 or less counts as 1.
+ImageFit fitImage(FitMode mode, int imageWidth, int imageHeight, int targetWidth, int targetHeight);
+
+// Draws the image of channel 0 into the current target; nothing without one.
+void drawImageEffect(const Effect& effect, int width, int height, const InputTexture* input);

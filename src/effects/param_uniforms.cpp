@@ -1,0 +1,86 @@
+#include "effects/param_uniforms.h"
+
+#include "gpu/gl_functions.h"
+#include "gpu/uniforms.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr size_t kMaxComponents = 4;
+
+struct ParamValue {
+    float components[kMaxComponents] = {};
+    size_t count = 0; // 0: no value for a uniform; 1: a number or bool
+};
+
+ParamValue readValue(const JsonValue& json) {
+    ParamValue value;
+    if (json.kind == JsonKind::number || json.kind == JsonKind::boolean) {
+        const float flag = json.boolean ? 1.0f : 0.0f;
+        value.components[0] = getNumber(json, flag);
+        value.count = 1;
+    } else if (json.kind == JsonKind::array && json.items.size() >= 2 && json.items.size() <= kMaxComponents) {
+        for (const JsonValue& item : json.items) {
+            if (item.kind != JsonKind::number) return {};
+            value.components[value.count++] = getNumber(item, 0.0f);
+        }
+    }
+    return value;
+}
+
+// The entry's own settings, read elsewhere.
+bool isEntrySetting(const std::string& name) {
+    return name == "alpha" || name == "timeScale";
+}
+
+std::string prefixed(const std::string& name) {
+    std::string uniform = "u" + name;
+    if (uniform.size() > 1 && uniform[1] >= 'a' && uniform[1] <= 'z') uniform[1] = static_cast<char>(uniform[1] - 'a' + 'A');
+    return uniform;
+}
+
+void writeValue(GLuint program, const std::string& name, const ParamValue& value) {
+    if (isStandardUniform(name)) return;
+    const float* c = value.components;
+    switch (value.count) {
+    case 1: setUniformFloat(program, name, c[0]); break;
+    case 2: setUniformVec2(program, name, c[0], c[1]); break;
+    case 3: setUniformVec3(program, name, c[0], c[1], c[2]); break;
+    default: setUniformVec4(program, name, c[0], c[1], c[2], c[3]); break;
+    }
+}
+
+// Calls `use(name, value)` for the first member of each name that holds a value for a uniform.
+template <typename Use>
+void forEachParam(const JsonValue& params, Use use) {
+    for (const auto& [name, json] : params.members) {
+        if (isEntrySetting(name) || &find(params, name) != &json) continue;
+        const ParamValue value = readValue(json);
+        if (value.count > 0) use(name, value);
+    }
+}
+
+} // namespace
+
+void writeParamUniforms(GLuint program, const JsonValue& params) {
+    gl.UseProgram(program);
+    forEachParam(params, [&](const std::string& name, const ParamValue& value) {
+        writeValue(program, name, value);
+        writeValue(program, prefixed(name), value);
+    });
+}
+
+std::string describeParamUniforms(const JsonValue& params) {
+    std::string text;
+    forEachParam(params, [&](const std::string& name, const ParamValue& value) {
+        text += name;
+        for (size_t i = 0; i < value.count; ++i) {
+            char number[32];
+            std::snprintf(number, sizeof number, "%c%.9g", i ? ',' : '=', static_cast<double>(value.components[i]));
+            text += number;
+        }
+        text += '\0';
+    });
+    return text;
+}

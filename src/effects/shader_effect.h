@@ -1,0 +1,18 @@
+// Full-screen shader effects and their buffer pass.
+#pragma once
+
+#include "effects/effect.h"
+
+// Draws the main pass into the current target, `width` x `height` pixels. `input`, where given, is the
+// picture on its channel; without one an effect with a buffer pass gets that pass's picture on channel 0.
+void drawShaderEffect(const Effect& effect, int width, int height, const InputTexture* input);
+
+// Draws the buffer pass into the effect's own target and makes it the latest picture. Restores target,
+// viewport and blending.
+void drawBufferPass(Effect& effect, int width, int height, const InputTexture* input);
+
+// Makes the buffer pass's targets for an output size, cleared to 0 when they are new.
+void ensureBufferTargets(Effect& effect, int width, int height);
+
+// Clears them to 0, as before the first frame.
+void clearBufferTargets(Effect& effect);

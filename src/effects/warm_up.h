@@ -1,0 +1,22 @@
+// Draws programs once while a show loads, so that no frame pays for what drivers put off.
+#pragma once
+
+#include "effects/effect.h"
+
+#include <cstdint>
+
+// Blending that a draw meets; each is one bit of a program's warm states.
+enum class DrawState : uint32_t {
+    opaque = 1,   // blending off
+    alpha = 2,    // source alpha, one minus source alpha
+    additive = 4, // source alpha, one
+};
+
+// Sets blending for a draw.
+void applyDrawState(DrawState state);
+
+// Draws one pixel of every pass into the current target, unless the effect's programs have been drawn in
+// this state before. Drivers compile code at the first draw, for the blending, the formats of target and
+// textures and their filters; sizes do not matter, but textures are the very ones of the show. The pixel
+// is left behind: the caller's next clear takes it. Buffers are made for the output size and left cleared.
+void warmUpEffect(Effect& effect, DrawState state, int width, int height);

@@ -1,0 +1,170 @@
+#include "gpu/shader_lookup.h"
+
+#include "foundation/text.h"
+#include "gpu/shader_pack.h"
+#include "platform/files.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace {
+
+struct BuiltinShader {
+    const char* name;
+    const char* directory;
+    const char* vertexFile;
+    const char* fragmentFile;
+};
+
+constexpr BuiltinShader kBuiltinShaders[] = {
+    {"overlayer", "starfields", "Overlayer.vert", "Overlayer.frag"},
+    {"rotozoom", "rotozoom", "OldSchoolRotozoom.vert", "OldSchoolRotozoom.frag"},
+    {"rotozoombasic", "rotozoom", "BasiclRotozoom.vert", "BasiclRotozoom.frag"},
+    {"lowerthird", "Text", "LowerThird.vert", "LowerThird.frag"},
+    {"creditroll", "Text", "LowerThird.vert", "LowerThird.frag"},
+    {"shapetext", "Text", "ShapeText.vert", "ShapeText.frag"},
+};
+
+struct GlitchStyle {
+    const char* style;
+    const char* baseName;
+};
+
+constexpr GlitchStyle kGlitchStyles[] = {
+    {"vhstape", "GlitchVHSTape"},
+    {"rain", "GlitchRain"},
+    {"pattern", "GlitchPattern"},
+    {"rainingblood", "GlitchRainingBlood"},
+    {"glitchboi", "GlitchBoi"},
+    {"sinewave", "GlitchSineWave"},
+    {"rgbsplit", "GlitchRGBSplit"},
+    {"gridvid", "GlitchGridVid"},
+    {"moving", "GlitchMoving"},
+    {"signal", "GlitchSignal"},
+    {"blurmist", "GlitchBlurMist"},
+    {"sw", "GlitchSW"},
+    {"hardcode", "GlitchHardcode"},
+    {"brokentv", "GlitchBrokenTV"},
+    {"liquiddos", "GlitchLiquidDOS"},
+    {"memleak", "GlitchMemleak"},
+    {"crttube", "CRTTube"},
+    {"pixel", "GlitchPixel"},
+    {"chromaticaberration", "GlitchChromaticAberration"},
+    {"retrobn", "GlitchRetroBN"},
+};
+
+const BuiltinShader* findBuiltin(const std::string& name) {
+    const std::string lower = toLower(name);
+    for (const BuiltinShader& shader : kBuiltinShaders) {
+        if (lower == shader.name) return &shader;
+    }
+    return nullptr;
+}
+
+std::array<std::string, 2> shaderRoots(const std::string& baseDir) {
+    const std::string resources = joinPath(baseDir, "DemoSceneResources");
+    return {joinPath(joinPath(resources, "assets"), "shaders"), joinPath(joinPath(baseDir, "assets"), "shaders")};
+}
+
+// Files of a directory in pack and on disk, sorted ignoring case, each once.
+std::vector<std::string> shaderFilesIn(const std::string& directory) {
+    std::vector<std::string> names = packFilesIn(directory);
+    for (std::string& name : listFiles(directory)) names.push_back(std::move(name));
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        return equalsIgnoringCase(a, b) ? a < b : lessIgnoringCase(a, b);
+    });
+    names.erase(std::unique(names.begin(), names.end(), equalsIgnoringCase), names.end());
+    return names;
+}
+
+void useIfThere(std::string& path, const std::string& directory, const std::string& file) {
+    const std::string candidate = joinPath(directory, file);
+    if (fileExists(candidate)) path = candidate;
+}
+
+void resolveBuiltin(TimelineEntry& entry, const BuiltinShader& shader) {
+    const std::string directory = builtinShaderDir(entry.baseDir, shader.name);
+    if (directory.empty()) return;
+    useIfThere(entry.vertPath, directory, shader.vertexFile);
+    useIfThere(entry.fragPath, directory, shader.fragmentFile);
+}
+
+// The directory is named like the type, so a file named like either is one and the same rule.
+void resolveDirectory(TimelineEntry& entry) {
+    const std::string directory = builtinShaderDir(entry.baseDir, entry.type);
+    if (directory.empty()) return;
+    const std::string type = toLower(entry.type);
+    std::string vertex, fragment, buffer;
+    bool vertexIsNamed = false, fragmentIsNamed = false;
+    const std::vector<std::string> files = shaderFilesIn(directory);
+    for (const std::string& file : files) {
+        const std::string name = toLower(file);
+        if (endsWith(name, ".vert") && !vertexIsNamed) {
+            vertexIsNamed = name == type + ".vert";
+            if (vertex.empty() || vertexIsNamed) vertex = file;
+        }
+        if (endsWith(name, ".frag") && !fragmentIsNamed) {
+            fragmentIsNamed = name == type + ".frag";
+            if (fragmentIsNamed || (fragment.empty() && !containsText(name, "buffer"))) fragment = file;
+        }
+    }
+    for (const std::string& file : files) {
+        const std::string name = toLower(file);
+        if (buffer.empty() && file != fragment && endsWith(name, ".frag") && containsText(name, "buffera")) buffer = file;
+    }
+    if (!vertex.empty()) entry.vertPath = joinPath(directory, vertex);
+    if (!fragment.empty()) entry.fragPath = joinPath(directory, fragment);
+    if (!buffer.empty()) entry.bufferPath = joinPath(directory, buffer);
+}
+
+} // namespace
+
+std::string builtinShaderDir(const std::string& baseDir, const std::string& name) {
+    const BuiltinShader* builtin = findBuiltin(name);
+    const std::string subdirectory = builtin ? builtin->directory : toLower(name);
+    for (const std::string& root : shaderRoots(baseDir)) {
+        const std::string directory = joinPath(root, subdirectory);
+        if (packHasDirectory(directory) || isDirectory(directory)) return directory;
+    }
+    return "";
+}
+
+std::string builtinShaderFileName(const std::string& name, const std::string& stage) {
+    const BuiltinShader* builtin = findBuiltin(name);
+    if (builtin && stage == ".vert") return builtin->vertexFile;
+    if (builtin && stage == ".frag") return builtin->fragmentFile;
+    return "";
+}
+
+std::string glitchShaderName(const std::string& style) {
+    const std::string lower = toLower(style);
+    for (const GlitchStyle& glitch : kGlitchStyles) {
+        if (lower == glitch.style) return glitch.baseName;
+    }
+    return "Glitch";
+}
+
+void resolveGlitchShaders(TimelineEntry& entry, const std::string& baseDir) {
+    const std::string name = glitchShaderName(getString(find(entry.params, "style"), ""));
+    for (const std::string& root : shaderRoots(baseDir)) {
+        const std::string directory = joinPath(root, "glitch");
+        const std::string fragment = joinPath(directory, name + ".frag");
+        if (!fileExists(fragment)) continue;
+        entry.fragPath = fragment;
+        useIfThere(entry.vertPath, directory, "Glitch.vert");
+        useIfThere(entry.vertPath, directory, name + ".vert");
+        return;
+    }
+}
+
+void resolveShaderSources(TimelineEntry& entry) {
+    if (entry.type.empty()) return;
+    if (toLower(entry.type) == "glitch") {
+        resolveGlitchShaders(entry, entry.baseDir);
+    } else if (const BuiltinShader* builtin = findBuiltin(entry.type)) {
+        resolveBuiltin(entry, *builtin);
+    } else {
+        resolveDirectory(entry);
+    }
+}

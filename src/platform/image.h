@@ -1,0 +1,30 @@
+// Image decoding and PNG encoding by the system's own services (SDL2_image, GDI+).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// The largest picture that is decoded, per side and in all, so that a small file cannot claim the
+// machine's memory.
+constexpr int kMaxImageSide = 16384;
+constexpr int64_t kMaxImagePixels = 1LL << 27;
+
+// Tightly packed R, G, B, A bytes, not premultiplied; the first row is the bottom row of the picture,
+// as OpenGL's lower-left origin expects.
+struct DecodedImage {
+    int width = 0;
+    int height = 0;
+    std::vector<uint8_t> pixels; // width * height * 4
+};
+
+// Before the first and after the last decodeImage.
+void startImageDecoding();
+void stopImageDecoding();
+
+// False, with `image` empty, when the file is missing, no picture, broken or too large; `reason` then
+// says which in a few words.
+bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason);
+
+// Encodes RGB or RGBA rows, top row first, as PNG into `bytes`; false when the encoder fails.
+bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes);

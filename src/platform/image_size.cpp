@@ -1,0 +1,185 @@
+#include "platform/image_size.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace {
+
+// Unsigned numbers out of the file's bytes; what lies outside reads as 0, which no format takes for a size.
+struct Reader {
+    std::string_view bytes;
+    bool bigEndian = false;
+
+    bool holds(uint64_t offset, uint64_t count) const {
+        return offset <= bytes.size() && count <= bytes.size() - offset;
+    }
+    uint32_t number(uint64_t offset, int count) const {
+        if (!holds(offset, static_cast<uint64_t>(count))) return 0;
+        uint32_t value = 0;
+        for (int i = 0; i < count; ++i) {
+            const uint64_t at = offset + static_cast<uint64_t>(bigEndian ? i : count - 1 - i);
+            value = value << 8 | static_cast<uint8_t>(bytes[at]);
+        }
+        return value;
+    }
+    uint32_t byte(uint64_t offset) const { return number(offset, 1); }
+    uint32_t two(uint64_t offset) const { return number(offset, 2); }
+    uint32_t four(uint64_t offset) const { return number(offset, 4); }
+    bool tag(uint64_t offset, std::string_view text) const {
+        return holds(offset, text.size()) && bytes.substr(offset, text.size()) == text;
+    }
+};
+
+void readPng(const Reader& in, ImageSize& size) {
+    if (!in.tag(12, "IHDR")) return;
+    size.width = in.four(16);
+    size.height = in.four(20);
+}
+
+bool startsFrame(uint32_t marker) {
+    // SOF0 to SOF15 without DHT, JPG and DAC, which share their range.
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
+bool standsAlone(uint32_t marker) {
+    return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8); // TEM, RSTn, SOI
+}
+
+void readJpeg(const Reader& in, ImageSize& size) {
+    uint64_t at = 2;
+    while (in.holds(at, 2)) {
+        // Like decoders do: junk between segments is passed over, 0xFF may repeat as padding.
+        if (in.byte(at) != 0xFF || in.byte(at + 1) == 0xFF || in.byte(at + 1) == 0x00) {
+            ++at;
+            continue;
+        }
+        const uint32_t marker = in.byte(at + 1);
+        at += 2;
+        if (startsFrame(marker)) {
+            size.height = in.two(at + 3);
+            size.width = in.two(at + 5);
+            return;
+        }
+        if (marker == 0xD9 || marker == 0xDA) return; // EOI, SOS: no frame came before the data
+        if (!standsAlone(marker)) at += std::max<uint32_t>(in.two(at), 2);
+    }
+}
+
+void readBmp(const Reader& in, ImageSize& size) {
+    constexpr uint32_t kCoreHeader = 12;
+    constexpr uint32_t kInfoHeader = 40; // the later kinds begin with the same fields
+    const uint32_t header = in.four(14);
+    if (header == kCoreHeader) {
+        size.width = in.two(18);
+        size.height = in.two(20);
+    } else if (header >= kInfoHeader && in.holds(18, 8)) {
+        size.width = static_cast<int32_t>(in.four(18));
+        const int64_t height = static_cast<int32_t>(in.four(22));
+        size.height = height < 0 ? -height : height; // negative: rows run from the top
+    }
+}
+
+void readGif(const Reader& in, ImageSize& size) {
+    const auto colorTableBytes = [](uint32_t flags) { return flags & 0x80 ? 3u << ((flags & 7) + 1) : 0u; };
+    const int64_t screenWidth = in.two(6);
+    const int64_t screenHeight = in.two(8);
+    uint64_t at = 13 + colorTableBytes(in.byte(10));
+    while (in.holds(at, 1)) {
+        const uint32_t block = in.byte(at++);
+        if (block == ';') return;
+        if (block == ',') {
+            size.width = std::max<int64_t>(screenWidth, in.two(at + 4));
+            size.height = std::max<int64_t>(screenHeight, in.two(at + 6));
+            return;
+        }
+        if (block != '!') continue; // decoders look on for the next block
+        ++at;                       // the extension's label
+        uint32_t length = in.byte(at);
+        while (length > 0) {
+            at += 1 + length;
+            length = in.byte(at);
+        }
+        ++at;
+    }
+}
+
+// The value of an IFD entry that holds one SHORT or LONG; -1 for other types and counts.
+int64_t tiffValue(const Reader& in, uint64_t entry) {
+    constexpr uint32_t kShort = 3;
+    constexpr uint32_t kLong = 4;
+    const uint32_t type = in.two(entry + 2);
+    if (in.four(entry + 4) != 1) return -1;
+    if (type == kShort) return in.two(entry + 8);
+    return type == kLong ? int64_t{in.four(entry + 8)} : -1;
+}
+
+void readTiff(const Reader& in, ImageSize& size) {
+    constexpr uint64_t kEntryBytes = 12;
+    constexpr uint32_t kImageWidth = 256, kImageLength = 257, kTileWidth = 322, kTileLength = 323;
+    const uint64_t directory = in.four(4);
+    if (directory < 8 || !in.holds(directory, 2)) return;
+    const uint32_t count = in.two(directory);
+    int64_t width = 0, height = 0, tileWidth = 0, tileHeight = 0;
+    for (uint32_t i = 0; i < count; ++i) {
+        const uint64_t entry = directory + 2 + i * kEntryBytes;
+        if (!in.holds(entry, kEntryBytes)) return;
+        const uint32_t tag = in.two(entry);
+        int64_t* side = tag == kImageWidth    ? &width
+                        : tag == kImageLength ? &height
+                        : tag == kTileWidth   ? &tileWidth
+                        : tag == kTileLength  ? &tileHeight
+                                              : nullptr;
+        if (!side) continue;
+        const int64_t value = tiffValue(in, entry);
+        if (value < 0) return;
+        *side = std::max(*side, value); // decoders differ in which of two equal tags they believe
+    }
+    if (width == 0 || height == 0) return;
+    size.width = std::max(width, tileWidth);
+    size.height = std::max(height, tileHeight);
+}
+
+void readWebp(const Reader& in, ImageSize& size) {
+    constexpr uint32_t kSide = 0x3FFF; // 14 bits
+    if (in.tag(12, "VP8X") && in.holds(20, 10)) {
+        size.width = in.number(24, 3) + 1;
+        size.height = in.number(27, 3) + 1;
+    } else if (in.tag(12, "VP8L") && in.byte(20) == 0x2F && in.holds(21, 4)) {
+        const uint32_t packed = in.four(21);
+        size.width = (packed & kSide) + 1;
+        size.height = (packed >> 14 & kSide) + 1;
+    } else if (in.tag(12, "VP8 ") && in.tag(23, "\x9D\x01\x2A")) {
+        size.width = in.two(26) & kSide;
+        size.height = in.two(28) & kSide;
+    }
+}
+
+ImageKind sniffKind(const Reader& in) {
+    using namespace std::string_view_literals;
+    if (in.tag(0, "\x89PNG\r\n\x1A\n"sv)) return ImageKind::png;
+    if (in.tag(0, "\xFF\xD8\xFF"sv)) return ImageKind::jpeg;
+    if (in.tag(0, "GIF87a"sv) || in.tag(0, "GIF89a"sv)) return ImageKind::gif;
+    if (in.tag(0, "II*\0"sv) || in.tag(0, "MM\0*"sv)) return ImageKind::tiff;
+    if (in.tag(0, "RIFF"sv) && in.tag(8, "WEBP"sv)) return ImageKind::webp;
+    if (in.tag(0, "BM"sv)) return ImageKind::bmp;
+    return ImageKind::unknown;
+}
+
+} // namespace
+
+ImageSize readImageSize(std::string_view bytes) {
+    Reader in{bytes};
+    ImageSize size;
+    size.kind = sniffKind(in);
+    in.bigEndian = size.kind == ImageKind::png || size.kind == ImageKind::jpeg || in.tag(0, "MM");
+    switch (size.kind) {
+    case ImageKind::unknown: break;
+    case ImageKind::png: readPng(in, size); break;
+    case ImageKind::jpeg: readJpeg(in, size); break;
+    case ImageKind::bmp: readBmp(in, size); break;
+    case ImageKind::gif: readGif(in, size); break;
+    case ImageKind::tiff: readTiff(in, size); break;
+    case ImageKind::webp: readWebp(in, size); break;
+    }
+    return size;
+}

@@ -1,0 +1,186 @@
+#include "platform/image.h"
+
+#include "platform/files.h"
+#include "platform/image_size.h"
+
+#include <SDL_image.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace {
+
+bool fitsLimits(int64_t width, int64_t height) {
+    return width > 0 && height > 0 && width <= kMaxImageSide && height <= kMaxImageSide &&
+           width * height <= kMaxImagePixels;
+}
+
+std::string tooLarge(int64_t width, int64_t height) {
+    return std::to_string(width) + " x " + std::to_string(height) + " pixels is too large";
+}
+
+// Goes straight to the sniffed kind's decoder. SDL_image's own choice looks for other kinds too, some
+// of them (SVG text anywhere in the file's beginning) with sizes that were not checked here.
+SDL_Surface* loadSurface(ImageKind kind, const std::string& bytes) {
+    SDL_RWops* source = SDL_RWFromConstMem(bytes.data(), static_cast<int>(bytes.size()));
+    if (!source) return nullptr;
+    SDL_Surface* surface = nullptr;
+    switch (kind) {
+    case ImageKind::unknown: break;
+    case ImageKind::png: surface = IMG_LoadPNG_RW(source); break;
+    case ImageKind::jpeg: surface = IMG_LoadJPG_RW(source); break;
+    case ImageKind::bmp: surface = IMG_LoadBMP_RW(source); break;
+    case ImageKind::gif: surface = IMG_LoadGIF_RW(source); break;
+    case ImageKind::tiff: surface = IMG_LoadTIF_RW(source); break;
+    case ImageKind::webp: surface = IMG_LoadWEBP_RW(source); break;
+    }
+    SDL_RWclose(source);
+    return surface;
+}
+
+uint8_t scaled(int value, int by, int of) {
+    return static_cast<uint8_t>(std::min(255, (value * by + of / 2) / of));
+}
+
+// A JPEG of four components comes out of SDL_image with its C, M, Y, K bytes as they stand in the file:
+// inverted, 255 for no ink, the way that such files are written in practice.
+SDL_Surface* inksToRgba(const SDL_Surface& inks) {
+    SDL_Surface* rgba = SDL_CreateRGBSurfaceWithFormat(0, inks.w, inks.h, 32, SDL_PIXELFORMAT_RGBA32);
+    if (!rgba) return nullptr;
+    for (int y = 0; y < inks.h; ++y) {
+        const uint8_t* from = static_cast<const uint8_t*>(inks.pixels) + static_cast<ptrdiff_t>(y) * inks.pitch;
+        uint8_t* to = static_cast<uint8_t*>(rgba->pixels) + static_cast<ptrdiff_t>(y) * rgba->pitch;
+        for (int x = 0; x < inks.w; ++x, from += 4, to += 4) {
+            for (int i = 0; i < 3; ++i) to[i] = scaled(from[i], from[3], 255);
+            to[3] = 255;
+        }
+    }
+    return rgba;
+}
+
+// The decoded picture in R, G, B, A bytes; takes the surface over. Null when memory is short.
+SDL_Surface* toRgba(ImageKind kind, SDL_Surface* surface) {
+    if (!surface || surface->format->format == SDL_PIXELFORMAT_RGBA32) return surface;
+    const bool inks = kind == ImageKind::jpeg && surface->format->BytesPerPixel == 4;
+    SDL_Surface* rgba = inks ? inksToRgba(*surface) : SDL_ConvertSurfaceFormat(surface, SDL_PIXELFORMAT_RGBA32, 0);
+    SDL_FreeSurface(surface);
+    return rgba;
+}
+
+// libtiff multiplies colours by alpha, also where the file keeps them apart.
+void divideByAlpha(std::vector<uint8_t>& pixels) {
+    for (size_t i = 0; i + 3 < pixels.size(); i += 4) {
+        const int alpha = pixels[i + 3];
+        if (alpha == 0 || alpha == 255) continue;
+        for (size_t c = i; c < i + 3; ++c) pixels[c] = scaled(pixels[c], 255, alpha);
+    }
+}
+
+void copyRowsBottomUp(const SDL_Surface& surface, DecodedImage& image) {
+    image.width = surface.w;
+    image.height = surface.h;
+    const size_t rowBytes = static_cast<size_t>(surface.w) * 4;
+    image.pixels.resize(rowBytes * static_cast<size_t>(surface.h));
+    const uint8_t* row = static_cast<const uint8_t*>(surface.pixels);
+    uint8_t* target = image.pixels.data() + image.pixels.size();
+    for (int y = 0; y < surface.h; ++y, row += surface.pitch) {
+        target -= rowBytes;
+        std::memcpy(target, row, rowBytes);
+    }
+}
+
+// A stream that appends what is written to a string: unlike a file's, none of its writes can fail
+// unnoticed by the encoder.
+std::string& streamBytes(SDL_RWops* stream) {
+    return *static_cast<std::string*>(stream->hidden.unknown.data1);
+}
+
+SDL_RWops* openStringStream(std::string& bytes) {
+    SDL_RWops* stream = SDL_AllocRW();
+    if (!stream) return nullptr;
+    stream->type = SDL_RWOPS_UNKNOWN;
+    stream->hidden.unknown.data1 = &bytes;
+    stream->size = [](SDL_RWops* self) { return static_cast<Sint64>(streamBytes(self).size()); };
+    stream->seek = [](SDL_RWops* self, Sint64 offset, int from) -> Sint64 {
+        // Only asked where it stands.
+        return from == RW_SEEK_CUR && offset == 0 ? SDL_RWsize(self) : SDL_SetError("only appends");
+    };
+    stream->read = [](SDL_RWops*, void*, size_t, size_t) -> size_t { return 0; };
+    stream->write = [](SDL_RWops* self, const void* data, size_t size, size_t count) {
+        streamBytes(self).append(static_cast<const char*>(data), size * count);
+        return count;
+    };
+    stream->close = [](SDL_RWops* self) {
+        SDL_FreeRW(self);
+        return 0;
+    };
+    return stream;
+}
+
+// A surface of its own for encoding: A stays or is dropped. Null when memory is short.
+SDL_Surface* surfaceFromRows(const uint8_t* rgba, int width, int height, bool withAlpha) {
+    const Uint32 format = withAlpha ? SDL_PIXELFORMAT_RGBA32 : SDL_PIXELFORMAT_RGB24;
+    SDL_Surface* surface = SDL_CreateRGBSurfaceWithFormat(0, width, height, withAlpha ? 32 : 24, format);
+    if (!surface) return nullptr;
+    const int result = SDL_ConvertPixels(width, height, SDL_PIXELFORMAT_RGBA32, rgba, width * 4, format,
+                                         surface->pixels, surface->pitch);
+    if (result == 0) return surface;
+    SDL_FreeSurface(surface);
+    return nullptr;
+}
+
+} // namespace
+
+void startImageDecoding() {
+    // SDL_image prepares each kind's decoder when the first picture of that kind comes.
+}
+
+void stopImageDecoding() {
+    IMG_Quit();
+}
+
+bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason) {
+    image = DecodedImage();
+    std::string bytes;
+    if (!readFile(path, bytes)) {
+        reason = isRegularFile(path) ? "cannot be read" : "no such file";
+        return false;
+    }
+    const ImageSize claimed = readImageSize(bytes);
+    if (claimed.kind == ImageKind::unknown) {
+        reason = "not a picture of a known kind";
+        return false;
+    }
+    if (claimed.width <= 0 || claimed.height <= 0) {
+        reason = "broken: no size";
+        return false;
+    }
+    if (!fitsLimits(claimed.width, claimed.height)) {
+        reason = tooLarge(claimed.width, claimed.height);
+        return false;
+    }
+    SDL_Surface* surface = toRgba(claimed.kind, loadSurface(claimed.kind, bytes));
+    if (!surface) {
+        reason = std::string("broken: ") + IMG_GetError();
+        return false;
+    }
+    const bool fits = fitsLimits(surface->w, surface->h);
+    if (!fits) reason = tooLarge(surface->w, surface->h);
+    else copyRowsBottomUp(*surface, image);
+    SDL_FreeSurface(surface);
+    if (claimed.kind == ImageKind::tiff) divideByAlpha(image.pixels);
+    return fits;
+}
+
+bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes) {
+    bytes.clear();
+    if (!fitsLimits(width, height)) return false;
+    SDL_Surface* surface = surfaceFromRows(rgba, width, height, withAlpha);
+    SDL_RWops* stream = openStringStream(bytes);
+    const bool encoded = surface && stream && IMG_SavePNG_RW(surface, stream, 0) == 0;
+    if (stream) SDL_RWclose(stream);
+    SDL_FreeSurface(surface);
+    if (!encoded) bytes.clear();
+    return encoded;
+}

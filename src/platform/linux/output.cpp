@@ -1,0 +1,32 @@
+#include "platform/output.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include <unistd.h>
+
+std::FILE* openOutput(const std::string& path, std::string& reason) {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::FILE* file = path == "-" ? stdout : std::fopen(path.c_str(), "wbe");
+    if (!file) reason = std::strerror(errno);
+    return file;
+}
+
+bool closeOutput(std::FILE* file, std::string& reason) {
+    const int failed = file == stdout ? std::fflush(file) : std::fclose(file);
+    if (failed) reason = std::strerror(errno);
+    return !failed;
+}
+
+bool writeFile(const std::string& path, const std::string& bytes, std::string& reason) {
+    std::FILE* file = openOutput(path, reason);
+    if (!file) return false;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    if (!written) reason = std::strerror(errno);
+    return closeOutput(file, reason) && written;
+}
+
+bool isTerminal(std::FILE* stream) {
+    return isatty(fileno(stream)) == 1;
+}

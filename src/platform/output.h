@@ -1,0 +1,17 @@
+// Where rendered pictures go: files, standard output, the terminal.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+// Opens a file for writing raw bytes; "-" is standard output. From then on a reader that goes away is a
+// failed write instead of a signal. Null, with the system's words in `reason`, when it cannot be opened.
+std::FILE* openOutput(const std::string& path, std::string& reason);
+
+// Flushes and closes (standard output is only flushed); false when bytes could not be written.
+bool closeOutput(std::FILE* file, std::string& reason);
+
+// Writes a whole file; false with the system's words in `reason`.
+bool writeFile(const std::string& path, const std::string& bytes, std::string& reason);
+
+bool isTerminal(std::FILE* stream);

@@ -1,0 +1,30 @@
+#include "platform/shell_state.h"
+
+namespace {
+constexpr float kSeekSeconds = 10.0f;
+}
+
+ShellState& shellState() {
+    static ShellState state;
+    return state;
+}
+
+void recordExitReason(const char* reason) {
+    if (shellState().exitReason.empty()) shellState().exitReason = reason;
+}
+
+void stopRunning(const char* reason) {
+    recordExitReason(reason);
+    shellState().running = false;
+}
+
+void pressKey(PlayerKey key) {
+    ShellState& state = shellState();
+    switch (key) {
+    case PlayerKey::left: state.pendingSceneStep = -1; return;
+    case PlayerKey::right: state.pendingSceneStep = 1; return;
+    case PlayerKey::up: state.pendingSeekSeconds += kSeekSeconds; return;
+    case PlayerKey::down: state.pendingSeekSeconds -= kSeekSeconds; return;
+    case PlayerKey::escape: stopRunning("ESC"); return;
+    }
+}

@@ -1,0 +1,28 @@
+// What the window's events and keys ask of the main loop: one shared state, written while messages are
+// pumped and read once a frame, all on one thread.
+#pragma once
+
+#include <string>
+
+// The keys that mean something to the player.
+enum class PlayerKey { left, right, up, down, escape };
+
+struct ShellState {
+    int clientWidth = 1280; // pixels
+    int clientHeight = 720;
+    bool running = true;
+    std::string exitReason; // the first reason recorded wins
+    bool cursorHidden = false;
+    int pendingSceneStep = 0;        // +1 after Right, -1 after Left; the last press wins
+    float pendingSeekSeconds = 0.0f; // +10 per Up, -10 per Down; presses add up
+};
+
+ShellState& shellState();
+
+// Records the reason if there is none yet.
+void recordExitReason(const char* reason);
+
+// Records the reason if there is none yet, and asks the main loop to stop.
+void stopRunning(const char* reason);
+
+void pressKey(PlayerKey key);

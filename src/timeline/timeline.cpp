@@ -1,0 +1,133 @@
+#include "timeline/timeline.h"
+
+#include "effects/factory.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "gpu/textures.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+namespace {
+
+// Kinds of a renderer that drew on the processor; there is no shader for them.
+bool isCpuOnly(const std::string& type) {
+    return type == "neon_text" || type == "chaineffect5lines" || type == "rotatingcube";
+}
+
+bool skipCpuOnly(const TimelineEntry& entry) {
+    if (!isCpuOnly(entry.type)) return false;
+    logLine("  [SKIP] %s (CPU-only, not supported)\n", entry.type.c_str());
+    return true;
+}
+
+void appendEntry(Timeline& timeline, const TimelineEntry& entry) {
+    Effect effect = createEffect(entry);
+    if (!isRunnable(effect)) {
+        logLine("  [SKIP] %s (shader failed)\n", orNone(entry.type));
+        releaseEffect(effect);
+        return;
+    }
+    logLine("  [OK] %s%s\n", orNone(entry.type), effect.hasBuffer ? " (+BufferA)" : "");
+    timeline.entries.push_back(
+        {&entry, entry.start, entry.duration, entry.layer, entry.overlay, -1, std::move(effect)});
+}
+
+void extendSpan(SceneSpan& span, const RuntimeEntry& entry, bool first) {
+    span.start = first ? entry.start : std::min(span.start, entry.start);
+    span.end = std::max(span.end, entry.start + entry.duration);
+}
+
+void buildScenes(Timeline& timeline) {
+    std::unordered_map<std::string_view, SceneSpan> spans;
+    for (const RuntimeEntry& entry : timeline.entries) {
+        const auto [span, isNew] = spans.try_emplace(entry.entry->scene, SceneSpan{entry.entry->scene});
+        extendSpan(span->second, entry, isNew);
+    }
+    for (const auto& [name, span] : spans) {
+        if (name.empty()) {
+            timeline.unnamedScene = span;
+        } else {
+            timeline.scenes.push_back(span);
+        }
+    }
+    std::sort(timeline.scenes.begin(), timeline.scenes.end(), [](const SceneSpan& a, const SceneSpan& b) {
+        return a.start != b.start ? a.start < b.start : a.name < b.name;
+    });
+
+    std::unordered_map<std::string_view, int> indices;
+    for (const SceneSpan& scene : timeline.scenes) indices.emplace(scene.name, static_cast<int>(indices.size()));
+    for (RuntimeEntry& entry : timeline.entries) {
+        const auto index = indices.find(entry.entry->scene);
+        entry.scene = index == indices.end() ? -1 : index->second;
+    }
+}
+
+DrawState blendedState(const Effect& effect) {
+    return effect.blendMode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+}
+
+} // namespace
+
+void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, int height) {
+    releaseTimeline(timeline);
+    bindBlackTextures();
+    logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(config.entries.size()));
+    timeline.entries.reserve(config.entries.size());
+    for (const TimelineEntry& entry : config.entries) {
+        if (skipCpuOnly(entry)) continue;
+        logLine("  [LOAD] t=%.3fs dur=%.3fs scene=%s type=%s\n", static_cast<double>(entry.start),
+                static_cast<double>(entry.duration), orNone(entry.scene), orNone(entry.type));
+        appendEntry(timeline, entry);
+    }
+    buildScenes(timeline);
+    for (RuntimeEntry& entry : timeline.entries) {
+        warmUpEffect(entry.effect, timelineDrawState(entry), width, height);
+    }
+}
+
+void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int width, int height) {
+    releaseTimeline(timeline);
+    bindBlackTextures();
+    if (index < 0 || index >= static_cast<int>(config.scenes.size())) return;
+    const SceneSpec& scene = config.scenes[index];
+    logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
+            scene.id.c_str(), static_cast<int>(scene.entries.size()), static_cast<double>(sceneDuration(config, index)));
+    timeline.entries.reserve(scene.entries.size());
+    for (const TimelineEntry& entry : scene.entries) {
+        if (skipCpuOnly(entry)) continue;
+        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(entry.vertPath), orNone(entry.fragPath));
+        appendEntry(timeline, entry);
+    }
+    for (RuntimeEntry& entry : timeline.entries) {
+        warmUpEffect(entry.effect, sceneDrawState(timeline, entry), width, height);
+    }
+}
+
+void releaseTimeline(Timeline& timeline) {
+    for (RuntimeEntry& entry : timeline.entries) releaseEffect(entry.effect);
+    timeline = {};
+}
+
+float sceneDuration(const RuntimeConfig& config, int index) {
+    float duration = 0.0f;
+    if (index < 0 || index >= static_cast<int>(config.scenes.size())) return duration;
+    for (const TimelineEntry& entry : config.scenes[index].entries) {
+        duration = std::max(duration, std::max(0.0f, entry.delay) + entry.duration);
+    }
+    return duration;
+}
+
+const SceneSpan& sceneOf(const Timeline& timeline, const RuntimeEntry& entry) {
+    return entry.scene < 0 ? timeline.unnamedScene : timeline.scenes[entry.scene];
+}
+
+DrawState timelineDrawState(const RuntimeEntry& entry) {
+    return entry.overlay ? blendedState(entry.effect) : DrawState::opaque;
+}
+
+DrawState sceneDrawState(const Timeline& timeline, const RuntimeEntry& entry) {
+    const bool isBase = !entry.overlay && &entry == timeline.entries.data();
+    return isBase ? DrawState::opaque : blendedState(entry.effect);
+}

@@ -29,8 +29,6 @@ showName() {
     fi
     name=${name##*/}
     name=${name%.json}
-    # A percent sign would read as part of the frame number's pattern.
-    name=${name//%/_}
     printf '%s' "${name:-show}"
 }
 
@@ -56,13 +54,13 @@ renderShow() {
     rm -rf "$output"
     mkdir -p "$output"
 
-    say "No display: rendering $show ($fps pictures per second of the show;" \
-        "without a graphics card about as long as the show takes)"
-    "$player" "$show" --headless -o "$output/frame-%05d.png" --fps "$fps" --size 640x360 "$@" \
+    say "No display: rendering $show, $fps pictures a second" \
+        "(at 2, a minute of show takes about 20 seconds without a graphics card)"
+    "$player" "$show" -o "${output//%/%%}/frame-%05d.png" --fps "$fps" --size 640x360 "$@" \
         >"$output/player.log" || code=$?
     if ((code)); then
-        printf '%s: the player failed (exit code %d); the end of %s:\n' "${0##*/}" "$code" "$output/player.log" >&2
         tail -n 20 "$output/player.log" >&2
+        say "The player failed with exit code $code; its whole log is $output/player.log"
         return "$code"
     fi
 

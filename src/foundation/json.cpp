@@ -173,18 +173,18 @@ const char* parseString(const char* at, std::string& text) {
     }
 }
 
-const char* parseValue(const char* at, JsonValue& value, int depth);
+const char* parseValue(const char* at, JsonValue& value, int depth, int& budget);
 
-// `depth` counts the containers around a value, this one included.
-const char* parseArray(const char* at, JsonValue& value, int depth) {
+// `depth` counts the containers around a value, this one included; `budget` the values that may still be read.
+const char* parseArray(const char* at, JsonValue& value, int depth, int& budget) {
     value.kind = JsonKind::array;
     at = skipWhitespace(at + 1);
     if (*at == ']') {
         return at + 1;
     }
     value.items.reserve(kUsualChildren);
-    while (*at != '\0') {
-        at = skipWhitespace(parseValue(at, value.items.emplace_back(), depth));
+    while (*at != '\0' && budget-- > 0) {
+        at = skipWhitespace(parseValue(at, value.items.emplace_back(), depth, budget));
         if (*at == ']') {
             return at + 1;
         }
@@ -196,20 +196,20 @@ const char* parseArray(const char* at, JsonValue& value, int depth) {
     return at;
 }
 
-const char* parseObject(const char* at, JsonValue& value, int depth) {
+const char* parseObject(const char* at, JsonValue& value, int depth, int& budget) {
     value.kind = JsonKind::object;
     at = skipWhitespace(at + 1);
     if (*at == '}') {
         return at + 1;
     }
     value.members.reserve(kUsualChildren);
-    while (*at != '\0') {
+    while (*at != '\0' && budget-- > 0) {
         auto& [key, child] = value.members.emplace_back();
         at = skipWhitespace(parseString(skipWhitespace(at), key));
         if (*at == ':') {
             ++at;
         }
-        at = skipWhitespace(parseValue(at, child, depth));
+        at = skipWhitespace(parseValue(at, child, depth, budget));
         if (*at != ',') {
             break;
         }
@@ -219,14 +219,14 @@ const char* parseObject(const char* at, JsonValue& value, int depth) {
 }
 
 // Expects an empty `value`, and fills it where it stands: children are never moved into their parents.
-const char* parseValue(const char* at, JsonValue& value, int depth) {
+const char* parseValue(const char* at, JsonValue& value, int depth, int& budget) {
     at = skipWhitespace(at);
     if (*at == '{' || *at == '[') {
         // An unread bracket is neither comma nor closing bracket, so every container around it ends here.
         if (depth == kJsonMaxDepth) {
             return at;
         }
-        return *at == '{' ? parseObject(at, value, depth + 1) : parseArray(at, value, depth + 1);
+        return *at == '{' ? parseObject(at, value, depth + 1, budget) : parseArray(at, value, depth + 1, budget);
     }
     if (*at == '"') {
         value.kind = JsonKind::string;
@@ -252,7 +252,8 @@ const char* parseValue(const char* at, JsonValue& value, int depth) {
 
 JsonValue parseJson(const char*& cursor) {
     JsonValue value;
-    cursor = parseValue(cursor, value, 0);
+    int budget = kJsonMaxValues;
+    cursor = parseValue(cursor, value, 0, budget);
     return value;
 }
 

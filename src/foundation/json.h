@@ -30,6 +30,9 @@ struct JsonValue::Member {
 // a tree all recurse, and the stack must last however many brackets a file opens.
 constexpr int kJsonMaxDepth = 512;
 
+// Parsing stops at so many values: a comma is enough for one, and each takes a hundred bytes of memory.
+constexpr int kJsonMaxValues = 1 << 21;
+
 // Parses the value at `cursor`, which points into NUL-terminated text and is advanced past what was
 // consumed. Never fails: malformed input gives a partial tree, text that is no JSON the number 0.
 JsonValue parseJson(const char*& cursor);

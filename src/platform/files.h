@@ -12,7 +12,7 @@
 extern const char kPathSeparator;
 
 // The most that readFile takes into memory.
-constexpr long long kMaxFileBytes = 1LL << 30;
+constexpr long long kMaxFileBytes = 1LL << 28;
 
 // True for a path that stands on its own: a drive letter ("C:...") everywhere; a leading '/' on Linux.
 bool isAbsolutePath(const std::string& path);

@@ -30,10 +30,25 @@ struct Reader {
     }
 };
 
+// Follows the chunks to the last one: where the bytes end before it, libpng goes on with whatever its
+// buffers held before, for some files without end.
+bool hasAllPngChunks(const Reader& in) {
+    constexpr uint64_t kAroundData = 12; // length, name and checksum
+    uint64_t at = 8;
+    while (in.holds(at, kAroundData)) {
+        const uint64_t chunk = kAroundData + in.four(at);
+        if (!in.holds(at, chunk)) return false;
+        if (in.tag(at + 4, "IEND")) return true;
+        at += chunk;
+    }
+    return false;
+}
+
 void readPng(const Reader& in, ImageSize& size) {
     if (!in.tag(12, "IHDR")) return;
     size.width = in.four(16);
     size.height = in.four(20);
+    size.safe = hasAllPngChunks(in);
 }
 
 bool startsFrame(uint32_t marker) {
@@ -45,22 +60,29 @@ bool standsAlone(uint32_t marker) {
     return marker == 0x01 || (marker >= 0xD0 && marker <= 0xD8); // TEM, RSTn, SOI
 }
 
+// Where the next marker's 0xFF stands: like decoders do, junk, padding by more of them and the data's
+// own (followed by 0) are passed over. The end of the file when there is none.
+uint64_t nextMarker(const Reader& in, uint64_t at) {
+    for (;; ++at) {
+        at = std::min<uint64_t>(in.bytes.find('\xFF', at), in.bytes.size());
+        if (!in.holds(at, 2)) return in.bytes.size();
+        if (in.byte(at + 1) != 0xFF && in.byte(at + 1) != 0x00) return at;
+    }
+}
+
 void readJpeg(const Reader& in, ImageSize& size) {
-    uint64_t at = 2;
-    while (in.holds(at, 2)) {
-        // Like decoders do: junk between segments is passed over, 0xFF may repeat as padding.
-        if (in.byte(at) != 0xFF || in.byte(at + 1) == 0xFF || in.byte(at + 1) == 0x00) {
-            ++at;
-            continue;
-        }
+    // A progressive picture has about ten; each passes over the whole picture however short it is.
+    constexpr int kMostScans = 100;
+    int scans = 0;
+    for (uint64_t at = nextMarker(in, 2); at < in.bytes.size(); at = nextMarker(in, at)) {
         const uint32_t marker = in.byte(at + 1);
         at += 2;
-        if (startsFrame(marker)) {
+        if (marker == 0xD9) return; // EOI
+        if (marker == 0xDA) size.safe = ++scans <= kMostScans;
+        if (startsFrame(marker) && scans == 0 && size.width == 0) {
             size.height = in.two(at + 3);
             size.width = in.two(at + 5);
-            return;
         }
-        if (marker == 0xD9 || marker == 0xDA) return; // EOI, SOS: no frame came before the data
         if (!standsAlone(marker)) at += std::max<uint32_t>(in.two(at), 2);
     }
 }
@@ -115,28 +137,31 @@ int64_t tiffValue(const Reader& in, uint64_t entry) {
 
 void readTiff(const Reader& in, ImageSize& size) {
     constexpr uint64_t kEntryBytes = 12;
-    constexpr uint32_t kImageWidth = 256, kImageLength = 257, kTileWidth = 322, kTileLength = 323;
+    constexpr int64_t kMostSamples = 8; // a pixel; decoders hold whole tiles with all of them
     const uint64_t directory = in.four(4);
     if (directory < 8 || !in.holds(directory, 2)) return;
     const uint32_t count = in.two(directory);
-    int64_t width = 0, height = 0, tileWidth = 0, tileHeight = 0;
+    int64_t width = 0, height = 0, tileWidth = 0, tileHeight = 0, samples = 0;
     for (uint32_t i = 0; i < count; ++i) {
         const uint64_t entry = directory + 2 + i * kEntryBytes;
         if (!in.holds(entry, kEntryBytes)) return;
-        const uint32_t tag = in.two(entry);
-        int64_t* side = tag == kImageWidth    ? &width
-                        : tag == kImageLength ? &height
-                        : tag == kTileWidth   ? &tileWidth
-                        : tag == kTileLength  ? &tileHeight
-                                              : nullptr;
-        if (!side) continue;
+        int64_t* field = nullptr;
+        switch (in.two(entry)) {
+        case 256: field = &width; break;
+        case 257: field = &height; break;
+        case 277: field = &samples; break;
+        case 322: field = &tileWidth; break;
+        case 323: field = &tileHeight; break;
+        default: continue;
+        }
         const int64_t value = tiffValue(in, entry);
         if (value < 0) return;
-        *side = std::max(*side, value); // decoders differ in which of two equal tags they believe
+        *field = std::max(*field, value); // decoders differ in which of two equal tags they believe
     }
     if (width == 0 || height == 0) return;
     size.width = std::max(width, tileWidth);
     size.height = std::max(height, tileHeight);
+    size.safe = samples <= kMostSamples;
 }
 
 void readWebp(const Reader& in, ImageSize& size) {

@@ -1,5 +1,5 @@
-// What the first bytes of a picture file say: its kind and the size that it claims, read before a
-// decoder allocates what they ask for.
+// What a picture file says about itself: its kind and the size that it claims, read before a decoder
+// allocates what the file asks for.
 #pragma once
 
 #include <cstdint>
@@ -7,12 +7,13 @@
 
 enum class ImageKind { unknown, png, jpeg, bmp, gif, tiff, webp };
 
-// Width and height are 0 where the header is cut short or breaks the format's rules. For kinds with
-// more than one size inside (GIF frames, TIFF tiles) each is the largest that a decoder needs to hold.
+// For kinds with more than one size inside (GIF frames, TIFF tiles) width and height are each the
+// largest that a decoder needs to hold; 0 where the file names none.
 struct ImageSize {
     ImageKind kind = ImageKind::unknown;
     int64_t width = 0;
     int64_t height = 0;
+    bool safe = true; // false: cut short or built such that decoders would run on or take too much memory
 };
 
 // `bytes` is the file's whole content: JPEG and TIFF keep the size anywhere.

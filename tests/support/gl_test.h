@@ -66,6 +66,11 @@ protected:
         return true;
     }
 
+    static void expectPixel(const Pixel& actual, const Pixel& wanted, int line) {
+        EXPECT_TRUE(isNear(actual, wanted)) << "line " << line << ": " << testing::PrintToString(actual)
+                                            << " instead of " << testing::PrintToString(wanted);
+    }
+
     // Program of a fragment shader given without its version line.
     static GLuint link(const std::string& fragment) {
         return linkProgram(kQuadVertexSource, "#version 330 core\n" + fragment, "test");
@@ -73,8 +78,8 @@ protected:
 
     // A texture of one colour; bytes R, G, B, A.
     static GLuint solidTexture(std::array<unsigned char, 4> colour, int width = 1, int height = 1) {
-        std::vector<unsigned char> texels;
-        for (int i = 0; i < width * height; ++i) texels.insert(texels.end(), colour.begin(), colour.end());
+        std::vector<unsigned char> texels(static_cast<size_t>(width * height) * 4);
+        for (size_t i = 0; i < texels.size(); ++i) texels[i] = colour[i % 4];
         GLuint texture = 0;
         glGenTextures(1, &texture);
         glBindTexture(GL_TEXTURE_2D, texture);
@@ -84,9 +89,4 @@ protected:
     }
 };
 
-#define EXPECT_PIXEL(actual, ...)                                                                             \
-    do {                                                                                                      \
-        const Pixel got = (actual), wanted = __VA_ARGS__;                                                     \
-        EXPECT_TRUE(isNear(got, wanted)) << testing::PrintToString(got) << " instead of "                     \
-                                         << testing::PrintToString(wanted);                                   \
-    } while (false)
+#define EXPECT_PIXEL(actual, ...) expectPixel(actual, __VA_ARGS__, __LINE__) // braces hold commas

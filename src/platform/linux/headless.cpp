@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -125,20 +126,33 @@ bool openOn(Surface& surface, EGLDisplay display, int width, int height, std::st
     return false;
 }
 
-// The surfaceless platform is Mesa's; NVIDIA's driver offers its devices instead.
+bool isSoftware(EGLDeviceEXT device) {
+    const auto query = reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(eglGetProcAddress("eglQueryDeviceStringEXT"));
+    const char* extensions = query ? query(device, EGL_EXTENSIONS) : nullptr;
+    return extensions && std::strstr(extensions, "EGL_MESA_device_software");
+}
+
+// GPUs first: NVIDIA's driver offers only its devices, and Mesa's surfaceless platform beside it would
+// draw in software. That platform comes next, and last whatever else calls itself a device.
 bool openAnywhere(Surface& surface, int width, int height, std::string& failure) {
-    EGLDisplay display = platformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY);
-    if (openOn(surface, display, width, height, failure)) return true;
-    for (EGLDeviceEXT device : eglDevices()) {
-        display = platformDisplay(EGL_PLATFORM_DEVICE_EXT, device);
-        if (openOn(surface, display, width, height, failure)) return true;
-    }
-    return false;
+    const std::vector<EGLDeviceEXT> devices = eglDevices();
+    const auto openDevices = [&](bool software) {
+        for (EGLDeviceEXT device : devices) {
+            if (isSoftware(device) != software) continue;
+            EGLDisplay display = platformDisplay(EGL_PLATFORM_DEVICE_EXT, device);
+            if (openOn(surface, display, width, height, failure)) return true;
+        }
+        return false;
+    };
+    if (openDevices(false)) return true;
+    EGLDisplay surfaceless = platformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY);
+    return openOn(surface, surfaceless, width, height, failure) || openDevices(true);
 }
 
 } // namespace
 
 Surface* createHeadlessSurface(int width, int height) {
+    avoidDriverFaults();
     Surface* surface = new Surface();
     surface->kind = SurfaceKind::headless;
     std::string failure;

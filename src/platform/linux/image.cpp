@@ -20,6 +20,14 @@ std::string tooLarge(int64_t width, int64_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels is too large";
 }
 
+// Why a file is not even handed to a decoder; empty when it may be.
+std::string objection(const ImageSize& claimed) {
+    if (claimed.kind == ImageKind::unknown) return "not a picture of a known kind";
+    if (claimed.width <= 0 || claimed.height <= 0) return "broken: no size";
+    if (!fitsLimits(claimed.width, claimed.height)) return tooLarge(claimed.width, claimed.height);
+    return claimed.safe ? "" : "broken: cut short or misshapen";
+}
+
 // Goes straight to the sniffed kind's decoder. SDL_image's own choice looks for other kinds too, some
 // of them (SVG text anywhere in the file's beginning) with sizes that were not checked here.
 SDL_Surface* loadSurface(ImageKind kind, const std::string& bytes) {
@@ -148,18 +156,8 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
         return false;
     }
     const ImageSize claimed = readImageSize(bytes);
-    if (claimed.kind == ImageKind::unknown) {
-        reason = "not a picture of a known kind";
-        return false;
-    }
-    if (claimed.width <= 0 || claimed.height <= 0) {
-        reason = "broken: no size";
-        return false;
-    }
-    if (!fitsLimits(claimed.width, claimed.height)) {
-        reason = tooLarge(claimed.width, claimed.height);
-        return false;
-    }
+    reason = objection(claimed);
+    if (!reason.empty()) return false;
     SDL_Surface* surface = toRgba(claimed.kind, loadSurface(claimed.kind, bytes));
     if (!surface) {
         reason = std::string("broken: ") + IMG_GetError();

@@ -22,6 +22,9 @@ struct Surface {
     void* pixelBuffer = nullptr;
 };
 
+// Switches off what drivers are known to draw wrong; before a driver is loaded. A user's own setting stays.
+void avoidDriverFaults();
+
 // Stores the client size in shellState() and says it in the log.
 void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen);
 

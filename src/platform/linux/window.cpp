@@ -129,6 +129,7 @@ void handleSystemMessage(Surface& surface, const SDL_SysWMmsg& message) {
 } // namespace
 
 Surface* createPlayerWindow(int width, int height, bool fullscreen) {
+    avoidDriverFaults();
     Surface* surface = new Surface();
     if (!openWindow(*surface, width, height, fullscreen)) {
         destroySurface(surface);

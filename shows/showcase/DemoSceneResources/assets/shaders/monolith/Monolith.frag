@@ -9,7 +9,7 @@ uniform float uAlpha;        // 0..1
 uniform float uDolly = 0.55; // camera travel towards the sword, units a second
 uniform float uSun = 0.27;   // radius of the sun, as a tangent
 
-const int kSteps = 34;
+const int kSteps = 38;
 const float kFar = 34.0;
 const float kCell = 3.4;     // one smaller sword a cell
 const float kTop = 3.75;     // nothing reaches higher
@@ -91,7 +91,8 @@ void main() {
     if (ray.y < 0.0) {
         vec3 hit = eye + ray * water;
         float calm = exp(-water * 0.06);
-        vec2 wave = vec2(sin(hit.z * 5.0 + iTime * 1.7 + 2.0 * sin(hit.x * 1.3)), sin(hit.z * 9.0 - iTime * 1.2 + hit.x * 2.0));
+        vec2 wave = vec2(sin(hit.z * 5.0 + iTime * 1.7 + 2.0 * sin(hit.x * 1.3)),
+                         sin(hit.z * 9.0 - iTime * 1.2 + hit.x * 2.0));
         vec2 bend = vec2(0.02, 0.05) * (wave + wave.yx * 0.5) * calm;
         dir = normalize(ray + vec3(bend, 0.0));
         dir.y = min(dir.y, -0.001);
@@ -100,13 +101,14 @@ void main() {
     for (int i = 0; i < kSteps; ++i) {
         vec3 q = t < water ? from + ray * t : from + ray * water + dir * (t - water);
         d = world(q);
-        if (d < 0.0015 * t || t > far_) break;
+        if (d < 0.0018 * t || t > far_) break;
         t += min(d, wallAhead(q, dir));
     }
 
+    bool found = d < 0.003 * t && t < far_;
     vec3 seen = vec3(dir.x, abs(dir.y), dir.z);
     vec3 colour = sky(seen);
-    if (d < 0.01 * t && t < far_) {
+    if (found) {
         vec3 q = t < water ? from + ray * t : from + ray * water + dir * (t - water);
         vec2 e = vec2(0.012, -0.012);
         vec3 n = normalize(e.xyy * world(q + e.xyy) + e.yyx * world(q + e.yyx)
@@ -124,7 +126,7 @@ void main() {
     if (wet > 0.5) {
         vec3 hit = eye + ray * water;
         float fresnel = 0.4 + 0.6 * pow(1.0 - clamp(-ray.y, 0.0, 1.0), 6.0);
-        float under = step(water, t);
+        float under = found && t < water ? 0.0 : 1.0;           // no sword stands before the water
         colour = mix(colour, mix(kInk, colour, fresnel) * 0.92, under);
         float glitter = sin(hit.z * 7.0 + iTime * 2.0) * sin(hit.x * 5.0 + hit.z * 2.0) * exp(-hit.x * hit.x * 0.35);
         colour += under * kEmber * 0.28 * smoothstep(0.45, 1.0, glitter) * exp(-water * 0.05);

@@ -9,7 +9,7 @@ uniform vec2 iChannelResolution[4]; // px
 uniform float uAlpha;               // 0..1
 uniform sampler2D iChannel0;        // one label a row from the top; 0.5 on the outline
 uniform float uRow = 0.0;           // label row, from 0
-uniform float uChars = 6.0;         // letters of the label, for the width of its plate
+uniform float uLabel = 3.0;         // width of the label without its number, in row heights
 uniform float uRows = 8.0;          // rows in the picture
 uniform float uSpread = 9.0;        // texels from the outline to full value
 uniform float uBars = 3.0;          // length of the scene in bars of 2 s
@@ -40,14 +40,15 @@ void main() {
     float x = (p.x - (right - uBars * pitch)) / pitch;
     float bar = floor(x), f = fract(x);
     float line = max(0.0035, 1.5 / iResolution.y);
-    float dash = step(0.0, x) * step(x, uBars) * step(0.14, f) * step(abs(p.y - margin - 0.15 * rowHeight), line * 0.5);
+    float dash = step(0.0, x) * step(x, uBars) * step(0.14, f)
+              * step(abs(p.y - margin - 0.15 * rowHeight), line * 0.5);
     float done = clamp(iTime * 0.5 - bar, 0.0, 1.0);
     float filled = step((f - 0.14) / 0.86, done) * step(0.0001, done);
     dash *= mix(0.28, 1.0, filled) * shown;
     colour = dash > label ? mix(kBone, kEmber, filled * step(done, 0.999)) : colour;
 
     // Plates keep the signs legible over bright scenes; they open with the label.
-    vec2 size = vec2((2.35 + 0.6 * uChars) * shown, 1.0) * rowHeight;
+    vec2 size = vec2((2.4 + uLabel) * shown, 1.0) * rowHeight;
     vec2 low = vec2(margin - 0.45 * rowHeight, margin - 0.35 * rowHeight);
     vec2 in_ = step(low, p) * step(p, low + size);
     vec2 low2 = vec2(right - uBars * pitch * shown - 0.005, low.y);

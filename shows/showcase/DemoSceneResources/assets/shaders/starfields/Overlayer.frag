@@ -9,6 +9,7 @@ uniform float uAlpha;           // 0..1
 uniform float uSpeed = 1.0;     // climb, 1 = about half a frame height a second in front
 uniform float uPhase = 0.0;     // s added to the clock
 uniform float uDensity = 0.55;  // share of cells that hold an ember, 0..1
+uniform float uStars = 1.0;     // brightness of the stars, 0..1
 uniform float uGround = 1.0;    // 1 = on its own dark ground, 0 = light alone, for additive use
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
@@ -90,8 +91,8 @@ void main() {
     hearth *= exp(-1.1 * p.x * p.x) * (0.35 + 1.0 * smoke);
 
     vec3 light = kEmber * hearth * 0.75 + kHot * 0.35 * pow(hearth, 2.5);
-    light += kSteel * 0.1 * smoke * smoothstep(-0.3, 0.6, p.y);
-    light += stars(p, t) * smoothstep(-0.45, 0.2, p.y);
+    light += uStars * kSteel * 0.1 * smoke * smoothstep(-0.3, 0.6, p.y);
+    light += uStars * stars(p, t) * smoothstep(-0.45, 0.2, p.y);
     light += embers(p, t);
     fragColor = vec4(kInk * uGround + light, uAlpha);
 }

@@ -38,7 +38,9 @@ void main() {
     float dt = clamp(iTime / float(max(iFrame, 1)), 0.004, 0.05);
     for (int i = 0; i < kSparks; ++i) {
         // From where the flow has carried the last stroke's tip to the spark's new place.
-        vec2 tip = spark(iTime - dt, i, aspect);
-        vStroke[i] = vec4(tip + flow(tip, iTime) * dt, spark(iTime, i, aspect));
+        // It starts a little earlier than that, so that an uneven frame leaves no gap.
+        float back = 1.6 * dt;
+        vec2 tip = spark(iTime - back, i, aspect);
+        vStroke[i] = vec4(tip + flow(tip, iTime) * back, spark(iTime, i, aspect));
     }
 }

@@ -1,0 +1,186 @@
+#include "gpu/shader_pack.h"
+#include "support/log_capture.h"
+#include "support/shader_pack_file.h"
+#include "support/temp_show.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+// Loads the pack of a show whose shaders.pak holds `bytes`, and returns what was logged.
+std::string loadPack(const TempShow& show, const std::string& bytes) {
+    show.write("shaders.pak", bytes);
+    const LogCapture log;
+    loadShaderPack(show.baseDir);
+    return log.text();
+}
+
+std::string loadedLine(const TempShow& show, int count) {
+    return "[SHADERPACK] Loaded " + std::to_string(count) + " shaders from " + show.path("shaders.pak") + "\n";
+}
+
+TEST(ShaderPack, ScramblesAndHashesAsPacksAreWritten) {
+    const struct {
+        uint32_t key;
+        unsigned char stream[8];
+    } cases[] = {
+        {0, {0x26, 0x3f, 0x14, 0xcc, 0x42, 0xf8, 0xd3, 0x0b}},
+        {0x9A2D4F68, {0xae, 0xb7, 0x9c, 0x44, 0xca, 0x70, 0x5b, 0x83}},
+        {0xFFFFFFFF, {0x39, 0x20, 0x0b, 0xd3, 0x5d, 0xe7, 0xcc, 0x14}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.key);
+        std::string bytes(8, '\0');
+        scrambleBytes(bytes.data(), bytes.size(), c.key);
+        EXPECT_EQ(bytes, std::string(reinterpret_cast<const char*>(c.stream), 8));
+    }
+    EXPECT_EQ(hashFnv1a(""), 0x811C9DC5u);
+    EXPECT_EQ(hashFnv1a("foobar"), 0xBF9CF968u);
+    EXPECT_EQ(hashFnv1a("\xff"), 0x7A0B824Eu); // bytes are unsigned
+}
+
+// Two entries as another writer made them: "Sub\One.VERT" with the bytes "void", 0, 255, and an empty "two.frag".
+TEST(ShaderPack, ReadsAPackOfAnotherWriter) {
+    runInChild([] {
+        const unsigned char pack[] = {0x44, 0x53, 0x50, 0x41, 0x4b, 0x30, 0x31, 0x7f, 0x02, 0, 0, 0, 0x0c, 0, 0, 0,
+                                      0x06, 0, 0, 0, 0xfd, 0xc2, 0xfe, 0x18, 0x85, 0x1e, 0x3e, 0xad, 0x11, 0xeb, 0x40,
+                                      0x37, 0x7c, 0x7c, 0x51, 0x84, 0x6e, 0x2b, 0x08, 0, 0, 0, 0, 0, 0, 0,
+                                      0xfb, 0xe1, 0xd2, 0x4b, 0x8d, 0x23, 0x1b, 0xc5};
+        const TempShow show;
+        const std::string bytes(reinterpret_cast<const char*>(pack), sizeof pack);
+        EXPECT_EQ(loadPack(show, bytes), loadedLine(show, 2));
+        EXPECT_EQ(readTextFile(show.path("assets/shaders/SUB/one.vert")), std::string("void\0\xff", 6));
+        EXPECT_TRUE(fileExists(show.path("DemoSceneResources/assets/shaders/two.frag")));
+        EXPECT_EQ(readTextFile(show.path("assets/shaders/two.frag")), "");
+    });
+}
+
+TEST(ShaderPack, KeepsWhatPrecedesAFault) {
+    const PackFile a = {"a.frag", "A"}, b = {"b.frag", "B"};
+    const std::string whole = packBytes({a, b});
+    const std::string one = packBytes({a}, 2);
+    const auto changed = [](std::string bytes, size_t at, char value) {
+        bytes[at] = value;
+        return bytes;
+    };
+    const struct {
+        const char* fault;
+        std::string bytes;
+        int count; // -1: invalid
+    } cases[] = {
+        {"the seven magic bytes only", "DSPAK01", -1},
+        {"one byte short of a header", whole.substr(0, 11), -1},
+        {"empty file", "", -1},
+        {"another version", changed(whole, 6, '2'), -1},
+        {"another kind of file", changed(whole, 0, 'd'), -1},
+        {"reserved byte set", changed(whole, 7, '\xff'), 2},
+        {"header only", packBytes({}), 0},
+        {"count of 0 before entries", packBytes({a, b}, 0), 0},
+        {"count smaller than the entries", packBytes({a, b}, 1), 1},
+        {"count larger than the entries", packBytes({a, b}, 0xFFFFFFFF), 2},
+        {"bytes behind the last entry", whole + "tail of the file", 2},
+        {"last byte missing", whole.substr(0, whole.size() - 1), 1},
+        {"lengths cut short", one + std::string(7, '\x01'), 1},
+        {"no name", one + u32Bytes(0) + u32Bytes(1) + "x", 1},
+        {"sum of lengths wraps to 4", one + u32Bytes(6) + u32Bytes(0xFFFFFFFE) + "b.fragBBBB", 1},
+        {"name longer than memory", one + u32Bytes(0xFFFFFFFF) + u32Bytes(1) + "bB", 1},
+        {"data longer than the file", one + u32Bytes(1) + u32Bytes(0x7FFFFFFF) + "bB", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.fault);
+        runInChild([&] {
+            const TempShow show;
+            const std::string invalid = "[SHADERPACK] Invalid pack: " + show.path("shaders.pak") + "\n";
+            EXPECT_EQ(loadPack(show, c.bytes), c.count < 0 ? invalid : loadedLine(show, c.count));
+            EXPECT_EQ(readTextFile(show.path("assets/shaders/a.frag")), c.count > 0 ? "A" : "");
+            EXPECT_EQ(readTextFile(show.path("assets/shaders/b.frag")), c.count > 1 ? "B" : "");
+        });
+    }
+}
+
+TEST(ShaderPack, TakesTheFirstPackThatIsAFile) {
+    const char* const places[] = {"DemoSceneResources/runtime/shaders.pak", "runtime/shaders.pak", "shaders.pak"};
+    for (size_t first = 0; first < std::size(places); ++first) {
+        SCOPED_TRACE(places[first]);
+        runInChild([&] {
+            const TempShow show;
+            for (size_t i = first; i < std::size(places); ++i) show.write(places[i], packBytes({}));
+            for (size_t i = 0; i < first; ++i) std::filesystem::create_directories(show.path(places[i]));
+            const LogCapture log;
+            loadShaderPack(show.baseDir);
+            EXPECT_EQ(log.text(), "[SHADERPACK] Loaded 0 shaders from " + show.path(places[first]) + "\n");
+        });
+    }
+}
+
+TEST(ShaderPack, AnswersBeforeTheDiskBelowTheShaderRootsAlone) {
+    runInChild([] {
+        const TempShow show;
+        const std::string pack = packBytes({{"fx/Same.frag", "first"},
+                                            {"FX\\same.FRAG", "later"},
+                                            {"fx2/other.frag", "other"},
+                                            {"2/odd.frag", "odd"}});
+        EXPECT_EQ(loadPack(show, pack), loadedLine(show, 3));
+        show.write("assets/shaders/fx/same.frag", "disk");
+        show.write("assets/shaders/fx/loose.frag", "loose");
+        show.write("elsewhere/fx/same.frag", "elsewhere");
+        const struct {
+            const char* path;
+            const char* text; // null: no such file
+        } files[] = {
+            {"assets/shaders/fx/same.frag", "later"},
+            {"DemoSceneResources/assets/shaders/FX/SAME.frag", "later"},
+            {"assets/shaders//fx/../fx/./same.frag", "later"},
+            {"assets/shaders/fx/loose.frag", "loose"},
+            {"elsewhere/fx/same.frag", "elsewhere"},
+            {"assets/fx2/other.frag", nullptr},
+            {"assets/shaders/fx2", nullptr},
+            {"assets/shaders/fx", nullptr}, // a directory on the disk
+            {"assets/shaders2/odd.frag", "odd"}, // the prefix test asks for no slash
+            {"assets/shader/s2/odd.frag", nullptr},
+        };
+        for (const auto& file : files) {
+            SCOPED_TRACE(file.path);
+            EXPECT_EQ(fileExists(show.path(file.path)), file.text != nullptr);
+            EXPECT_EQ(readTextFile(show.path(file.path)), file.text ? file.text : "");
+        }
+        const struct {
+            const char* path;
+            bool inPack;
+        } directories[] = {
+            {"assets/shaders", true},        {"assets/shaders/", true},         {"assets/shaders/fx", true},
+            {"assets/shaders/FX2/", true},   {"assets/shaders/f", false},       {"assets/shaders/fx/same.frag", false},
+            {"elsewhere/fx", false},         {"assets", false},                 {"assets/shaders/fx/deeper", false},
+        };
+        for (const auto& directory : directories) {
+            SCOPED_TRACE(directory.path);
+            EXPECT_EQ(packHasDirectory(show.path(directory.path)), directory.inPack);
+        }
+        std::string key = "?";
+        EXPECT_TRUE(packRelativeKey(show.path("assets/shaders/"), key));
+        EXPECT_EQ(key, "");
+        EXPECT_TRUE(packRelativeKey(show.path("Assets/Shaders///FX\\Same.Frag"), key));
+        EXPECT_EQ(key, "fx/same.frag");
+        EXPECT_EQ(packFilesIn(show.path("assets/shaders/fx")), std::vector<std::string>{"same.frag"});
+        EXPECT_TRUE(packFilesIn(show.path("assets/shaders")).empty());
+    });
+}
+
+TEST(ShaderPack, LoadsOncePerProcess) {
+    runInChild([] {
+        const TempShow first, second;
+        second.write("shaders.pak", packBytes({{"a.frag", "A"}}));
+        const LogCapture log;
+        loadShaderPack(first.baseDir); // has none, and says nothing
+        loadShaderPack(second.baseDir);
+        EXPECT_EQ(log.text(), "");
+        EXPECT_FALSE(fileExists(second.path("assets/shaders/a.frag")));
+        EXPECT_FALSE(packHasDirectory(first.path("assets/shaders")));
+        EXPECT_TRUE(fileExists(first.write("assets/shaders/b.frag", "B")));
+        EXPECT_EQ(readTextFile(first.path("assets/shaders/b.frag")), "B");
+    });
+}
+
+} // namespace

@@ -1,0 +1,242 @@
+"""The log, to the letter and in order, and the exit codes that go with it."""
+
+import re
+import unittest
+
+from support import SHADERS, PlayerTest, entry, png, show
+
+RED = {"color": [1, 0, 0, 1]}
+
+NATIVE_HEAD = """\
+=== Quillon DemoScene - Native Player ===
+[LOAD] {folder}/config.json
+[CONFIG] baseDir = {folder}
+"""
+
+
+class NativeLog(PlayerTest):
+    def test_whole_run(self):
+        config = show(
+            entry("image", 0, 0.5, id="mark", scene="intro", overlay=True, layer=2, params={"image": "@logo"}),
+            entry("plain", 0, 0.5, id="Sky", scene="intro", params=RED),
+            entry("plain", 0, 0.3, id="glow", scene="intro", overlay=True, layer=1, params=RED),
+            entry("rotatingcube", 0.1, 0.5),
+            entry("broken", 0.2, 0.4, scene="intro"),
+            entry("novert", 0.5, 0.25, id="", scene=""),
+            entry("echo", 0.75, 0.25, id="feed", scene="outro"),
+            entry("textured", 0.75, 0.25, id="tex", scene="outro", overlay=True),
+            entry("nosuch", 0.75, 0.25),
+            entry("", 0.8, 0.1, id="empty"),
+            schemaVersion="native-runtime/v1", fallbackImage="pictures/fallback.png", assets={"logo": "logo.png"},
+            transitions={"intro": {"type": "fade"}})
+        self.write("assets/shaders/novert/novert.frag", SHADERS["clock"])
+        self.write("logo.png", png(2, 1, bytes(8)))
+        self.write("pictures/fallback.png", png(1, 3, bytes(12)))
+        path = self.write_show(config)
+        result = self.run_player("-o", "f-%d.png", "--fps", 20, path)
+        self.assert_log(result.log, NATIVE_HEAD + """\
+[CONFIG] native runtime schema: native-runtime/v1
+[CONFIG] 1 transitions
+[CONFIG] 0 scenes, 10 timeline entries, 4x4 windowed
+[WIN] Client size: 4x4 (requested=4x4, fullscreen=false)
+[GL] ...
+[GL] ...
+[TIMELINE] Loading 10 entries
+  [LOAD] t=0.000s dur=0.500s scene=intro type=plain
+  [OK] plain
+  [LOAD] t=0.000s dur=0.300s scene=intro type=plain
+  [OK] plain
+  [LOAD] t=0.000s dur=0.500s scene=intro type=image
+  [TEX] {folder}/logo.png (2x1)
+  [OK] image
+  [SKIP] rotatingcube (CPU-only, not supported)
+  [LOAD] t=0.200s dur=0.400s scene=intro type=broken
+[SHADER ERROR] broken:
+...
+  [SKIP] broken (shader failed)
+  [LOAD] t=0.500s dur=0.250s scene=(none) type=novert
+    [WARN] Vert not found: (none) (using default)
+  [OK] novert
+  [LOAD] t=0.750s dur=0.250s scene=outro type=echo
+  [OK] echo (+BufferA)
+  [LOAD] t=0.750s dur=0.250s scene=(none) type=nosuch
+    [WARN] Vert not found: (none) (using default)
+    [ERROR] Frag not found: (none)
+  [SKIP] nosuch (shader failed)
+  [LOAD] t=0.750s dur=0.250s scene=outro type=textured
+  [TEX] {folder}/pictures/fallback.png (1x3)
+  [TEX] using fallback for textured channel0
+  [OK] textured
+  [LOAD] t=0.800s dur=0.100s scene=(none) type=(none)
+    [WARN] Vert not found: (none) (using default)
+    [ERROR] Frag not found: (none)
+  [SKIP] (none) (shader failed)
+[TIMELINE] Visual range 0.000s -> 1.000s (duration=1.000s)
+[CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
+[PLAY] t=0.000s scene=intro sceneIn=0.000s sceneOut=0.500s base=Sky type=plain entryIn=0.000s entryOut=0.500s overlays=2
+       [OVR] scene=intro id=glow type=plain entryIn=0.000s entryOut=0.300s dur=0.300s layer=1
+       [OVR] scene=intro id=mark type=image entryIn=0.000s entryOut=0.500s dur=0.500s layer=2
+[PLAY] t=0.300s scene=intro sceneIn=0.000s sceneOut=0.500s base=Sky type=plain entryIn=0.000s entryOut=0.500s overlays=1
+       [OVR] scene=intro id=mark type=image entryIn=0.000s entryOut=0.500s dur=0.500s layer=2
+[PLAY] t=0.500s scene=(none) sceneIn=0.500s sceneOut=0.750s base=(none) type=novert entryIn=0.500s entryOut=0.750s overlays=0
+[PLAY] t=0.750s scene=outro sceneIn=0.750s sceneOut=1.000s base=feed type=echo entryIn=0.750s entryOut=1.000s overlays=1
+       [OVR] scene=outro id=tex type=textured entryIn=0.750s entryOut=1.000s dur=0.250s layer=0
+[TIMELINE] End reached at 1.000s; exiting because loop=false.
+[TIMELINE] Final frame t=0.999s scene=outro sceneIn=0.750s sceneOut=1.000s base=feed type=echo entryIn=0.750s entryOut=1.000s overlays=1
+       [OVR] scene=outro id=tex type=textured entryIn=0.750s entryOut=1.000s dur=0.250s layer=0
+[EXIT] native timeline end
+[DONE]
+""")
+        self.assertEqual(result.err, "")
+
+    def test_overlays_without_a_base_and_missing_channels(self):
+        config = show(entry("plain", 0, 0.1, id="o", overlay=True, params=RED),
+                      entry("image", 0, 0.1, id="bare", overlay=True, layer=1),
+                      entry("textured", 0, 0.1, id="lost", overlay=True, layer=2, params={"image": "gone.png"}))
+        result = self.play(config, "-o", "f-%d.png", "--fps", 10)
+        self.assertEqual(result.log[result.log.index("[TIMELINE] Loading"):], """\
+[TIMELINE] Loading 3 entries
+  [LOAD] t=0.000s dur=0.100s scene=(none) type=plain
+  [OK] plain
+  [LOAD] t=0.000s dur=0.100s scene=(none) type=image
+  [OK] image
+  [LOAD] t=0.000s dur=0.100s scene=(none) type=textured
+  [OK] textured
+[TIMELINE] Visual range 0.000s -> 0.100s (duration=0.100s)
+[CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
+[PLAY] t=0.000s scene=(none) base=(none) overlays=3
+[TIMELINE] End reached at 0.100s; exiting because loop=false.
+[TIMELINE] Final frame t=0.099s scene=(none) base=(none) overlays=3
+[EXIT] native timeline end
+[DONE]
+""")
+
+    def test_real_clock_and_loop_wrap(self):
+        config = show(entry("plain", 0, 0.15, id="a", scene="one", params=RED), entry("broken", 0.1, 0.1),
+                      entry("plain", 0.15, 0.15, id="b", scene="two", params=RED), loop=True)
+        self.write_show(config)
+        load = """\
+[TIMELINE] Loading 3 entries
+  [LOAD] t=0.000s dur=0.150s scene=one type=plain
+  [OK] plain
+  [LOAD] t=0.100s dur=0.100s scene=(none) type=broken
+[SHADER ERROR] broken:
+...
+  [SKIP] broken (shader failed)
+  [LOAD] t=0.150s dur=0.150s scene=two type=plain
+  [OK] plain
+"""
+        play = """\
+[PLAY] t=? scene=one sceneIn=0.000s sceneOut=0.150s base=a type=plain entryIn=0.000s entryOut=0.150s overlays=0
+[PLAY] t=? scene=two sceneIn=0.150s sceneOut=0.300s base=b type=plain entryIn=0.150s entryOut=0.300s overlays=0
+"""
+        result = self.run_player("--headless", "--length", 0.7, "config.json")
+        times = [float(time) for time in re.findall(r"\[PLAY\] t=(\S+)s", result.log)]
+        self.assertEqual(times, [t for i in range(3) for t in sorted(times[2 * i:2 * i + 2])])
+        self.assertTrue(all(t < 0.15 for t in times[0::2]) and all(0.15 <= t < 0.3 for t in times[1::2]), times)
+        self.assert_log(re.sub(r"\[PLAY\] t=\S+", "[PLAY] t=?", result.log),
+                        NATIVE_HEAD.replace("{folder}/config", "config") + """\
+[CONFIG] 0 scenes, 3 timeline entries, 4x4 windowed loop
+[WIN] Client size: 4x4 (requested=4x4, fullscreen=false)
+[GL] ...
+[GL] ...
+""" + load + """\
+[TIMELINE] Visual range 0.000s -> 0.300s (duration=0.300s)
+[CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
+""" + play + load + play + load + play.splitlines(keepends=True)[0] + """\
+[EXIT] main loop finished
+[DONE]
+""")
+
+    def test_real_clock_reaches_the_end(self):
+        result = self.play(show(entry("plain", 0, 0.2, id="a", params=RED)), "--windowed")
+        self.assertRegex(result.log, r"""overlays=0
+\[TIMELINE\] End reached at 0\.200s; exiting because loop=false\.
+\[TIMELINE\] Final frame t=0\.199s .*
+\[EXIT\] native timeline end
+\[DONE\]
+\Z""")
+        self.assertGreaterEqual(result.seconds, 0.2)
+
+
+class LegacyLog(PlayerTest):
+    def test_scene_list(self):
+        scenes = [{"id": "first", "entries": [entry("clock", 0, 0.2, delay=0.1), entry("neon_text")]},
+                  {"id": "off", "enabled": False, "entries": [entry("clock")]},
+                  {"id": "", "entries": [entry("broken", 0, 0.1), entry("image", 0, 0.2)]}]
+        scenes[0]["entries"][1]["duration"] = 0.25
+        config = {"globals": {"width": 4, "height": 4, "loop": False}, "scenes": scenes}
+        result = self.play(config, "--windowed")
+        self.assert_log(result.log, NATIVE_HEAD + """\
+[CONFIG] 2 scenes, 0 timeline entries, 4x4 windowed
+[WIN] Client size: 4x4 (requested=4x4, fullscreen=false)
+[GL] ...
+[GL] ...
+[SCENE 1/2] "first" (2 entries, duration=0.3s)
+  [LOAD] clock vert={folder}/assets/shaders/clock/clock.vert frag={folder}/assets/shaders/clock/clock.frag
+  [OK] clock
+  [SKIP] neon_text (CPU-only, not supported)
+[SCENE 2/2] "" (2 entries, duration=0.2s)
+  [LOAD] broken vert={folder}/assets/shaders/broken/broken.vert frag={folder}/assets/shaders/broken/broken.frag
+[SHADER ERROR] broken:
+...
+  [SKIP] broken (shader failed)
+  [LOAD] image vert=(none) frag=(none)
+  [OK] image
+[EXIT] legacy timeline end
+[DONE]
+""")
+        self.assertGreaterEqual(result.seconds, 0.5)
+        looped = self.run_player("--headless", "--length", 0.55, self.write_show({**config, "globals": {}}))
+        self.assertEqual(re.findall(r"\[(?:SCENE|EXIT).*", looped.log),
+                         ['[SCENE 1/2] "first" (2 entries, duration=0.3s)',
+                          '[SCENE 2/2] "" (2 entries, duration=0.2s)',
+                          '[SCENE 1/2] "first" (2 entries, duration=0.3s)', "[EXIT] main loop finished"])
+
+
+class StartUpFailures(PlayerTest):
+    def test_missing_configuration(self):
+        (self.folder / "folder").mkdir()
+        for path in ("gone.json", "folder", "folder/"):
+            with self.subTest(path):
+                result = self.run_player("--headless", path, code=1)
+                self.assertEqual((result.log, result.err), (f"[ERROR] Config not found: {path}\n", ""))
+        result = self.run_player("--headless", code=1)
+        self.assertEqual(result.log, "[ERROR] Config not found: config.json\n")
+
+    def test_nothing_to_play(self):
+        for config in ("{}", "nonsense", '{"entries": []}', '{"scenes": [{"id": "x", "entries": []}]}',
+                       '{"entries": [{"enabled": false}]}'):
+            with self.subTest(config):
+                result = self.play(config, code=1)
+                self.assert_log(result.log, NATIVE_HEAD + """\
+[CONFIG] 0 scenes, 0 timeline entries, 1280x720 windowed loop
+[ERROR] No scenes or timeline entries found.
+""")
+                self.assertEqual(result.err, "")
+
+    def test_empty_configuration(self):
+        result = self.play("", code=1)
+        self.assert_log(result.log, """\
+=== Quillon DemoScene - Native Player ===
+[LOAD] {folder}/config.json
+[ERROR] Cannot read {folder}/config.json
+[ERROR] No scenes or timeline entries found.
+""")
+
+    def test_no_opengl(self):
+        usual = show(entry("plain", params=RED))
+        endless = show(entry("plain", params=RED), size=(2147483647, 2147483647))
+        for name, config, arguments, env in (
+                ("no driver", usual, ["--headless"], {"__EGL_VENDOR_LIBRARY_FILENAMES": "/nonexistent"}),
+                ("old driver", usual, ["--headless"], {"MESA_GL_VERSION_OVERRIDE": "2.1"}),
+                ("impossible size", endless, ["--headless"], {}),
+                ("no display", usual, [], {"DISPLAY": ":nonexistent"})):
+            with self.subTest(name):
+                result = self.run_player(*arguments, self.write_show(config), code=1, env=env)
+                self.assertRegex(result.log, r"windowed\n\[ERROR\] Failed to load OpenGL 3\.3 functions\.\n\Z")
+                self.assertTrue(result.err, "what the system said")
+
+
+if __name__ == "__main__":
+    unittest.main()

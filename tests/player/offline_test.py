@@ -1,0 +1,260 @@
+"""Offline rendering: which frames there are, what each shows, where they go, and what stops them."""
+
+import hashlib
+import math
+import os
+import re
+import signal
+import subprocess
+import unittest
+from fractions import Fraction
+
+from support import PLAYER, LivePlayer, PlayerTest, entry, environment, read_png, show
+
+
+def times(frames):
+    """Milliseconds of local time that the "clock" shader painted."""
+    return [pixel[0][0] + 256 * pixel[0][1] for pixel in frames]
+
+
+class Frames(PlayerTest):
+    def test_count_is_duration_times_rate_rounded_up(self):
+        for start, duration, fps in (
+                ("0", "0.3", "10"), ("0", "1.1", "10"), ("0", "0.7", "30"), ("0", "0.1", "24"), ("0", "0.35", "60"),
+                ("0", "1", "29.97"), ("0", "0.001", "60"), ("0", "2.3", "7"), ("0", "33.3", "3"), ("12.1", "0.7", "50"),
+                ("0.7", "19.6", "25"), ("0.1", "0.2", "10"), ("9.8", "19.6", "25"), ("3599.9", "0.6", "60"),
+                ("0", "1.001", "1000"), ("0", "3600", "0.1"), ("36000.3", "1.7", "30")):
+            with self.subTest(start=start, duration=duration, fps=fps):
+                frames, result = self.frames(show(entry("clock", float(start), float(duration))), "--fps", fps)
+                self.assertEqual(len(frames), math.ceil(Fraction(duration) * Fraction(fps)), result.err[-300:])
+
+    def test_frame_k_shows_start_plus_k_steps(self):
+        for fps in (10, 60):
+            frames, _ = self.frames(show(entry("clock", 2.5, 3)), "--fps", fps)
+            for k, time in enumerate(times(frames)):
+                self.assertAlmostEqual(time, 1000 * k / fps, delta=1)
+            self.assertEqual([frame[0][2] for frame in frames], [(k + 1) % 256 for k in range(len(frames))])
+        # One entry a frame: which of them plays tells the time to the step, however the sums are rounded.
+        for start in (0, 7.3):
+            colors = [entry("plain", round(start + k / 10, 1), 0.1, id=str(k), params={"color": [k / 255, 0, 0, 1]})
+                      for k in range(60)]
+            frames, _ = self.frames(show(*colors), "--fps", 10)
+            self.assertEqual([frame[0][0] for frame in frames], list(range(60)))
+
+    def test_time_scale_and_late_entries(self):
+        slow = entry("clock", 0, 1, params={"timeScale": 0.5})
+        still = entry("clock", 1, 1, params={"timeScale": 0})
+        late = entry("clock", 2, 1)
+        frames, _ = self.frames(show(slow, still, late), "--fps", 10)
+        expected = [50 * k for k in range(10)] + [0] * 10 + [100 * (k + 1) for k in range(10)]
+        for got, wanted in zip(times(frames), expected, strict=True):
+            self.assertAlmostEqual(got, wanted, delta=1)
+
+    def test_one_pass_whether_it_loops_or_not(self):
+        for loop, ending in ((True, "[EXIT] main loop finished\n[DONE]\n"),
+                             (False, "[EXIT] native timeline end\n[DONE]\n")):
+            frames, result = self.frames(show(entry("clock", 0, 0.5), loop=loop), "--fps", 10)
+            self.assertEqual(len(frames), 5)
+            self.assertTrue(result.err.endswith(ending), result.err)
+            self.assertEqual("[TIMELINE] End reached" in result.err, not loop)
+            self.assertEqual(result.err.count("[TIMELINE] Loading"), 1)
+        scenes = [{"id": id, "entries": [entry("clock", 0, 0.5)]} for id in "ab"]
+        for loop, reason in ((True, "main loop finished"), (False, "legacy timeline end")):
+            frames, result = self.frames({"globals": {"loop": loop}, "scenes": scenes}, "--fps", 10)
+            self.assertEqual(len(frames), 10)
+            self.assertIn(f"[EXIT] {reason}\n", result.err)
+
+    def test_stills_are_the_frames_of_a_seek(self):
+        config = show(entry("clock", 0, 5), entry("clock", 5, 5, id="second"))
+        frames, _ = self.frames(config, "--still", "0,2.5,0:07,1,99,7")
+        for got, wanted in zip(times(frames), (0, 2500, 2000, 1000, 4999, 2000), strict=True):
+            self.assertAlmostEqual(got, wanted, delta=1)
+        self.assertEqual([frame[0][2] for frame in frames[:4]], [1, 151, 121, 61])
+        # Feedback and order leave no trace.
+        echo = show(entry("echo", 0, 5))
+        first, again = (self.frames(echo, "--still", stills, size=(4, 1))[0] for stills in ("1", "3,2,1"))
+        self.assertEqual(first[0], again[2])
+        scenes = {"scenes": [{"id": id, "entries": [entry("clock", 0, 2)]} for id in "ab"]}
+        for got, wanted in zip(times(self.frames(scenes, "--still", "3,0.5")[0]), (1000, 500), strict=True):
+            self.assertAlmostEqual(got, wanted, delta=1)
+        self.run_player("-o", "one.png", "--still", "1.5", self.write_show(config))
+        self.assertEqual(read_png(self.folder / "one.png"), (4, 4, bytes([1500 & 255, 1500 >> 8, 91]) * 16))
+
+    def test_pixels_of_blended_overlays(self):
+        def overlay(layer, color, **params):
+            return entry("plain", id=str(layer), overlay=True, layer=layer, params={"color": color, **params})
+
+        base = entry("plain", params={"color": [0.4, 0.2, 0, 0.1], "alpha": 0.3})
+        for overlays, wanted in (
+                ([], (0.4, 0.2, 0)),
+                ([overlay(0, [1, 1, 1, 0.5])], (0.7, 0.6, 0.5)),
+                ([overlay(0, [1, 1, 1, 1], alpha=0.25)], (0.55, 0.4, 0.25)),
+                ([overlay(0, [0, 0, 1, 0.5], blendMode="additive")], (0.4, 0.2, 0.5)),
+                ([overlay(0, [0, 0, 1, 0.5], blendMode="Additive")], (0.2, 0.1, 0.5)),
+                ([overlay(2, [1, 0, 0, 1]), overlay(-1, [0, 1, 0, 1])], (1, 0, 0)),
+                ([overlay(1, [0, 0, 0, 1]), overlay(2, [1, 1, 1, 0.25], blendMode="additive")], (0.25, 0.25, 0.25))):
+            with self.subTest(wanted=wanted):
+                frames, _ = self.frames(show(base, *overlays), "--length", "0.01")
+                self.assertEqual(len(frames), 1)
+                for got, part in zip(frames[0][0], (*wanted, 1)):
+                    self.assertAlmostEqual(got, 255 * part, delta=1.01)
+
+    def test_rows_run_from_the_top_in_both_forms(self):
+        corner = self.write("assets/shaders/corner/corner.frag", """#version 330 core
+            in vec2 vUV; out vec4 FragColor;
+            void main() { FragColor = vec4(step(0.5, vUV), 0.0, 0.25); }""")
+        path = self.write_show(show(entry(corner.stem)))
+        self.run_player("-o", "c.rgba", "--still", 0, "--size", "2x2", path)
+        upright = bytes([0, 255, 0, 255, 255, 0, 0, 0, 0, 255, 0, 0])
+        self.run_player("-o", "c.png", "--still", 0, "--size", "2x2", path)
+        self.assertEqual(read_png(self.folder / "c.png"), (2, 2, upright))
+        raw = (self.folder / "c.rgba").read_bytes()
+        self.assertEqual((len(raw), bytes(raw[i] for i in range(16) if i % 4 < 3)), (16, upright))
+
+    def test_same_bytes_every_time(self):
+        config = show(entry("echo", 0, 1, scene="a"), entry("clock", 0.3, 0.5, overlay=True, params={"alpha": 0.5}),
+                      entry("echo", 1, 1, id="b", scene="b"), loop=True)
+        arguments = ("--fps", 30, "--press", "0.4:Right", "--press", "0.9:Left", "--length", "1.9")
+        runs = [self.frames(config, *arguments, size=(8, 3)) for _ in range(2)]
+        sums = {hashlib.sha256(repr(frames).encode()).hexdigest() for frames, _ in runs}
+        self.assertEqual(len(sums), 1)
+        self.assertEqual(runs[0][1].err, runs[1][1].err)
+        frames, _ = self.frames(show(entry("echo", 0, 1)), "--fps", 10, size=(4, 1))
+        self.assertEqual(frames, [[(8 * k, (1 + x) * k, 0, 255) for x in range(4)] for k in range(1, 11)])
+
+    def test_raw_frames_alone_on_standard_output(self):
+        frames, result = self.frames(show(entry("clock", 0, 1)), "--fps", 10)
+        self.assertEqual(len(frames), 10)
+        self.assertTrue(result.err.startswith("=== Quillon DemoScene"), result.err)
+        self.assertNotIn("\r", result.err)
+        filed = self.run_player("-o", "raw.RGBA", "--fps", 10, "--size", "1x1", "config.json")
+        self.assertEqual((filed.out, len((self.folder / "raw.RGBA").read_bytes())), (b"", 40))
+        self.assertEqual(filed.err, result.err.replace(f"[LOAD] {self.folder}/", "[LOAD] "))
+
+
+class ScriptedKeys(PlayerTest):
+    CONFIG = show(entry("clock", 0, 20, scene="one"), entry("clock", 20, 20, id="2", scene="two"),
+                  entry("clock", 40, 20, id="3", scene="three"))
+
+    def test_steering(self):
+        for keys, lines in (
+                # Right to the next scene; Left within a second of its start to the one before.
+                ("0.5:Right 1:Left", ["t=20.000s scene=two", "t=0.000s scene=one"]),
+                # After more than a second Left restarts the scene.
+                ("0.5:Right 2:Left", ["t=20.000s scene=two", "t=20.000s scene=two"]),
+                ("0.1:Left", ["t=0.000s scene=one"]),
+                ("0.1:Right 0.2:Right 0.3:Right",
+                 ["t=20.000s scene=two", "t=40.000s scene=three", "t=40.000s scene=three"]),
+                ("0.5:Up 1:Up 1.5:Down", ["t=10.500s scene=one", "t=21.000s scene=two", "t=11.500s scene=one"]),
+                ("0.5:Down", ["t=0.000s scene=one"]),
+                # Seeks of one frame add up, steps replace each other and come before the seeks.
+                ("0.5:Up 0.5:Up 0.5:Up", ["t=30.500s scene=two"]),
+                ("0.41:Up 0.45:up 0.5:DOWN", ["t=10.500s scene=one"]),
+                ("0.5:Up 0.5:Down", []),
+                ("0.5:Right 0.5:Right", ["t=20.000s scene=two"]),
+                ("0.5:Right 0.5:Left", ["t=0.000s scene=one"]),
+                ("0.5:Up 0.5:Right", ["t=30.000s scene=two"]),
+                ("0:Right", ["t=20.000s scene=two"]),
+                # The end cannot be reached by seeking.
+                ("0.5:Right 1:Right 1.5:Up 2:Up", ["t=20.000s scene=two", "t=40.000s scene=three", "t=50.500s scene=three",
+                                                   "t=59.999s scene=three"])):
+            with self.subTest(keys):
+                pressed = [word for key in keys.split() for word in ("--press", key)]
+                _, result = self.frames(self.CONFIG, "--fps", 10, "--press", "2.3:Escape", *pressed)
+                self.assertEqual(re.findall(r"^\[SEEK\] (.*)", result.err, flags=re.M), lines)
+                reason = "native timeline end" if "59.999" in lines[-1:].__str__() else "ESC"
+                self.assertTrue(result.err.endswith(f"[EXIT] {reason}\n[DONE]\n"), result.err[-200:])
+
+    def test_the_frame_of_a_key(self):
+        frames, result = self.frames(self.CONFIG, "--fps", 10, "--press", "0.3:Right", "--press", "0.6:Escape")
+        # Seven ticks of the clock, the last of which only meets Escape.
+        self.assertEqual(len(frames), 6)
+        self.assertEqual([frame[0][2] for frame in frames], [1, 2, 3, 1, 2, 3])
+        self.assertEqual(re.findall(r"\[(?:PLAY|SEEK|EXIT)\] (?:t=)?(\S+)", result.err),
+                         ["0.000s", "20.000s", "20.000s", "ESC"])
+        for got, wanted in zip(times(frames), (0, 100, 200, 100, 200, 300), strict=True):
+            self.assertAlmostEqual(got, wanted, delta=1)
+
+    def test_keys_outlast_a_loop_and_the_real_clock(self):
+        looped = show(entry("clock", 0, 0.2), loop=True)
+        result = self.play(looped, "--press", "0.5:Escape")
+        self.assertIn("[EXIT] ESC\n", result.log)
+        self.assertEqual(result.log.count("[TIMELINE] Loading"), 3)
+        scenes = {"scenes": [{"id": "a", "entries": [entry("clock", 0, 2)]}]}
+        result = self.play(scenes, "--press", "0.1:Right", "--press", "0.2:Up", "--press", "0.3:Escape")
+        self.assertTrue(result.log.endswith("  [OK] clock\n[EXIT] ESC\n[DONE]\n"), result.log)
+
+
+class Failures(PlayerTest):
+    def failed_lines(self, result):
+        """What standard error holds beside the log."""
+        return "".join(line for line in result.err.splitlines(True) if not re.match(r" *\[|===", line))
+
+    def test_unwritable_output(self):
+        config = show(entry("clock", 0, 2))
+        path = self.write_show(config)
+        self.write("file", "")
+        (self.folder / "taken.rgba").mkdir()
+        (self.folder / "disk.rgba").symlink_to("/dev/full")
+        (self.folder / "disk-3.png").symlink_to("/dev/full")
+        for output, reason in (("disk.rgba", "No space left on device"), ("disk-%d.png", "No space left on device"),
+                               ("gone/f-%d.png", "No such file or directory"), ("gone/f.rgba", "No such file or directory"),
+                               ("file/f-%d.png", "Not a directory"), ("taken.rgba", "Is a directory")):
+            for size in ("2x2", "300x200"):
+                with self.subTest(output, size=size):
+                    result = self.run_player("-o", output, "--fps", 10, "--size", size, path, code=1)
+                    named = output.replace("%d", "3" if output.startswith("disk") else "0")
+                    self.assert_one_line(self.failed_lines(result), named, reason)
+        self.assertEqual(sorted(file.name for file in self.folder.glob("disk-*")), [f"disk-{k}.png" for k in range(4)])
+
+    def test_closed_pipe(self):
+        path = self.write_show(show(entry("clock", 0, 100)))
+        for size in ("1x1", "300x200"):
+            with self.subTest(size):
+                process = subprocess.Popen([PLAYER, "-o", "-", "--size", size, path], stdout=subprocess.PIPE,
+                                           stderr=subprocess.PIPE, env=environment())
+                process.stdout.read(4)
+                process.stdout.close()
+                err = process.stderr.read().decode()
+                process.stderr.close()
+                self.assertEqual(process.wait(60), 1)
+                lines = [line for line in err.splitlines(True) if not re.match(r" *\[|===", line)]
+                self.assert_one_line("".join(lines), "standard output", "Broken pipe")
+
+    def test_interrupted(self):
+        path = self.write_show(show(entry("clock", 0, 36000)))
+        for number, output in ((signal.SIGINT, "s-%05d.png"), (signal.SIGTERM, "s.rgba")):
+            with self.subTest(output):
+                raw = output.endswith(".rgba")
+                player = LivePlayer(self, "-o", output, path, log="stderr" if raw else "stdout")
+                player.wait_for(r"\[PLAY\]")
+                player.process.send_signal(number)
+                self.assertEqual(player.end(code=1), ["[EXIT] WM_QUIT", "[DONE]"])
+                beside = [line for line in (player.lines if raw else player.others) if not re.match(r" *\[|===", line)]
+                self.assertEqual(len(beside), 1, beside)
+                self.assertIn(output, beside[0])
+                written = (self.folder / "s.rgba").stat().st_size // 64 if raw else len(list(self.folder.glob("s-*")))
+                self.assertIn(f" {written} of {36000 * 60} frames", beside[0])
+
+    def test_show_without_an_end(self):
+        endless = show(entry("clock", 0, 0))
+        result = self.play(endless, "-o", "f-%d.png", code=1)
+        self.assert_one_line(result.err, "config.json")
+        self.assertEqual(list(self.folder.glob("*.png")), [])
+        self.assertEqual(len(self.frames(endless, "--fps", 10, "--length", 1)[0]), 10)
+        self.assertEqual(len(self.frames(endless, "--still", "5,2")[0]), 2)
+        scenes = {"scenes": [{"id": "a", "entries": [entry("clock", 0, 0)]}]}
+        self.assert_one_line(self.play(scenes, "-o", "f-%d.png", code=1).err, "config.json")
+
+    def test_progress_on_a_terminal(self):
+        terminal, side = os.openpty()
+        with os.fdopen(terminal, "rb", buffering=0) as screen:
+            process = subprocess.Popen([PLAYER, "-o", "f-%d.png", self.write_show(show(entry("clock", 0, 0.5)))],
+                                       stdout=subprocess.DEVNULL, stderr=side, cwd=self.folder, env=environment())
+            os.close(side)
+            self.assertEqual(process.wait(60), 0)
+            self.assertRegex(screen.read(4096).decode(), r"\r30 of 30 frames, 100%, [\d.]+ frames/s, 0 s left *\r?\n\Z")
+
+
+if __name__ == "__main__":
+    unittest.main()

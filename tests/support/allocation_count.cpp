@@ -1,0 +1,27 @@
+#include "support/allocation_count.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+std::atomic<long> count{0};
+}
+
+long allocationCount() {
+    return count;
+}
+
+void* operator new(std::size_t size) {
+    ++count;
+    if (void* memory = std::malloc(size ? size : 1)) return memory;
+    std::abort();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}

@@ -1,0 +1,4 @@
+// Counts the C++ heap allocations of the process.
+#pragma once
+
+long allocationCount();

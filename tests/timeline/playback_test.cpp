@@ -1,0 +1,196 @@
+#include "support/log_capture.h"
+#include "timeline/playback.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A timeline made by hand, with what the loader would have read for it.
+struct TestShow {
+    std::deque<TimelineEntry> sources;
+    Timeline timeline;
+};
+
+struct Row {
+    const char* id;
+    float start = 0.0f, duration = 0.0f;
+    bool overlay = false;
+    int layer = 0;
+    int scene = -1; // index into the scenes
+};
+
+void addEntry(TestShow& show, const Row& row) {
+    TimelineEntry source;
+    source.id = row.id;
+    source.type = "fx";
+    if (row.scene >= 0) source.scene = show.timeline.scenes[row.scene].name;
+    show.sources.push_back(source);
+    show.timeline.entries.push_back({&show.sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene, {}});
+}
+
+// The scenes' spans are those of an "A" from 0 s to 10 s and a "B" from 5 s to 20 s.
+void fill(TestShow& show, const std::vector<Row>& rows) {
+    show.timeline.scenes = {{"A", 0.0f, 10.0f}, {"B", 5.0f, 20.0f}};
+    for (const Row& row : rows) addEntry(show, row);
+}
+
+std::string idOf(const RuntimeEntry* entry) {
+    return entry ? entry->entry->id : "none";
+}
+
+std::string idsOf(const std::vector<RuntimeEntry*>& entries) {
+    std::string ids;
+    for (const RuntimeEntry* entry : entries) ids += idOf(entry);
+    return ids;
+}
+
+std::string logOf(TestShow& show, PlayLog& log, float t) {
+    PlayState state;
+    resolvePlayState(show.timeline, t, state);
+    const LogCapture capture;
+    logPlayState(log, show.timeline, t, state);
+    return capture.text();
+}
+
+TEST(Playback, CountsTheStartInAndTheEndOut) {
+    const struct {
+        float start, duration, t;
+        bool active;
+    } cases[] = {
+        {1, 2, 0.999f, false}, {1, 2, 1, true},     {1, 2, 2.999f, true}, {1, 2, 3, false}, {1, 0, 1, true},
+        {1, 0, 1e9f, true},    {1, -4, 1e9f, true}, {1, -4, 0, false},    {-2, 1, -1.5f, true},
+        {0.1f, 0.2f, 0.1f + 0.2f, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.start << " for " << c.duration << " at " << c.t);
+        RuntimeEntry entry;
+        entry.start = c.start;
+        entry.duration = c.duration;
+        EXPECT_EQ(isTimeActive(entry, c.t), c.active);
+    }
+}
+
+TEST(Playback, ChoosesTheBase) {
+    const struct {
+        const char* rule;
+        std::vector<Row> rows;
+        float t;
+        const char* id;
+    } cases[] = {
+        {"latest start that plays", {{"a", 0, 9}, {"b", 2, 9}, {"c", 4, 9}}, 3, "b"},
+        {"one that plays before a later one that has ended", {{"a", 0, 9}, {"b", 2, 1}}, 5, "a"},
+        {"open-ended entries play on", {{"a", 0, 9}, {"b", 2, 0}}, 100, "b"},
+        {"at equal start the first in the list", {{"a", 1, 1}, {"b", 1, 9}, {"c", 1, 9}}, 5, "b"},
+        {"latest start that has ended", {{"a", 0, 9}, {"b", 2, 3}, {"c", 20, 1}}, 10, "b"},
+        {"the first of those that have ended", {{"a", 2, 1}, {"b", 2, 3}}, 10, "a"},
+        {"at the very end", {{"a", 0, 4}}, 4, "a"},
+        {"earliest before all starts", {{"a", 3, 1}, {"b", 2, 1}, {"c", 2, 1}}, 1, "b"},
+        {"overlays are no base", {{"a", 0, 1}, {"b", 2, 9, true}}, 3, "a"},
+        {"nothing but overlays", {{"a", 0, 9, true}}, 3, "none"},
+        {"nothing", {}, 3, "none"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.rule);
+        TestShow show;
+        fill(show, c.rows);
+        EXPECT_EQ(idOf(selectBaseEntry(show.timeline, c.t)), c.id);
+    }
+    TestShow show; // each side of a transition has its own
+    fill(show, {{"a", 0, 9, false, 0, 0}, {"b", 5, 9, false, 0, 1}, {"c", 6, 9}});
+    EXPECT_EQ(idOf(selectBaseEntry(show.timeline, 7)), "c");
+    EXPECT_EQ(idOf(selectBaseEntry(show.timeline, 7, 0)), "a");
+    EXPECT_EQ(idOf(selectBaseEntry(show.timeline, 7, 1)), "b");
+}
+
+TEST(Playback, StacksOverlaysByLayerThenByStart) {
+    TestShow show;
+    fill(show, {{"e", 1, 9, true, 3, 1}, {"d", 0, 9, true, 3}, {"x", 0, 9}, {"y", 0, 1, true}, {"c", 0, 9, true, 3, 0},
+                {"b", 2, 0, true, -1, 1}, {"z", 5, 9, true}});
+    std::vector<RuntimeEntry*> overlays(3, nullptr); // what it held before is gone
+    selectOverlays(show.timeline, 4, overlays);
+    EXPECT_EQ(idsOf(overlays), "bdce");
+    selectOverlays(show.timeline, 4, overlays, 1);
+    EXPECT_EQ(idsOf(overlays), "be");
+}
+
+TEST(Playback, ListsTheScenesThatPlay) {
+    TestShow show;
+    fill(show, {{"b", 5, 15, true, 0, 1}, {"n", 0, 0}, {"a", 0, 2, false, 0, 0}, {"a", 4, 6, false, 0, 0}, {"b", 6, 1, false, 0, 1}});
+    const struct {
+        float t;
+        std::vector<int> scenes;
+    } cases[] = {{-1, {}}, {1, {0}}, {3, {}}, {5, {0, 1}}, {6.5f, {0, 1}}, {10, {1}}, {20, {}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.t);
+        std::vector<int> scenes = {7};
+        activeScenes(show.timeline, c.t, scenes);
+        EXPECT_EQ(scenes, c.scenes);
+    }
+}
+
+TEST(Playback, LogsAStateWhenItChanges) {
+    TestShow show;
+    fill(show, {{"intro", 0, 6, false, 0, 0}, {"", 5, 15, false, 0, 1}, {"title", 1, 2.5f, true, 2}, {"glow", 1, 0, true, -1, 1},
+                {"late", 3.5f, 1, true, 2}});
+    show.sources[1].type = "";
+    PlayLog log;
+    EXPECT_EQ(logOf(show, log, 0.5f), "[PLAY] t=0.500s scene=A sceneIn=0.000s sceneOut=10.000s base=intro type=fx "
+                                      "entryIn=0.000s entryOut=6.000s overlays=0\n");
+    EXPECT_EQ(logOf(show, log, 0.75f), "");
+    EXPECT_EQ(logOf(show, log, 1), "[PLAY] t=1.000s scene=A sceneIn=0.000s sceneOut=10.000s base=intro type=fx "
+                                   "entryIn=0.000s entryOut=6.000s overlays=2\n"
+                                   "       [OVR] scene=B id=glow type=fx entryIn=1.000s entryOut=1.000s dur=0.000s layer=-1\n"
+                                   "       [OVR] scene=(none) id=title type=fx entryIn=1.000s entryOut=3.500s dur=2.500s layer=2\n");
+    EXPECT_EQ(logOf(show, log, 4), ""); // another overlay, but as many as before
+    EXPECT_EQ(logOf(show, log, 5), "[PLAY] t=5.000s scene=B sceneIn=5.000s sceneOut=20.000s base=(none) type=(none) "
+                                   "entryIn=5.000s entryOut=20.000s overlays=1\n"
+                                   "       [OVR] scene=B id=glow type=fx entryIn=1.000s entryOut=1.000s dur=0.000s layer=-1\n");
+    log.lastKey.clear();
+    EXPECT_NE(logOf(show, log, 5), ""); // as after a seek
+}
+
+TEST(Playback, LogsBasesWithoutASceneAndStatesWithoutABase) {
+    TestShow show;
+    fill(show, {{"solo", 2, 5}});
+    show.timeline.unnamedScene = {"", 2.0f, 7.0f};
+    PlayLog log;
+    const std::string line = " t=1.000s scene=(none) sceneIn=2.000s sceneOut=7.000s base=solo type=fx entryIn=2.000s "
+                             "entryOut=7.000s overlays=0\n";
+    EXPECT_EQ(logOf(show, log, 1), "[PLAY]" + line);
+    PlayState state;
+    resolvePlayState(show.timeline, 1, state);
+    for (int i = 0; i < 2; ++i) { // whatever was logged before
+        const LogCapture capture;
+        logFinalFrame(show.timeline, 1, state);
+        EXPECT_EQ(capture.text(), "[TIMELINE] Final frame" + line);
+    }
+    TestShow bare;
+    fill(bare, {{"over", 0, 5, true, 0, 0}});
+    EXPECT_EQ(logOf(bare, log, 3), "[PLAY] t=3.000s scene=(none) base=(none) overlays=1\n");
+    resolvePlayState(bare.timeline, 3, state);
+    const LogCapture capture;
+    logFinalFrame(bare.timeline, 3, state);
+    EXPECT_EQ(capture.text(), "[TIMELINE] Final frame t=3.000s scene=(none) base=(none) overlays=1\n");
+}
+
+TEST(Playback, MeasuresScenesOfTheList) {
+    RuntimeConfig config;
+    config.scenes.resize(3);
+    const auto add = [&](int scene, float delay, float duration) {
+        config.scenes[scene].entries.emplace_back();
+        config.scenes[scene].entries.back().delay = delay;
+        config.scenes[scene].entries.back().duration = duration;
+    };
+    add(1, -5, 6); // a delay before the scene counts as none
+    add(1, 3, 2);
+    add(2, 0, -1);
+    const float durations[] = {0, 6, 0, 0};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(sceneDuration(config, i), durations[i]) << i;
+    EXPECT_EQ(sceneDuration(config, -1), 0.0f);
+}
+
+} // namespace

@@ -60,7 +60,7 @@ renderShow() {
         >"$output/player.log" || code=$?
     if ((code)); then
         tail -n 20 "$output/player.log" >&2
-        say "The player failed with exit code $code; its whole log is $output/player.log"
+        say "The player ended with exit code $code; its whole log is $output/player.log"
         return "$code"
     fi
 

@@ -6,7 +6,7 @@
 #include "app/run_clock.h"
 #include "config/runtime_config.h"
 #include "platform/window.h"
-#include "timeline/playback.h"
+#include "timeline/frame.h"
 
 #include <limits>
 
@@ -24,6 +24,8 @@ struct Player {
     RunClock clock;
     Timeline timeline;
     PlayState state;
+    TransitionState transition;
+    TransitionStage stage;
     PlayLog log;
     std::vector<int> scenes; // scratch: indices of active scenes
     size_t nextKey = 0;      // of the scripted keys

@@ -106,6 +106,7 @@ bool closeOffline(Player& player) {
 }
 
 void shutDown(Player& player) {
+    releaseTransitionStage(player.stage);
     recordExitReason("main loop finished");
     logLine("[EXIT] %s\n", shellState().exitReason.c_str());
     releaseTimeline(player.timeline);

@@ -2,7 +2,6 @@
 #include "app/steering.h"
 #include "foundation/log.h"
 #include "platform/shell_state.h"
-#include "timeline/frame.h"
 
 #include <algorithm>
 #include <cmath>
@@ -42,21 +41,35 @@ bool applyEnd(Player& player, const VisualRange& range) {
     return true;
 }
 
+// Two scenes that overlap pass into each other; everything else is a plain frame.
+void drawPlaying(Player& player, float t, float delta) {
+    const int width = shellState().clientWidth, height = shellState().clientHeight;
+    if (player.stage.renderer.program && resolveTransition(player.timeline, t, player.transition)) {
+        logTransition(player.log, player.timeline, t, player.transition);
+        drawTransitionFrame(player.stage, player.timeline, player.transition, delta, width, height);
+        return;
+    }
+    resolvePlayState(player.timeline, t, player.state);
+    logPlayState(player.log, player.timeline, t, player.state);
+    drawTimelineFrame(player.state, delta, width, height);
+}
+
 void drawFrame(Player& player, const VisualRange& range, float delta) {
     const bool hasRange = range.start < range.end;
     const bool isPast = hasRange && showTime(player) >= range.end;
     const float t = hasRange ? std::min(showTime(player), lastVisibleTime(range)) : showTime(player);
 
     clearFrame();
-    resolvePlayState(player.timeline, t, player.state);
-    logPlayState(player.log, player.timeline, t, player.state);
-    drawTimelineFrame(player.state, isPast ? 0.0f : delta, shellState().clientWidth, shellState().clientHeight);
+    drawPlaying(player, t, isPast ? 0.0f : delta);
     finishFrame(player);
 }
 
 // Loads the timeline and announces it.
 VisualRange prepareTimeline(Player& player) {
     loadPlayerTimeline(player);
+    if (initTransitionRenderer(player.stage.renderer, player.config.baseDir)) {
+        warmUpProgram(player.stage.renderer.program, DrawState::opaque, DrawTarget::screen);
+    }
     const VisualRange range = visualRange(player.config);
     logLine("[TIMELINE] Visual range %.3fs -> %.3fs (duration=%.3fs)\n", static_cast<double>(range.start),
             static_cast<double>(range.end), static_cast<double>(range.duration));

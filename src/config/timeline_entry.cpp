@@ -2,15 +2,7 @@
 
 #include "config/runtime_config.h"
 
-#include <cmath>
-
 namespace {
-
-// A show's "1e999" or "nan" would poison every comparison on the timeline.
-float getFinite(const JsonValue& value, float fallback) {
-    const float number = getNumber(value, fallback);
-    return std::isfinite(number) ? number : fallback;
-}
 
 void readParams(TimelineEntry& entry, const JsonValue& params) {
     entry.params = params;
@@ -67,6 +59,7 @@ TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& paren
     entry.start = parent.start;
     entry.duration = parent.duration;
     entry.layer = parent.layer;
+    entry.depth = parent.depth + 1;
 
     readParams(entry, find(json, "params"));
     resolveShaders(entry);

@@ -34,6 +34,7 @@ struct TimelineEntry {
     float alpha = 1.0f;
     float timeScale = 1.0f;
     std::string blendMode = "alpha";
+    int depth = 0;         // effects around this one: 0 on the timeline itself
     std::string vertPath; // shader sources; empty when none was found
     std::string fragPath;
     std::string bufferPath;

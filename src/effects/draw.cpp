@@ -1,7 +1,11 @@
-#include "effects/draw.h"
-
+#include "effects/blend_effect.h"
+#include "effects/chain_effect.h"
+#include "effects/effect.h"
 #include "effects/image_effect.h"
+#include "effects/pip_effect.h"
 #include "effects/shader_effect.h"
+#include "effects/split_effect.h"
+#include "effects/timeline_blend_effect.h"
 
 void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input) {
     if (!isRunnable(effect)) return;
@@ -11,5 +15,10 @@ void drawEffectPasses(Effect& effect, int width, int height, const InputTexture*
     case EffectKind::none: break;
     case EffectKind::image: drawImageEffect(effect, width, height, input); break;
     case EffectKind::shader: drawShaderEffect(effect, width, height, input); break;
+    case EffectKind::blend: drawBlend(effect, width, height, input); break;
+    case EffectKind::timelineBlend: drawTimelineBlend(effect, width, height, input); break;
+    case EffectKind::chain: drawChain(effect, width, height, input); break;
+    case EffectKind::dynamicSplit: drawDynamicSplit(effect, width, height, input); break;
+    case EffectKind::pip: drawPip(effect, width, height, input); break;
     }
 }

@@ -1,6 +1,5 @@
 #include "effects/effect.h"
 
-#include "gpu/program.h"
 #include "gpu/program_pool.h"
 
 #include <algorithm>
@@ -10,14 +9,6 @@ namespace {
 
 constexpr float kNominalFrameRate = 60.0f;
 
-void releaseProgram(GLuint program, bool borrowed) {
-    if (borrowed) {
-        returnProgram(program);
-    } else {
-        deleteProgram(program);
-    }
-}
-
 } // namespace
 
 bool isRunnable(const Effect& effect) {
@@ -25,9 +16,11 @@ bool isRunnable(const Effect& effect) {
 }
 
 void releaseEffect(Effect& effect) {
-    releaseProgram(effect.mainProgram, effect.borrowsPrograms);
-    releaseProgram(effect.bufferProgram, effect.borrowsPrograms);
+    for (const auto& child : effect.children) releaseEffect(*child);
+    releaseTransitionRenderer(effect.mixer); // its program is the main program of the kinds that mix
+    for (const GLuint program : {effect.mainProgram, effect.bufferProgram, effect.blitProgram}) returnProgram(program);
     for (RenderTarget& target : effect.bufferTargets) deleteTarget(target);
+    for (RenderTarget& target : effect.childTargets) deleteTarget(target);
     effect = {};
 }
 

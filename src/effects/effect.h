@@ -1,17 +1,26 @@
 // The record that renders one entry of the timeline, and the handful of operations on it.
 #pragma once
 
+#include "config/timeline_entry.h"
+#include "effects/transition.h"
 #include "foundation/json.h"
 #include "gpu/render_target.h"
 #include "gpu/uniforms.h"
 
 #include <array>
+#include <memory>
 #include <string>
+#include <vector>
 
 enum class EffectKind {
-    none,   // default state: draws nothing
-    image,  // the built-in image shader
-    shader, // a full-screen shader, with or without a buffer pass
+    none,          // default state: draws nothing
+    image,         // the built-in image shader
+    shader,        // a full-screen shader, with or without a buffer pass
+    blend,         // two children, one mixed into the other
+    timelineBlend, // children one after the other, mixed where they overlap
+    chain,         // a child's picture handed to another child
+    dynamicSplit,  // two children on either side of a moving edge
+    pip,           // a child with an inset image or child
 };
 
 // How an image fills the output.
@@ -23,6 +32,46 @@ enum class FitMode {
 
 enum class BlendMode { alpha, additive };
 
+enum class PipCorner { bottomRight, bottomLeft, topRight, topLeft };
+
+// When a blend mixes, on its own clock.
+struct BlendBlock {
+    float startTime = 0.0f;     // seconds
+    float blendDuration = 5.0f; // seconds, at least 0.01
+};
+
+// When each child of a timeline blend plays, on the blend's clock.
+struct BlendStep {
+    float start = 0.0f;    // seconds
+    float duration = 1.0f; // seconds, at least 0.001
+};
+
+struct SplitBlock {
+    int mode = 0;           // 0 vertical edge, 1 horizontal, 2 diagonal, 3 wave
+    float speed = 1.0f;
+    float amplitude = 0.2f; // 0..1
+    float position = 0.5f;  // 0..1
+    float feather = 0.03f;  // 0.0001..0.5
+    float angle = 0.7853982f; // radians
+    float waveFrequency = 5.0f;
+    bool invert = false;
+};
+
+// Of a split's program, resolved when it is made.
+struct SplitUniforms {
+    UniformInfo position, amplitude, speed, angle, waveFrequency, feather, mode, invert;
+};
+
+struct PipBlock {
+    float scale = 0.25f;  // of the output, 0.05..1
+    int margin = 16;      // pixels
+    float alpha = 1.0f;   // 0..1
+    float delay = 0.0f;   // seconds
+    float fadeIn = 0.0f;  // seconds
+    PipCorner corner = PipCorner::bottomRight;
+    ChannelBinding image; // belongs to the texture cache; no texture where the inset is a child
+};
+
 struct Effect {
     EffectKind kind = EffectKind::none;
     std::string id;
@@ -33,9 +82,11 @@ struct Effect {
     BlendMode blendMode = BlendMode::alpha;
     JsonValue params;
 
-    GLuint mainProgram = 0;      // 0: not runnable
-    bool borrowsPrograms = true; // both programs belong to the pool; false: to the effect
+    // Programs are borrowed from the pool. A kind without a main program of its own has a placeholder in
+    // its place, so that it counts as runnable.
+    GLuint mainProgram = 0; // 0: not runnable
     GLuint bufferProgram = 0;
+    GLuint blitProgram = 0; // shows a child's picture
     bool hasBuffer = false; // a buffer pass runs before the main pass
     Channels channels;      // textures belong to the cache
     FitMode fit = FitMode::stretch;
@@ -45,16 +96,40 @@ struct Effect {
     std::array<RenderTarget, 2> bufferTargets;
     int bufferFront = 0; // index of the latest picture
 
+    // Composites: their children, and targets for those that are drawn at the same time.
+    std::vector<std::unique_ptr<Effect>> children;
+    std::array<RenderTarget, 2> childTargets;
+    TransitionRenderer mixer;
+    TransitionLook mixLook;
+    BlendBlock blend;
+    std::vector<BlendStep> steps; // one a child
+    bool loopSteps = true;
+    SplitBlock split;
+    SplitUniforms splitUniforms;
+    PipBlock pip;
+
     // The effect's own clock, advanced only while it is drawn.
     float localTime = 0.0f; // seconds
     int frameCounter = 0;
 };
 
+// Never passed to GL.
+constexpr GLuint kPlaceholderProgram = ~0u;
+
+// Turns an entry into the effect of the kind that its type selects. Needs a current context. Failures are
+// in the log; a failed effect is not runnable and has nothing to release.
+Effect createEffect(const TimelineEntry& entry);
+
 bool isRunnable(const Effect& effect);
 
-// Gives programs back, deletes every GL object that the effect owns and resets the record to its default
-// state, so that releasing twice is harmless.
+// Gives programs back, deletes every GL object that the effect owns, its children included, and resets the
+// record to its default state, so that releasing twice is harmless.
 void releaseEffect(Effect& effect);
+
+// Draws all passes of the effect at its local time into the current target, `width` x `height` pixels,
+// with the blending that is set. `input` (may be null) is the picture of another effect for one of its
+// channels. Leaves the viewport over the whole output.
+void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input);
 
 // Sets the effect's clock as if it had been drawn from its start on: `seconds` since then, at 60 frames
 // a second. Negative seconds count as none.

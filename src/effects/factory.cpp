@@ -1,21 +1,42 @@
-#include "effects/factory.h"
-
+#include "effects/blend_effect.h"
+#include "effects/chain_effect.h"
 #include "effects/image_effect.h"
 #include "effects/param_uniforms.h"
-#include "effects/shader_effect.h"
+#include "effects/pip_effect.h"
+#include "effects/split_effect.h"
+#include "effects/timeline_blend_effect.h"
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "gpu/program.h"
 #include "gpu/program_pool.h"
+#include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "gpu/textures.h"
 
 namespace {
 
-// An entry without a type that has an image stands for that image; composites make such entries in place
-// of a child that is missing.
+struct KindName {
+    const char* type;
+    EffectKind kind;
+};
+
+// Every other type is a shader effect.
+constexpr KindName kKinds[] = {
+    {"blend", EffectKind::blend},
+    {"timeline_blend", EffectKind::timelineBlend},
+    {"chain", EffectKind::chain},
+    {"dynamicsplit", EffectKind::dynamicSplit},
+    {"piptexture", EffectKind::pip},
+    {"pip", EffectKind::pip},
+    {"image", EffectKind::image},
+};
+
 EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
-    if (type == "image") return EffectKind::image;
+    for (const KindName& named : kKinds) {
+        if (type == named.type) return named.kind;
+    }
+    // An entry without a type that has an image stands for that image; composites make such entries in
+    // place of a child that is missing.
     if (type.empty() && !entry.channels[0].empty()) return EffectKind::image;
     return EffectKind::shader;
 }
@@ -27,13 +48,8 @@ std::string programSettings(const TimelineEntry& entry) {
     return settings;
 }
 
-struct ShaderSources {
-    std::string vertex;
-    std::string fragment;
-};
-
 // False when there is no fragment source.
-bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderSources& sources) {
+bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderPair& sources) {
     if (kind == EffectKind::image) {
         sources = {kQuadVertexSource, kQuadFragmentSource};
         return true;
@@ -77,6 +93,38 @@ void loadChannels(const TimelineEntry& entry, Effect& effect) {
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
 
+// Image and shader effects; false when there is no main program.
+bool createShaderEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+    ShaderPair sources;
+    if (!readSources(entry, kind, sources)) return false;
+    const std::string settings = programSettings(entry);
+    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
+    if (!effect.mainProgram) return false;
+    if (kind == EffectKind::image) effect.fit = readFitMode(entry.params);
+    effect.isDreamEntity = effect.type == "dreamentity";
+
+    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
+    effect.hasBuffer = effect.bufferProgram != 0;
+    loadChannels(entry, effect);
+    writeParamUniforms(effect.mainProgram, entry.params);
+    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
+    return true;
+}
+
+bool createKind(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+    switch (kind) {
+    case EffectKind::none: return false;
+    case EffectKind::image:
+    case EffectKind::shader: return createShaderEffect(entry, kind, effect);
+    case EffectKind::blend: return createBlend(entry, effect);
+    case EffectKind::timelineBlend: return createTimelineBlend(entry, effect);
+    case EffectKind::chain: return createChain(entry, effect);
+    case EffectKind::dynamicSplit: return createDynamicSplit(entry, effect);
+    case EffectKind::pip: return createPip(entry, effect);
+    }
+    return false;
+}
+
 } // namespace
 
 Effect createEffect(const TimelineEntry& entry) {
@@ -88,21 +136,15 @@ Effect createEffect(const TimelineEntry& entry) {
     effect.duration = entry.duration;
     effect.blendMode = entry.blendMode == "additive" ? BlendMode::additive : BlendMode::alpha;
     effect.params = entry.params;
-    effect.isDreamEntity = effect.type == "dreamentity";
 
     const EffectKind kind = kindOf(entry, effect.type);
-    ShaderSources sources;
-    if (!readSources(entry, kind, sources)) return effect;
-    const std::string settings = programSettings(entry);
-    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
-    if (!effect.mainProgram) return effect;
-    effect.kind = kind;
-    if (kind == EffectKind::image) effect.fit = readFitMode(entry.params);
-
-    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
-    effect.hasBuffer = effect.bufferProgram != 0;
-    loadChannels(entry, effect);
-    writeParamUniforms(effect.mainProgram, entry.params);
-    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
+    if (createKind(entry, kind, effect)) {
+        effect.kind = kind;
+        return effect;
+    }
+    // What was made before it failed goes the ordinary way; the type stays, for whoever reports it.
+    std::string type = std::move(effect.type);
+    releaseEffect(effect);
+    effect.type = std::move(type);
     return effect;
 }

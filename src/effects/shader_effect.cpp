@@ -29,34 +29,31 @@ void drawShaderEffect(const Effect& effect, int width, int height, const InputTe
 
 void drawBufferPass(Effect& effect, int width, int height, const InputTexture* input) {
     ensureBufferTargets(effect, width, height);
-    const TargetBinding output = currentTarget();
-    const bool blending = glIsEnabled(GL_BLEND);
+    const DrawBinding output = saveBinding();
     const GLuint previous = effect.bufferTargets[effect.bufferFront].texture;
     effect.bufferFront = 1 - effect.bufferFront;
 
     bindTarget(effect.bufferTargets[effect.bufferFront]);
     glDisable(GL_BLEND);
     drawPass(effect, effect.bufferProgram, width, height, input, previous);
-
-    bindTarget(output);
-    if (blending) glEnable(GL_BLEND);
+    restoreBinding(output);
 }
 
 void ensureBufferTargets(Effect& effect, int width, int height) {
-    const TargetBinding output = currentTarget();
-    bool made = false;
-    for (RenderTarget& target : effect.bufferTargets) made |= ensureTarget(target, width, height);
-    bindTarget(output);
-    if (made) clearBufferTargets(effect);
+    if (hasSize(effect.bufferTargets[0], width, height) && hasSize(effect.bufferTargets[1], width, height)) return;
+    const DrawBinding output = saveBinding();
+    for (RenderTarget& target : effect.bufferTargets) ensureTarget(target, width, height);
+    restoreBinding(output);
+    clearBufferTargets(effect);
 }
 
 void clearBufferTargets(Effect& effect) {
-    const TargetBinding output = currentTarget();
+    const DrawBinding output = saveBinding();
     for (const RenderTarget& target : effect.bufferTargets) {
         bindTarget(target);
         glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
         glClear(GL_COLOR_BUFFER_BIT);
     }
-    bindTarget(output);
+    restoreBinding(output);
     effect.bufferFront = 0;
 }

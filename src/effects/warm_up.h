@@ -15,8 +15,18 @@ enum class DrawState : uint32_t {
 // Sets blending for a draw.
 void applyDrawState(DrawState state);
 
-// Draws one pixel of every pass into the current target, unless the effect's programs have been drawn in
-// this state before. Drivers compile code at the first draw, for the blending, the formats of target and
-// textures and their filters; sizes do not matter, but textures are the very ones of the show. The pixel
-// is left behind: the caller's next clear takes it. Buffers are made for the output size and left cleared.
-void warmUpEffect(Effect& effect, DrawState state, int width, int height);
+// What is current while a program is drawn; drivers compile code for each.
+enum class DrawTarget {
+    screen,    // framebuffer 0
+    offscreen, // a render target
+};
+
+// Draws one pixel of every pass into the current target, which is of the kind given, unless the effect's
+// programs have been drawn in this state before. Drivers compile code at the first draw, for the blending,
+// the formats of target and textures and their filters; sizes do not matter, but textures are the very ones
+// of the show. The pixel is left behind: the caller's next clear takes it. Targets are made for the output
+// size, buffers left cleared.
+void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width, int height);
+
+// The same for a program that draws the quad with textures of the show.
+void warmUpProgram(GLuint program, DrawState state, DrawTarget target);

@@ -33,9 +33,7 @@ bool isDigit(char c) {
 }
 
 const char* skipWhitespace(const char* at) {
-    while (*at == ' ' || *at == '\t' || *at == '\n' || *at == '\r') {
-        ++at;
-    }
+    while (*at == ' ' || *at == '\t' || *at == '\n' || *at == '\r') ++at;
     return at;
 }
 
@@ -61,21 +59,13 @@ const char* parseDigits(const char* at, Decimal& decimal, int fractionStep) {
 
 // Reads nothing when no digit follows the "e" ("1e" is the number 1). Returns null past three digits.
 const char* parseExponent(const char* at, int& exponent) {
-    if (*at != 'e' && *at != 'E') {
-        return at;
-    }
+    if (*at != 'e' && *at != 'E') return at;
     const char* digit = at + 1;
     bool negative = *digit == '-';
-    if (*digit == '-' || *digit == '+') {
-        ++digit;
-    }
-    if (!isDigit(*digit)) {
-        return at;
-    }
+    if (*digit == '-' || *digit == '+') ++digit;
+    if (!isDigit(*digit)) return at;
     int magnitude = 0;
-    for (; isDigit(*digit) && magnitude < 100; ++digit) {
-        magnitude = magnitude * 10 + (*digit - '0');
-    }
+    for (; isDigit(*digit) && magnitude < 100; ++digit) magnitude = magnitude * 10 + (*digit - '0');
     exponent = negative ? -magnitude : magnitude;
     return isDigit(*digit) ? nullptr : digit;
 }
@@ -84,26 +74,16 @@ const char* parseExponent(const char* at, int& exponent) {
 // null for everything else: long or extreme decimals, hexadecimal forms, infinity and NaN words, no number.
 const char* parseShortDecimal(const char* at, double& number) {
     bool negative = *at == '-';
-    if (*at == '-' || *at == '+') {
-        ++at;
-    }
-    if (*at == '0' && (at[1] == 'x' || at[1] == 'X')) {
-        return nullptr;
-    }
+    if (*at == '-' || *at == '+') ++at;
+    if (*at == '0' && (at[1] == 'x' || at[1] == 'X')) return nullptr;
     Decimal decimal;
     at = parseDigits(at, decimal, 0);
-    if (*at == '.') {
-        at = parseDigits(at + 1, decimal, 1);
-    }
-    if (decimal.count == 0 || isDigit(*at)) {
-        return nullptr;
-    }
+    if (*at == '.') at = parseDigits(at + 1, decimal, 1);
+    if (decimal.count == 0 || isDigit(*at)) return nullptr;
     int exponent = 0;
     at = parseExponent(at, exponent);
     int power = exponent - decimal.fraction;
-    if (at == nullptr || std::abs(power) >= static_cast<int>(kPowersOfTen.size())) {
-        return nullptr;
-    }
+    if (at == nullptr || std::abs(power) >= static_cast<int>(kPowersOfTen.size())) return nullptr;
     double magnitude = static_cast<double>(decimal.digits);
     double scale = kPowersOfTen[static_cast<size_t>(std::abs(power))];
     magnitude = power < 0 ? magnitude / scale : magnitude * scale;
@@ -113,9 +93,7 @@ const char* parseShortDecimal(const char* at, double& number) {
 
 // Leaves 0 and consumes nothing where no number stands.
 const char* parseNumber(const char* at, double& number) {
-    if (const char* end = parseShortDecimal(at, number)) {
-        return end;
-    }
+    if (const char* end = parseShortDecimal(at, number)) return end;
     char* end = nullptr;
     number = std::strtod(at, &end);
     return end;
@@ -144,9 +122,7 @@ const char* parseEscape(const char* at, std::string& text) {
     case 'u':
         text += '?';
         ++at;
-        for (int skipped = 0; skipped < 4 && *at != '\0'; ++skipped) {
-            ++at;
-        }
+        for (int skipped = 0; skipped < 4 && *at != '\0'; ++skipped) ++at;
         return at;
     default:
         text += *at;
@@ -156,19 +132,13 @@ const char* parseEscape(const char* at, std::string& text) {
 
 // Anything but a quote at the start gives the empty string and consumes nothing.
 const char* parseString(const char* at, std::string& text) {
-    if (*at != '"') {
-        return at;
-    }
+    if (*at != '"') return at;
     ++at;
     while (true) {
         const char* run = at;
-        while (*at != '"' && *at != '\\' && *at != '\0') {
-            ++at;
-        }
+        while (*at != '"' && *at != '\\' && *at != '\0') ++at;
         text.append(run, static_cast<size_t>(at - run));
-        if (*at != '\\') {
-            return *at == '"' ? at + 1 : at;
-        }
+        if (*at != '\\') return *at == '"' ? at + 1 : at;
         at = parseEscape(at + 1, text);
     }
 }
@@ -179,18 +149,12 @@ const char* parseValue(const char* at, JsonValue& value, int depth, int& budget)
 const char* parseArray(const char* at, JsonValue& value, int depth, int& budget) {
     value.kind = JsonKind::array;
     at = skipWhitespace(at + 1);
-    if (*at == ']') {
-        return at + 1;
-    }
+    if (*at == ']') return at + 1;
     value.items.reserve(kUsualChildren);
     while (*at != '\0' && budget-- > 0) {
         at = skipWhitespace(parseValue(at, value.items.emplace_back(), depth, budget));
-        if (*at == ']') {
-            return at + 1;
-        }
-        if (*at != ',') {
-            return at;
-        }
+        if (*at == ']') return at + 1;
+        if (*at != ',') return at;
         ++at;
     }
     return at;
@@ -199,20 +163,14 @@ const char* parseArray(const char* at, JsonValue& value, int depth, int& budget)
 const char* parseObject(const char* at, JsonValue& value, int depth, int& budget) {
     value.kind = JsonKind::object;
     at = skipWhitespace(at + 1);
-    if (*at == '}') {
-        return at + 1;
-    }
+    if (*at == '}') return at + 1;
     value.members.reserve(kUsualChildren);
     while (*at != '\0' && budget-- > 0) {
         auto& [key, child] = value.members.emplace_back();
         at = skipWhitespace(parseString(skipWhitespace(at), key));
-        if (*at == ':') {
-            ++at;
-        }
+        if (*at == ':') ++at;
         at = skipWhitespace(parseValue(at, child, depth, budget));
-        if (*at != ',') {
-            break;
-        }
+        if (*at != ',') break;
         ++at;
     }
     return *at == '}' ? at + 1 : at;
@@ -223,9 +181,7 @@ const char* parseValue(const char* at, JsonValue& value, int depth, int& budget)
     at = skipWhitespace(at);
     if (*at == '{' || *at == '[') {
         // An unread bracket is neither comma nor closing bracket, so every container around it ends here.
-        if (depth == kJsonMaxDepth) {
-            return at;
-        }
+        if (depth == kJsonMaxDepth) return at;
         return *at == '{' ? parseObject(at, value, depth + 1, budget) : parseArray(at, value, depth + 1, budget);
     }
     if (*at == '"') {
@@ -241,9 +197,7 @@ const char* parseValue(const char* at, JsonValue& value, int depth, int& budget)
         value.kind = JsonKind::boolean;
         return at + 5;
     }
-    if (*at == 'n' && std::strncmp(at, "null", 4) == 0) {
-        return at + 4;
-    }
+    if (*at == 'n' && std::strncmp(at, "null", 4) == 0) return at + 4;
     value.kind = JsonKind::number;
     return parseNumber(at, value.number);
 }
@@ -265,15 +219,18 @@ JsonValue parseJson(const std::string& text) {
 const JsonValue& find(const JsonValue& value, std::string_view key) {
     static const JsonValue nullValue{};
     for (const auto& [name, child] : value.members) {
-        if (name == key) {
-            return child;
-        }
+        if (name == key) return child;
     }
     return nullValue;
 }
 
 float getNumber(const JsonValue& value, float fallback) {
     return value.kind == JsonKind::number ? static_cast<float>(value.number) : fallback;
+}
+
+float getFinite(const JsonValue& value, float fallback) {
+    const float number = getNumber(value, fallback);
+    return std::isfinite(number) ? number : fallback;
 }
 
 std::string getString(const JsonValue& value, const char* fallback) {
@@ -287,14 +244,8 @@ bool getBool(const JsonValue& value, bool fallback) {
 int32_t getInt(const JsonValue& value, int32_t fallback) {
     constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
     constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-    if (value.kind != JsonKind::number || std::isnan(value.number)) {
-        return fallback;
-    }
-    if (value.number <= kLowest) {
-        return kLowest;
-    }
-    if (value.number >= kHighest) {
-        return kHighest;
-    }
+    if (value.kind != JsonKind::number || std::isnan(value.number)) return fallback;
+    if (value.number <= kLowest) return kLowest;
+    if (value.number >= kHighest) return kHighest;
     return static_cast<int32_t>(value.number);
 }

@@ -47,5 +47,8 @@ float getNumber(const JsonValue& value, float fallback);
 std::string getString(const JsonValue& value, const char* fallback);
 bool getBool(const JsonValue& value, bool fallback);
 
+// A number that is also finite: a show's "1e999" or "nan" would poison every comparison on its way.
+float getFinite(const JsonValue& value, float fallback);
+
 // Narrowed toward zero; numbers outside the 32-bit range stop at its ends, NaN gives `fallback`.
 int32_t getInt(const JsonValue& value, int32_t fallback);

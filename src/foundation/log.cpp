@@ -17,12 +17,8 @@ void maskControlBytes(char* text, size_t size) {
         unsigned char c = static_cast<unsigned char>(text[i]);
         // U+0080 to U+009F in UTF-8: U+009B opens an escape sequence just as ESC [ does.
         bool upperControl = previous == 0xC2 && c >= 0x80 && c <= 0x9F;
-        if (upperControl) {
-            text[i - 1] = '?';
-        }
-        if (upperControl || isControl(c)) {
-            text[i] = '?';
-        }
+        if (upperControl) text[i - 1] = '?';
+        if (upperControl || isControl(c)) text[i] = '?';
         previous = c;
     }
 }

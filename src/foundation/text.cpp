@@ -8,9 +8,7 @@ char toLower(char c) {
 
 std::string toLower(std::string_view text) {
     std::string lower(text);
-    for (char& c : lower) {
-        c = toLower(c);
-    }
+    for (char& c : lower) c = toLower(c);
     return lower;
 }
 

@@ -24,9 +24,13 @@ RenderTarget createRenderTarget(int width, int height) {
     return target;
 }
 
+bool hasSize(const RenderTarget& target, int width, int height) {
+    const bool isThere = target.framebuffer && target.texture;
+    return isThere && target.width == std::max(1, width) && target.height == std::max(1, height);
+}
+
 bool ensureTarget(RenderTarget& target, int width, int height) {
-    const bool valid = target.framebuffer && target.texture;
-    if (valid && target.width == std::max(1, width) && target.height == std::max(1, height)) return false;
+    if (hasSize(target, width, height)) return false;
     deleteTarget(target);
     target = createRenderTarget(width, height);
     return true;
@@ -38,19 +42,28 @@ void deleteTarget(RenderTarget& target) {
     target = {};
 }
 
-TargetBinding currentTarget() {
-    TargetBinding binding;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &binding.framebuffer);
-    glGetIntegerv(GL_VIEWPORT, binding.viewport);
-    return binding;
-}
-
 void bindTarget(const RenderTarget& target) {
     gl.BindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
     glViewport(0, 0, target.width, target.height);
 }
 
-void bindTarget(const TargetBinding& binding) {
+DrawBinding saveBinding() {
+    DrawBinding binding;
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &binding.framebuffer);
+    glGetIntegerv(GL_VIEWPORT, binding.viewport);
+    binding.blending = glIsEnabled(GL_BLEND);
+    glGetIntegerv(GL_BLEND_SRC_RGB, &binding.sourceFactor);
+    glGetIntegerv(GL_BLEND_DST_RGB, &binding.destinationFactor);
+    return binding;
+}
+
+void restoreBinding(const DrawBinding& binding) {
     gl.BindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(binding.framebuffer));
     glViewport(binding.viewport[0], binding.viewport[1], binding.viewport[2], binding.viewport[3]);
+    glBlendFunc(static_cast<GLenum>(binding.sourceFactor), static_cast<GLenum>(binding.destinationFactor));
+    if (binding.blending) {
+        glEnable(GL_BLEND);
+    } else {
+        glDisable(GL_BLEND);
+    }
 }

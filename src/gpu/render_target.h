@@ -13,18 +13,26 @@ struct RenderTarget {
 // Framebuffer and texture of a new target; the content is undefined. Sizes are raised to at least 1.
 RenderTarget createRenderTarget(int width, int height);
 
+// Whether the target is there and fits an output of that size.
+bool hasSize(const RenderTarget& target, int width, int height);
+
 // Keeps a target of that size, otherwise deletes it and makes a new one; true when it made one.
 bool ensureTarget(RenderTarget& target, int width, int height);
 
 // Deletes both objects and resets the record.
 void deleteTarget(RenderTarget& target);
 
-// Framebuffer and viewport that are current.
-struct TargetBinding {
+// Makes the target current, with a viewport over all of it.
+void bindTarget(const RenderTarget& target);
+
+// What an offscreen draw disturbs: framebuffer, viewport and blending.
+struct DrawBinding {
     GLint framebuffer = 0;
     GLint viewport[4] = {};
+    bool blending = false;
+    GLint sourceFactor = 0;
+    GLint destinationFactor = 0;
 };
 
-TargetBinding currentTarget();
-void bindTarget(const RenderTarget& target); // with a viewport over all of it
-void bindTarget(const TargetBinding& binding);
+DrawBinding saveBinding();
+void restoreBinding(const DrawBinding& binding);

@@ -158,6 +158,17 @@ void resolveGlitchShaders(TimelineEntry& entry, const std::string& baseDir) {
     }
 }
 
+bool readShaderPair(const std::string& baseDir, const std::string& directory, const std::string& name,
+                    ShaderPair& sources) {
+    for (const std::string& root : shaderRoots(baseDir)) {
+        const std::string stem = joinPath(joinPath(root, directory), name);
+        if (!fileExists(stem + ".vert") || !fileExists(stem + ".frag")) continue;
+        sources = {readTextFile(stem + ".vert"), readTextFile(stem + ".frag")};
+        return !sources.vertex.empty() && !sources.fragment.empty();
+    }
+    return false;
+}
+
 void resolveShaderSources(TimelineEntry& entry) {
     if (entry.type.empty()) return;
     if (toLower(entry.type) == "glitch") {

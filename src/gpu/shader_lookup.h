@@ -22,5 +22,16 @@ std::string glitchShaderName(const std::string& style);
 // Paths stay as they were when no root has the fragment shader.
 void resolveGlitchShaders(TimelineEntry& entry, const std::string& baseDir);
 
+// Sources of a vertex and a fragment shader that belong together.
+struct ShaderPair {
+    std::string vertex;
+    std::string fragment;
+};
+
+// Reads `name`.vert and `name`.frag from the first root whose `directory` has both; false when no root has
+// them or one is empty.
+bool readShaderPair(const std::string& baseDir, const std::string& directory, const std::string& name,
+                    ShaderPair& sources);
+
 // Fills vertPath, fragPath and bufferPath. What is not found stays empty; nothing is logged.
 void resolveShaderSources(TimelineEntry& entry);

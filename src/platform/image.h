@@ -26,5 +26,6 @@ void stopImageDecoding();
 // says which in a few words.
 bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason);
 
-// Encodes RGB or RGBA rows, top row first, as PNG into `bytes`; false when the encoder fails.
+// Encodes tightly packed R, G, B, A rows, top row first, as PNG into `bytes`; without alpha the picture is
+// 24-bit RGB. False when the encoder fails.
 bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes);

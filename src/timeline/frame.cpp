@@ -1,6 +1,7 @@
 #include "timeline/frame.h"
 
-#include "effects/draw.h"
+
+#include "gpu/gl_functions.h"
 
 #include <algorithm>
 
@@ -18,6 +19,31 @@ void drawTimelineFrame(const PlayState& state, float delta, int width, int heigh
         applyDrawState(timelineDrawState(*overlay));
         drawEffect(overlay->effect, delta, width, height);
     }
+}
+
+void renderSceneToTarget(const PlayState& state, RenderTarget& target, float delta, int width, int height) {
+    ensureTarget(target, width, height);
+    bindTarget(target);
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glDisable(GL_DEPTH_TEST);
+    drawTimelineFrame(state, delta, width, height);
+    gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
+    glViewport(0, 0, width, height);
+}
+
+void drawTransitionFrame(TransitionStage& stage, const Timeline& timeline, const TransitionState& state, float delta,
+                         int width, int height) {
+    renderSceneToTarget(state.out, stage.outgoing, delta, width, height);
+    renderSceneToTarget(state.in, stage.incoming, delta, width, height);
+    renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, state.progress,
+                     timeline.scenes[state.outgoing].transition);
+}
+
+void releaseTransitionStage(TransitionStage& stage) {
+    releaseTransitionRenderer(stage.renderer);
+    deleteTarget(stage.outgoing);
+    deleteTarget(stage.incoming);
 }
 
 void drawSceneFrame(Timeline& timeline, float sceneTime, float delta, int width, int height) {

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr float kLeastTransition = 0.0001f; // seconds
+
 bool isInScene(const RuntimeEntry& entry, int scene) {
     return scene == kAllScenes || entry.scene == scene;
 }
@@ -39,6 +41,16 @@ void logState(const char* title, const Timeline& timeline, float t, const PlaySt
             title, seconds(t), orNone(base.scene), seconds(scene.start), seconds(scene.end), orNone(base.id),
             orNone(base.type), seconds(state.base->start), seconds(state.base->start + state.base->duration), overlays);
     for (const RuntimeEntry* overlay : state.overlays) logEntry("OVR", overlay);
+}
+
+const char* baseId(const PlayState& state) {
+    return state.base ? state.base->entry->id.c_str() : "(none)";
+}
+
+void buildKey(std::string& key, const Timeline& timeline, const TransitionState& state) {
+    key = "transition|";
+    key.append(timeline.scenes[state.outgoing].name).append("|").append(timeline.scenes[state.incoming].name);
+    key.append("|").append(baseId(state.out)).append("|").append(baseId(state.in));
 }
 
 void buildKey(std::string& key, const PlayState& state) {
@@ -99,6 +111,42 @@ void activeScenes(const Timeline& timeline, float t, std::vector<int>& scenes) {
         const auto place = std::lower_bound(scenes.begin(), scenes.end(), entry.scene);
         if (place == scenes.end() || *place != entry.scene) scenes.insert(place, entry.scene);
     }
+}
+
+bool resolveTransition(Timeline& timeline, float t, TransitionState& state) {
+    activeScenes(timeline, t, state.active);
+    if (state.active.size() < 2) return false;
+    state.outgoing = state.active[0];
+    state.incoming = state.active[1];
+    const SceneSpan& outgoing = timeline.scenes[state.outgoing];
+    const float start = timeline.scenes[state.incoming].start;
+
+    float duration = outgoing.transitionDuration;
+    if (!(duration > 0.0f)) {
+        float end = start;
+        for (const RuntimeEntry& entry : timeline.entries) {
+            if (entry.scene == state.outgoing && isTimeActive(entry, t)) end = std::max(end, entry.start + entry.duration);
+        }
+        duration = end - start;
+    }
+    state.progress = std::clamp((t - start) / std::max(duration, kLeastTransition), 0.0f, 1.0f);
+    resolvePlayState(timeline, t, state.out, state.outgoing);
+    resolvePlayState(timeline, t, state.in, state.incoming);
+    return true;
+}
+
+void logTransition(PlayLog& log, const Timeline& timeline, float t, const TransitionState& state) {
+    buildKey(log.key, timeline, state);
+    if (log.key == log.lastKey) return;
+    log.lastKey = log.key;
+    const SceneSpan& out = timeline.scenes[state.outgoing];
+    const SceneSpan& in = timeline.scenes[state.incoming];
+    logLine("[PLAY] t=%.3fs transition %.3f scene=%s sceneIn=%.3fs sceneOut=%.3fs -> scene=%s sceneIn=%.3fs "
+            "sceneOut=%.3fs\n",
+            seconds(t), seconds(state.progress), orNone(out.name), seconds(out.start), seconds(out.end),
+            orNone(in.name), seconds(in.start), seconds(in.end));
+    logEntry("OUT", state.out.base);
+    logEntry("IN", state.in.base);
 }
 
 void logPlayState(PlayLog& log, const Timeline& timeline, float t, const PlayState& state) {

@@ -14,6 +14,16 @@ struct PlayState {
     std::vector<RuntimeEntry*> overlays; // in drawing order
 };
 
+// Two scenes, one passing into the other.
+struct TransitionState {
+    int outgoing = 0; // indices into Timeline::scenes
+    int incoming = 0;
+    float progress = 0.0f; // 0..1
+    PlayState out;
+    PlayState in;
+    std::vector<int> active; // scratch
+};
+
 // What was logged last; clear `lastKey` to have the next state logged anew.
 struct PlayLog {
     std::string lastKey;
@@ -35,6 +45,11 @@ void resolvePlayState(Timeline& timeline, float t, PlayState& state, int scene =
 
 // Indices into Timeline::scenes of the scenes with an entry that plays at t, in the table's order.
 void activeScenes(const Timeline& timeline, float t, std::vector<int>& scenes);
+
+// The transition at t between the two scenes that play and start first; false when fewer than two play.
+bool resolveTransition(Timeline& timeline, float t, TransitionState& state);
+
+void logTransition(PlayLog& log, const Timeline& timeline, float t, const TransitionState& state);
 
 // Logs the state when it differs from the last one logged. Allocates nothing once the key has grown.
 void logPlayState(PlayLog& log, const Timeline& timeline, float t, const PlayState& state);

@@ -1,6 +1,5 @@
 #include "timeline/timeline.h"
 
-#include "effects/factory.h"
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "gpu/textures.h"
@@ -39,10 +38,18 @@ void extendSpan(SceneSpan& span, const RuntimeEntry& entry, bool first) {
     span.end = std::max(span.end, entry.start + entry.duration);
 }
 
-void buildScenes(Timeline& timeline) {
+void readTransition(SceneSpan& scene, const RuntimeConfig& config) {
+    const auto preset = config.transitions.find(scene.name);
+    if (preset == config.transitions.end()) return;
+    scene.transition = readTransitionLook(preset->second.type, preset->second.params);
+    scene.transitionDuration = preset->second.duration;
+}
+
+void buildScenes(Timeline& timeline, const RuntimeConfig& config) {
     std::unordered_map<std::string_view, SceneSpan> spans;
     for (const RuntimeEntry& entry : timeline.entries) {
-        const auto [span, isNew] = spans.try_emplace(entry.entry->scene, SceneSpan{entry.entry->scene});
+        const auto [span, isNew] = spans.try_emplace(entry.entry->scene);
+        if (isNew) span->second.name = entry.entry->scene;
         extendSpan(span->second, entry, isNew);
     }
     for (const auto& [name, span] : spans) {
@@ -56,12 +63,40 @@ void buildScenes(Timeline& timeline) {
         return a.start != b.start ? a.start < b.start : a.name < b.name;
     });
 
+    for (SceneSpan& scene : timeline.scenes) readTransition(scene, config);
+
     std::unordered_map<std::string_view, int> indices;
     for (const SceneSpan& scene : timeline.scenes) indices.emplace(scene.name, static_cast<int>(indices.size()));
     for (RuntimeEntry& entry : timeline.entries) {
         const auto index = indices.find(entry.entry->scene);
         entry.scene = index == indices.end() ? -1 : index->second;
     }
+}
+
+// Whether another scene plays at the same time at some point. The table is sorted by start.
+std::vector<bool> findOverlaps(const std::vector<SceneSpan>& scenes) {
+    std::vector<bool> overlaps(scenes.size(), false);
+    size_t latest = 0; // of the scenes so far the one that ends last
+    for (size_t i = 1; i < scenes.size(); ++i) {
+        if (scenes[i].start < scenes[latest].end) overlaps[i] = overlaps[latest] = true;
+        if (scenes[i].end > scenes[latest].end) latest = i;
+    }
+    return overlaps;
+}
+
+// Scenes that pass into each other are drawn into targets meanwhile.
+void warmUpForTransitions(Timeline& timeline, int width, int height) {
+    const std::vector<bool> overlaps = findOverlaps(timeline.scenes);
+    if (std::find(overlaps.begin(), overlaps.end(), true) == overlaps.end()) return;
+    const DrawBinding output = saveBinding();
+    RenderTarget target = createRenderTarget(width, height);
+    bindTarget(target);
+    for (RuntimeEntry& entry : timeline.entries) {
+        if (entry.scene < 0 || !overlaps[entry.scene]) continue;
+        warmUpEffect(entry.effect, timelineDrawState(entry), DrawTarget::offscreen, width, height);
+    }
+    restoreBinding(output);
+    deleteTarget(target);
 }
 
 DrawState blendedState(const Effect& effect) {
@@ -81,10 +116,11 @@ void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, in
                 static_cast<double>(entry.duration), orNone(entry.scene), orNone(entry.type));
         appendEntry(timeline, entry);
     }
-    buildScenes(timeline);
+    buildScenes(timeline, config);
     for (RuntimeEntry& entry : timeline.entries) {
-        warmUpEffect(entry.effect, timelineDrawState(entry), width, height);
+        warmUpEffect(entry.effect, timelineDrawState(entry), DrawTarget::screen, width, height);
     }
+    warmUpForTransitions(timeline, width, height);
 }
 
 void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int width, int height) {
@@ -101,7 +137,7 @@ void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int w
         appendEntry(timeline, entry);
     }
     for (RuntimeEntry& entry : timeline.entries) {
-        warmUpEffect(entry.effect, sceneDrawState(timeline, entry), width, height);
+        warmUpEffect(entry.effect, sceneDrawState(timeline, entry), DrawTarget::screen, width, height);
     }
 }
 

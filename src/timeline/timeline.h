@@ -23,6 +23,9 @@ struct SceneSpan {
     std::string name;
     float start = 0.0f; // seconds
     float end = 0.0f;
+    // How the scene passes into the next one: the show's preset of its name.
+    TransitionLook transition;
+    float transitionDuration = 0.0f; // seconds; not above 0 takes the overlap of the two scenes
 };
 
 struct Timeline {

@@ -23,9 +23,17 @@ RuntimeConfig configOf(const std::vector<std::pair<float, float>>& entries) {
     return config;
 }
 
+SceneSpan spanOf(const char* name, float start, float end) {
+    SceneSpan span;
+    span.name = name;
+    span.start = start;
+    span.end = end;
+    return span;
+}
+
 TEST(Navigation, StepsFromSceneToScene) {
     Timeline timeline;
-    timeline.scenes = {{"a", 2, 9}, {"b", 10, 19}, {"c", 20, 29}};
+    timeline.scenes = {spanOf("a", 2, 9), spanOf("b", 10, 19), spanOf("c", 20, 29)};
     const struct {
         float t;
         int step;
@@ -128,7 +136,7 @@ class ControlTest : public testing::Test {
 protected:
     void SetUp() override {
         shellState() = {};
-        player.timeline.scenes = {{"a", 0, 30}, {"b", 20, 60}};
+        player.timeline.scenes = {spanOf("a", 0, 30), spanOf("b", 20, 60)};
         player.timeline.entries.resize(2);
         for (int i = 0; i < 2; ++i) {
             player.timeline.entries[i].scene = i;

@@ -3,8 +3,7 @@
 #include "support/temp_show.h"
 
 #include "config/runtime_config.h"
-#include "effects/draw.h"
-#include "effects/factory.h"
+#include "effects/effect.h"
 #include "effects/image_effect.h"
 #include "effects/shader_effect.h"
 #include "effects/warm_up.h"
@@ -195,7 +194,7 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
     ensureTarget(target, kWidth, kHeight);
     bindTarget(target);
     applyDrawState(DrawState::alpha);
-    warmUpEffect(effect, DrawState::alpha, kWidth, kHeight);
+    warmUpEffect(effect, DrawState::alpha, DrawTarget::offscreen, kWidth, kHeight);
     for (int frame = 1; frame <= 3; ++frame) {
         clear(0, 0, 0, 1);
         EXPECT_PIXEL(draw(effect), Pixel{51 * frame, 51 * frame, 0, 255});
@@ -218,11 +217,11 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
 TEST_F(EffectTest, WarmUpTouchesOnePixelAndOnlyOnce) {
     writeShader("white", "void main() { c = vec4(1); }");
     Effect effect = createEffect(parse(R"({"type": "white"})"));
-    warmUpEffect(effect, DrawState::opaque, kWidth, kHeight);
+    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_PIXEL(pixel(0, 0), Pixel{255, 255, 255, 255});
     EXPECT_PIXEL(pixel(1, 1), Pixel{0, 0, 0, 255});
     clear(0, 0, 0, 1);
-    warmUpEffect(effect, DrawState::opaque, kWidth, kHeight);
+    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_PIXEL(pixel(0, 0), Pixel{0, 0, 0, 255});
     EXPECT_PIXEL(draw(effect), Pixel{255, 255, 255, 255}); // the scissor is off again
 

@@ -86,12 +86,12 @@ TEST_F(ProgramTest, TargetsAreKeptWhileTheirSizeStands) {
     EXPECT_FALSE(ensureTarget(target, 6, 3));
     EXPECT_EQ(target.texture, texture);
 
-    const TargetBinding window = currentTarget();
+    const DrawBinding window = saveBinding();
     bindTarget(target);
     EXPECT_EQ(gl.CheckFramebufferStatus(GL_FRAMEBUFFER), static_cast<GLenum>(GL_FRAMEBUFFER_COMPLETE));
     clear(0.2f, 0.4f, 0.6f, 0.8f);
     EXPECT_PIXEL(pixel(5, 2), Pixel{51, 102, 153, 204});
-    bindTarget(window);
+    restoreBinding(window);
     EXPECT_PIXEL(pixel(), Pixel{0, 0, 0, 255});
 
     EXPECT_TRUE(ensureTarget(target, 0, -5)) << "a minimised window must not make an incomplete target";

@@ -15,6 +15,14 @@ struct TestShow {
     Timeline timeline;
 };
 
+SceneSpan spanOf(const char* name, float start, float end) {
+    SceneSpan span;
+    span.name = name;
+    span.start = start;
+    span.end = end;
+    return span;
+}
+
 struct Row {
     const char* id;
     float start = 0.0f, duration = 0.0f;
@@ -29,12 +37,19 @@ void addEntry(TestShow& show, const Row& row) {
     source.type = "fx";
     if (row.scene >= 0) source.scene = show.timeline.scenes[row.scene].name;
     show.sources.push_back(source);
-    show.timeline.entries.push_back({&show.sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene, {}});
+    RuntimeEntry entry;
+    entry.entry = &show.sources.back();
+    entry.start = row.start;
+    entry.duration = row.duration;
+    entry.layer = row.layer;
+    entry.overlay = row.overlay;
+    entry.scene = row.scene;
+    show.timeline.entries.push_back(std::move(entry));
 }
 
 // The scenes' spans are those of an "A" from 0 s to 10 s and a "B" from 5 s to 20 s.
 void fill(TestShow& show, const std::vector<Row>& rows) {
-    show.timeline.scenes = {{"A", 0.0f, 10.0f}, {"B", 5.0f, 20.0f}};
+    show.timeline.scenes = {spanOf("A", 0, 10), spanOf("B", 5, 20)};
     for (const Row& row : rows) addEntry(show, row);
 }
 
@@ -119,7 +134,8 @@ TEST(Playback, StacksOverlaysByLayerThenByStart) {
 
 TEST(Playback, ListsTheScenesThatPlay) {
     TestShow show;
-    fill(show, {{"b", 5, 15, true, 0, 1}, {"n", 0, 0}, {"a", 0, 2, false, 0, 0}, {"a", 4, 6, false, 0, 0}, {"b", 6, 1, false, 0, 1}});
+    fill(show, {{"b", 5, 15, true, 0, 1}, {"n", 0, 0}, {"a", 0, 2, false, 0, 0}, {"a", 4, 6, false, 0, 0},
+                {"b", 6, 1, false, 0, 1}});
     const struct {
         float t;
         std::vector<int> scenes;
@@ -134,21 +150,19 @@ TEST(Playback, ListsTheScenesThatPlay) {
 
 TEST(Playback, LogsAStateWhenItChanges) {
     TestShow show;
-    fill(show, {{"intro", 0, 6, false, 0, 0}, {"", 5, 15, false, 0, 1}, {"title", 1, 2.5f, true, 2}, {"glow", 1, 0, true, -1, 1},
-                {"late", 3.5f, 1, true, 2}});
+    fill(show, {{"intro", 0, 6, false, 0, 0}, {"", 5, 15, false, 0, 1}, {"title", 1, 2.5f, true, 2},
+                {"glow", 1, 0, true, -1, 1}, {"late", 3.5f, 1, true, 2}});
     show.sources[1].type = "";
+    const std::string intro = " scene=A sceneIn=0.000s sceneOut=10.000s base=intro type=fx entryIn=0.000s entryOut=6.000s";
+    const std::string glow = "       [OVR] scene=B id=glow type=fx entryIn=1.000s entryOut=1.000s dur=0.000s layer=-1\n";
+    const std::string title = "       [OVR] scene=(none) id=title type=fx entryIn=1.000s entryOut=3.500s dur=2.500s layer=2\n";
     PlayLog log;
-    EXPECT_EQ(logOf(show, log, 0.5f), "[PLAY] t=0.500s scene=A sceneIn=0.000s sceneOut=10.000s base=intro type=fx "
-                                      "entryIn=0.000s entryOut=6.000s overlays=0\n");
+    EXPECT_EQ(logOf(show, log, 0.5f), "[PLAY] t=0.500s" + intro + " overlays=0\n");
     EXPECT_EQ(logOf(show, log, 0.75f), "");
-    EXPECT_EQ(logOf(show, log, 1), "[PLAY] t=1.000s scene=A sceneIn=0.000s sceneOut=10.000s base=intro type=fx "
-                                   "entryIn=0.000s entryOut=6.000s overlays=2\n"
-                                   "       [OVR] scene=B id=glow type=fx entryIn=1.000s entryOut=1.000s dur=0.000s layer=-1\n"
-                                   "       [OVR] scene=(none) id=title type=fx entryIn=1.000s entryOut=3.500s dur=2.500s layer=2\n");
+    EXPECT_EQ(logOf(show, log, 1), "[PLAY] t=1.000s" + intro + " overlays=2\n" + glow + title);
     EXPECT_EQ(logOf(show, log, 4), ""); // another overlay, but as many as before
     EXPECT_EQ(logOf(show, log, 5), "[PLAY] t=5.000s scene=B sceneIn=5.000s sceneOut=20.000s base=(none) type=(none) "
-                                   "entryIn=5.000s entryOut=20.000s overlays=1\n"
-                                   "       [OVR] scene=B id=glow type=fx entryIn=1.000s entryOut=1.000s dur=0.000s layer=-1\n");
+                                   "entryIn=5.000s entryOut=20.000s overlays=1\n" + glow);
     log.lastKey.clear();
     EXPECT_NE(logOf(show, log, 5), ""); // as after a seek
 }
@@ -156,7 +170,7 @@ TEST(Playback, LogsAStateWhenItChanges) {
 TEST(Playback, LogsBasesWithoutASceneAndStatesWithoutABase) {
     TestShow show;
     fill(show, {{"solo", 2, 5}});
-    show.timeline.unnamedScene = {"", 2.0f, 7.0f};
+    show.timeline.unnamedScene = spanOf("", 2, 7);
     PlayLog log;
     const std::string line = " t=1.000s scene=(none) sceneIn=2.000s sceneOut=7.000s base=solo type=fx entryIn=2.000s "
                              "entryOut=7.000s overlays=0\n";

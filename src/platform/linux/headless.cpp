@@ -1,5 +1,6 @@
 #include "platform/linux/surface.h"
 
+#include "foundation/log.h"
 #include "platform/gl.h"
 #include "platform/shell_state.h"
 
@@ -127,7 +128,8 @@ bool openOn(Surface& surface, EGLDisplay display, int width, int height, std::st
 }
 
 bool isSoftware(EGLDeviceEXT device) {
-    const auto query = reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(eglGetProcAddress("eglQueryDeviceStringEXT"));
+    const auto query =
+        reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(eglGetProcAddress("eglQueryDeviceStringEXT"));
     const char* extensions = query ? query(device, EGL_EXTENSIONS) : nullptr;
     return extensions && std::strstr(extensions, "EGL_MESA_device_software");
 }
@@ -157,7 +159,7 @@ Surface* createHeadlessSurface(int width, int height) {
     surface->kind = SurfaceKind::headless;
     std::string failure;
     if (!openAnywhere(*surface, width, height, failure)) {
-        std::fprintf(stderr, "No OpenGL 3.3 context without a display: %s\n", failure.c_str());
+        printError("No OpenGL 3.3 context without a display: %s\n", failure.c_str());
         destroySurface(surface);
         return nullptr;
     }

@@ -71,7 +71,8 @@ SDL_Surface* inksToRgba(const SDL_Surface& inks) {
 SDL_Surface* toRgba(ImageKind kind, SDL_Surface* surface) {
     if (!surface || surface->format->format == SDL_PIXELFORMAT_RGBA32) return surface;
     const bool inks = kind == ImageKind::jpeg && surface->format->BytesPerPixel == 4;
-    SDL_Surface* rgba = inks ? inksToRgba(*surface) : SDL_ConvertSurfaceFormat(surface, SDL_PIXELFORMAT_RGBA32, 0);
+    SDL_Surface* rgba =
+        inks ? inksToRgba(*surface) : SDL_ConvertSurfaceFormat(surface, SDL_PIXELFORMAT_RGBA32, 0);
     SDL_FreeSurface(surface);
     return rgba;
 }

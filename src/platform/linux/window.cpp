@@ -1,5 +1,6 @@
 #include "platform/linux/surface.h"
 
+#include "foundation/log.h"
 #include "platform/library.h"
 #include "platform/shell_state.h"
 
@@ -7,7 +8,6 @@
 #include <SDL_syswm.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -15,7 +15,7 @@ namespace {
 constexpr const char* kTitle = "Quillon DemoScene - Native Player";
 
 bool reportFailure(const char* step) {
-    std::fprintf(stderr, "No window: %s: %s\n", step, SDL_GetError());
+    printError("No window: %s: %s\n", step, SDL_GetError());
     return false;
 }
 
@@ -73,7 +73,8 @@ bool openWindow(Surface& surface, int width, int height, bool fullscreen) {
     requestGlAttributes();
     const Uint32 sizing = fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
     const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_ALLOW_HIGHDPI | sizing;
-    surface.window = SDL_CreateWindow(kTitle, SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, width, height, flags);
+    constexpr int kAnywhere = SDL_WINDOWPOS_UNDEFINED;
+    surface.window = SDL_CreateWindow(kTitle, kAnywhere, kAnywhere, width, height, flags);
     if (!surface.window) return reportFailure("SDL_CreateWindow");
     surface.windowContext = SDL_GL_CreateContext(surface.window);
     if (!surface.windowContext) return reportFailure("SDL_GL_CreateContext");

@@ -1,0 +1,58 @@
+#include "effects/blend_effect.h"
+
+#include "effects/composite.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr float kLeastDuration = 0.01f; // seconds
+enum Child { kSource, kTarget };
+
+BlendBlock readBlend(const JsonValue& params, float duration) {
+    BlendBlock blend;
+    blend.startTime = std::max(0.0f, getFinite(find(params, "startTime"), 0.0f));
+    blend.blendDuration = getFinite(find(params, "blendDuration"), duration - blend.startTime);
+    blend.blendDuration = std::max(blend.blendDuration, kLeastDuration);
+    return blend;
+}
+
+} // namespace
+
+bool createBlend(const TimelineEntry& entry, Effect& effect) {
+    const JsonValue& source = find(entry.params, "source");
+    const JsonValue& target = find(entry.params, "target");
+    if (source.kind != JsonKind::object || target.kind != JsonKind::object) {
+        logLine("    [ERROR] Blend requires params.source and params.target\n");
+        return false;
+    }
+    if (!createTransitionRenderer(effect.mixer, entry.baseDir, effect.type)) return false;
+    effect.children.push_back(createChild(source, entry, "source"));
+    effect.children.push_back(createChild(target, entry, "target"));
+    if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kTarget])) {
+        logLine("    [ERROR] Blend child failed: source=%s target=%s\n", orNone(effect.children[kSource]->type),
+                orNone(effect.children[kTarget]->type));
+        return false;
+    }
+    effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);
+    effect.blend = readBlend(entry.params, entry.duration);
+    effect.mainProgram = effect.mixer.program;
+    return true;
+}
+
+void drawBlend(Effect& effect, int width, int height, const InputTexture* input) {
+    const float progress = std::clamp((effect.localTime - effect.blend.startTime) / effect.blend.blendDuration, 0.0f, 1.0f);
+    const DrawBinding output = saveBinding();
+    for (const Child child : {kSource, kTarget}) {
+        // A child that the other one covers need not be drawn.
+        if (progress == (child == kSource ? 1.0f : 0.0f)) continue;
+        propagateClock(effect, *effect.children[child], effect.localTime);
+        renderToTarget(*effect.children[child], effect.childTargets[child], width, height, input);
+    }
+    const GLuint source = effect.childTargets[progress < 1.0f ? kSource : kTarget].texture;
+    const GLuint target = effect.childTargets[progress > 0.0f ? kTarget : kSource].texture;
+    renderTransition(effect.mixer, static_cast<GLuint>(output.framebuffer), width, height, source, target, progress,
+                     effect.mixLook);
+}

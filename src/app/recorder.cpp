@@ -7,6 +7,7 @@
 #include "platform/image.h"
 #include "platform/output.h"
 
+#include <cerrno>
 #include <cstring>
 
 namespace {

@@ -67,11 +67,12 @@ long long expectedFrames(const Player& player) {
     if (!player.options.stills.empty()) return static_cast<long long>(player.options.stills.size());
     const double ownEnd = showEnd(player.config);
     const double end = ownEnd > 0.0 ? std::min(ownEnd, player.stopTime) : player.stopTime;
-    if (std::isinf(end)) return 0;
     const double firstStart = player.config.nativeRuntime ? static_cast<double>(visualRange(player.config).start) : 0.0;
     const double start = std::max(player.options.start.value_or(firstStart), firstStart);
+    constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
     constexpr double kRounding = 1e-4; // frames; times pass through floats
-    return std::max(1LL, static_cast<long long>(std::ceil((end - start) * player.options.fps - kRounding)));
+    const double frames = std::ceil((end - start) * player.options.fps - kRounding);
+    return frames < kMostFrames ? std::max(1LL, static_cast<long long>(frames)) : 0;
 }
 
 bool openOffline(Player& player) {

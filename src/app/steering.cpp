@@ -32,7 +32,8 @@ SceneStep stepScene(const Timeline& timeline, float t, int step) {
 }
 
 float lastVisibleTime(const VisualRange& range) {
-    const float last = range.end - kBeforeEnd;
+    // Late in a very long show a float has no room for the millisecond.
+    const float last = std::min(range.end - kBeforeEnd, std::nextafter(range.end, range.start));
     return last > range.start ? last : range.start;
 }
 

@@ -2,6 +2,10 @@
 
 #include "platform/files.h"
 
+namespace {
+constexpr size_t kMaxPathBytes = 4096; // no system opens a longer one
+}
+
 std::string joinPath(const std::string& base, const std::string& rel) {
     if (base.empty()) return rel;
     if (base.back() == '/' || base.back() == kPathSeparator) return base + rel;
@@ -14,6 +18,8 @@ std::string resolveAssetPath(const std::string& path, const AssetMap& assets, co
         const auto alias = assets.find(path.substr(1));
         if (alias != assets.end()) resolved = alias->second;
     }
+    // Thousands of entries may name the same path, and each keeps a copy.
+    if (resolved.size() > kMaxPathBytes) resolved.clear();
     for (char& c : resolved) {
         if (c == '/' || c == '\\') c = kPathSeparator;
     }

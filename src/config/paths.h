@@ -12,5 +12,6 @@ std::string joinPath(const std::string& base, const std::string& rel);
 
 // A path from a show's description: a leading "@" names an entry of `assets` (an unknown alias stays as
 // written), both kinds of slash become the system's separator, and what is not absolute then is joined to
-// `baseDir`. The empty path gives `baseDir` with a separator behind it.
+// `baseDir`. The empty path gives `baseDir` with a separator behind it,
+// and so does one that no system could open for its length.
 std::string resolveAssetPath(const std::string& path, const AssetMap& assets, const std::string& baseDir);

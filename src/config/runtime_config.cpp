@@ -35,8 +35,8 @@ void readAssets(RuntimeConfig& config, const JsonValue& json) {
 void readAudio(RuntimeConfig& config, const JsonValue& audio) {
     const std::string path = getString(find(audio, "path"), "");
     if (!path.empty()) config.audioPath = resolveAssetPath(path, *config.assets, config.baseDir);
-    config.volume = getNumber(find(audio, "volume"), config.volume);
-    config.startOffset = getNumber(find(audio, "startOffset"), config.startOffset);
+    config.volume = getFinite(find(audio, "volume"), config.volume);
+    config.startOffset = getFinite(find(audio, "startOffset"), config.startOffset);
 }
 
 void readFallbackImage(RuntimeConfig& config, const JsonValue& root) {
@@ -63,7 +63,7 @@ void readScenes(RuntimeConfig& config, const JsonValue& scenes) {
         scene.enabled = getBool(find(item, "enabled"), true);
         const JsonValue& transition = find(item, "transition");
         scene.transitionType = getString(find(transition, "type"), "cut");
-        scene.transitionDuration = getNumber(find(transition, "duration"), 0.0f);
+        scene.transitionDuration = getFinite(find(transition, "duration"), 0.0f);
         scene.entries = readEntries(config, find(item, "entries"));
         if (scene.enabled && !scene.entries.empty()) config.scenes.push_back(std::move(scene));
     }
@@ -85,7 +85,7 @@ void readTransitions(RuntimeConfig& config, const JsonValue& transitions) {
     for (const auto& [name, value] : transitions.members) {
         TransitionSpec spec;
         spec.type = getString(find(value, "type"), "fade");
-        spec.duration = getNumber(find(value, "duration"), 0.0f);
+        spec.duration = getFinite(find(value, "duration"), 0.0f);
         spec.params = find(value, "params");
         config.transitions[name] = std::move(spec);
     }

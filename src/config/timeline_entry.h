@@ -42,7 +42,7 @@ struct TimelineEntry {
     std::array<std::string, kChannelCount> channels; // resolved image paths; empty when unbound
     std::string fallbackImage;
     std::string baseDir;
-    std::shared_ptr<const AssetMap> assets; // the show's, shared: a copy an entry would be quadratic
+    std::shared_ptr<const AssetMap> assets = std::make_shared<AssetMap>(); // the show's, shared: a copy an entry would be quadratic
     ShaderLookup shaders;
     JsonValue params; // deep copy, whatever its kind
 };

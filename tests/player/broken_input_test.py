@@ -85,7 +85,7 @@ class BrokenConfiguration(BrokenTest):
                 ("entries", show(*(entry("clock", k / 100, id=str(k), scene=f"s{k}") for k in range(1500))), "1500 timeline"),
                 ("missing shaders", show(*(entry("none", k / 100) for k in range(10000))), "10000 timeline"),
                 ("overlays", show(*(entry("clock", 0, 9, overlay=True, layer=-k) for k in range(500))), "overlays=500"),
-                ("params", show(entry("clock", params={f"p{k}": k for k in range(50000)})), "1 timeline"),
+                ("params", show(entry("clock", params={f"p{k}": k for k in range(100000)})), "1 timeline"),
                 ("aliases", show(entry("clock"), assets={f"a{k}": "x" for k in range(100000)}), "1 timeline"),
                 ("a long name", show(entry("clock", id="n" * 3000000)), "base=nnn"),
                 ("a long type", show(entry("t" * 1000000)), "[SKIP] ttt"),

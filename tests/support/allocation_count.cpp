@@ -18,6 +18,11 @@ void* operator new(std::size_t size) {
     std::abort();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++count;
+    return std::malloc(size ? size : 1);
+}
+
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }

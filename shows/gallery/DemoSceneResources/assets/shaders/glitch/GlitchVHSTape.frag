@@ -16,8 +16,6 @@ uniform float uBleed = 0.5;
 uniform bool uSigns = true;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
-const vec3 kEmber = vec3(1.0, 0.31, 0.15);
-const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const vec3 kLuma = vec3(0.299, 0.587, 0.114);
 // Digits, "PLAY", a triangle, a colon and a space: 4 x 7 bits, the lowest bit at the lower left.

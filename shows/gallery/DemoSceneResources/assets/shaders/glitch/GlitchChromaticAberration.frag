@@ -1,0 +1,71 @@
+#version 330 core
+// Chromatic aberration: a breathing lens that spreads every edge into a spectrum, more towards the rim.
+//   uSpread   length of the spectrum at the rim in frame heights, 0..0.3
+//   uBarrel   distortion of the lens, -1..1
+//   uBreathe  breaths a second, 0..4
+in vec2 vUV;
+out vec4 fragColor;
+
+uniform float iTime;                // s
+uniform vec3 iResolution;           // px
+uniform vec2 iChannelResolution[4]; // px
+uniform float uAlpha;               // 0..1
+uniform sampler2D iChannel0;        // the picture to spoil
+uniform float uSpread = 0.085;
+uniform float uBarrel = 0.35;
+uniform float uBreathe = 0.35;
+
+const vec3 kInk = vec3(0.027, 0.035, 0.067);
+const vec3 kBone = vec3(0.95, 0.92, 0.87);
+const int kTaps = 9;
+
+// Rays and rings.
+vec3 card(vec2 uv) {
+    vec2 p = (uv - 0.5) * vec2(iResolution.x / iResolution.y, 1.0);
+    float d = length(p), a = atan(p.y, p.x + 1e-6) / 6.2832;
+    float ray = step(0.5, fract(a * 18.0 + floor(d * 7.0) * 0.5));
+    return mix(kInk, kBone, step(0.06, d) * ray * (0.9 - 0.3 * d));
+}
+
+// Beyond its edges the picture goes on mirrored.
+vec2 mirror(vec2 uv) {
+    return 1.0 - abs(mod(uv, 2.0) - 1.0);
+}
+
+// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
+// the size that is reported for the channel, and the card takes its place.
+vec3 source(vec2 uv) {
+    vec2 size = max(iChannelResolution[0], vec2(1.0));
+    if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
+    vec2 fit = iResolution.xy / size;
+    vec4 c = textureLod(iChannel0, (uv - 0.5) * fit / max(fit.x, fit.y) + 0.5, 0.0);
+    return mix(kInk, c.rgb, c.a);
+}
+
+void main() {
+    float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
+    float breath = sin(6.2832 * time * clamp(uBreathe, 0.0, 4.0));
+    vec2 axis = 0.07 * vec2(sin(time * 0.9), cos(time * 0.7));  // the lens is loose in its mount
+    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) - axis;
+    float d2 = dot(p, p);
+    float spread = clamp(uSpread, 0.0, 0.3) * (0.75 + 0.35 * breath);
+    float barrel = clamp(uBarrel, -1.0, 1.0) * (0.25 + 0.06 * breath);
+    vec2 bent = p * (1.0 - 0.3 * barrel) * (1.0 + barrel * d2);
+    vec2 out_ = p * spread * (0.35 + 1.3 * d2) / 0.6;
+
+    // From red to violet along the radius; the weights of each primary add up to the same sum.
+    vec3 sum = vec3(0.0), weight = vec3(0.0);
+    for (int i = 0; i < kTaps; ++i) {
+        float s = float(i) / float(kTaps - 1);
+        vec3 w = max(1.0 - abs(s - vec3(0.1, 0.5, 0.9)) * vec3(2.6), 0.0);
+        w.r += 0.22 * max(1.0 - abs(s - 0.98) * 8.0, 0.0);      // violet
+        sum += w * source(mirror((bent + out_ * (s - 0.5) * 2.0 + axis) / vec2(aspect, 1.0) + 0.5));
+        weight += w;
+    }
+    vec3 colour = sum / weight;
+    // The rim is lost first in blue; a coated surface throws back a violet crescent.
+    colour *= 1.0 - d2 * vec3(0.18, 0.32, 0.26);
+    float flare = smoothstep(0.05, 0.0, abs(length(p + axis * 3.0) - 0.44 - 0.03 * breath));
+    colour += vec3(0.09, 0.03, 0.13) * flare * smoothstep(-0.3, 0.5, dot(p, vec2(0.8, 0.6)));
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
+}

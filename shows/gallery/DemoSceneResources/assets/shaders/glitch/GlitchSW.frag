@@ -1,0 +1,99 @@
+#version 330 core
+// Space warp: the picture is drawn out towards the edges while streaks of starlight rush past.
+//   uWarp   length of the drawn-out light, 0..1
+//   uStars  density of the streaks, 0..1
+//   uSpeed  speed of the streaks, 0..4
+in vec2 vUV;
+out vec4 fragColor;
+
+uniform float iTime;                // s
+uniform vec3 iResolution;           // px
+uniform vec2 iChannelResolution[4]; // px
+uniform float uAlpha;               // 0..1
+uniform sampler2D iChannel0;        // the picture to spoil
+uniform float uWarp = 0.5;
+uniform float uStars = 0.6;
+uniform float uSpeed = 1.0;
+
+const vec3 kInk = vec3(0.027, 0.035, 0.067);
+const vec3 kEmber = vec3(1.0, 0.31, 0.15);
+const vec3 kSteel = vec3(0.44, 0.65, 0.78);
+const vec3 kBone = vec3(0.95, 0.92, 0.87);
+const int kTaps = 10;
+
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
+}
+
+// A sun in a spiral nebula.
+vec3 card(vec2 uv) {
+    vec2 p = (uv - 0.5) * vec2(iResolution.x / iResolution.y, 1.0);
+    float d = length(p), a = atan(p.y, p.x + 1e-6);
+    float arm = 0.5 + 0.5 * sin(a * 3.0 - log(d + 0.02) * 5.0 + iTime * 0.6);
+    vec3 colour = mix(kInk, mix(kEmber, kSteel, smoothstep(0.1, 0.7, d)), arm * arm * exp(-1.6 * d) * 0.7);
+    return colour + kBone * exp(-d * d * 160.0);
+}
+
+// Beyond its edges the picture goes on mirrored.
+vec2 mirror(vec2 uv) {
+    return 1.0 - abs(mod(uv, 2.0) - 1.0);
+}
+
+// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
+// the size that is reported for the channel, and the card takes its place.
+vec3 source(vec2 uv) {
+    vec2 size = max(iChannelResolution[0], vec2(1.0));
+    if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
+    vec2 fit = iResolution.xy / size;
+    vec4 c = textureLod(iChannel0, (uv - 0.5) * fit / max(fit.x, fit.y) + 0.5, 0.0);
+    return mix(kInk, c.rgb, c.a);
+}
+
+// One shell of streaks: angle sectors, each with a streak that runs outwards.
+vec3 streaks(float angle, float d, float sectors, float seed, float time) {
+    float s = angle / 6.2832 * sectors, n = floor(s), h = hash(n, seed, 1.0);
+    if (h > clamp(uStars, 0.0, 1.0)) return vec3(0.0);
+    float h2 = hash(n, seed, 2.0), z = fract(time * (0.35 + 0.5 * h2) + hash(n, seed, 3.0));
+    // Perspective: a head at depth z appears at 1 / (1 - z); the tail lags by a share of its way.
+    float head = 0.06 / max(1.02 - z, 0.02), tail = head * (0.72 - 0.35 * clamp(uWarp, 0.0, 1.0));
+    float along = smoothstep(tail, head, d) * smoothstep(head * 1.02 + 0.002, head, d);
+    float width = 0.5 - abs(fract(s) - 0.5 - 0.25 * (h2 - 0.5));
+    float thin = smoothstep(0.5 - min(0.35, 0.0022 * sectors / (6.2832 * max(d, 0.02))), 0.5, width);
+    vec3 dye = h2 > 0.8 ? mix(kEmber, kBone, 0.3) : mix(kSteel * 1.2, kBone, h2);
+    return dye * along * thin * smoothstep(0.04, 0.2, d) * (0.5 + 0.8 * z);
+}
+
+void main() {
+    float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0) * clamp(uSpeed, 0.0, 4.0);
+    float warp = clamp(uWarp, 0.0, 1.0);
+    vec2 centre = 0.02 * vec2(sin(iTime * 0.7), cos(iTime * 0.9));
+    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) - centre;
+    float d = length(p), angle = atan(p.y, p.x + 1e-6) + 3.1416;
+
+    // The middle stays, the rim is drawn out; the pull comes in surges.
+    float surge = 0.7 + 0.3 * sin(iTime * 1.9) * sin(iTime * 0.83);
+    float pull = warp * surge * (0.25 + 0.75 * smoothstep(0.0, 0.75, d));
+    float ray = hash(floor(angle / 6.2832 * 240.0), 7.0, 7.0);
+    pull *= 0.7 + 0.5 * ray;
+    float jitter = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy), vec2(0.06711056, 0.00583715))));
+    vec2 bent = p * (0.96 - 0.16 * warp * smoothstep(0.1, 0.9, d));
+    vec3 sum = vec3(0.0);
+    float weight = 0.0;
+    for (int i = 0; i < kTaps; ++i) {
+        float f = (float(i) + jitter) / float(kTaps), w = 1.15 - f;
+        sum += w * source(mirror((bent * (1.0 - 0.6 * pull * f) + centre) / vec2(aspect, 1.0) + 0.5));
+        weight += w;
+    }
+    vec3 colour = sum / weight;
+    // Light ahead is blue, light that falls behind is red.
+    colour *= mix(vec3(0.86, 1.0, 1.2), vec3(1.12, 0.88, 0.78), smoothstep(0.05, 0.8, d));
+    colour *= 1.0 - 0.35 * smoothstep(0.3, 1.0, d);
+    vec3 light = streaks(angle, d, 90.0, 1.0, time) + streaks(angle, d, 150.0, 2.0, time * 0.8);
+    light += 0.6 * streaks(angle, d, 260.0, 3.0, time * 0.6);
+    colour += light + kSteel * 0.35 * warp * surge * exp(-d * d * 60.0);
+    fragColor = vec4(min(colour, 1.0), uAlpha);
+}

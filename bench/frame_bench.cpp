@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kSide = 16; // pixels; small, so that the picture costs little beside the calls
 constexpr int kOverlays = 4;
+constexpr int kDepth = 5; // of nested composites
 
 // Enough work for a driver's compiler to feel.
 constexpr const char* kFragment =
@@ -77,7 +78,6 @@ void bareFrame(benchmark::State& state) {
         GLint time, alpha, resolution;
     };
     std::vector<Layer> layers;
-    Timeline timeline; // for its sources' sake
     const RuntimeConfig config = stackedShow(show);
     for (const TimelineEntry& entry : config.entries) {
         const auto read = [](const std::string& path) {
@@ -170,6 +170,157 @@ void loopWrap(benchmark::State& state) {
     releaseTimeline(timeline);
 }
 BENCHMARK(loopWrap)->Name("scene/loop wrap")->Unit(benchmark::kMicrosecond);
+
+// --- Passes through targets ---
+
+constexpr const char* kMixFragment =
+    "#version 330 core\nin vec2 vUV;\nout vec4 colour;\nuniform sampler2D texA, texB;\nuniform float progress;\n"
+    "uniform float softness;\nuniform int effectId;\nuniform vec2 screenSize;\n"
+    "void main() { colour = mix(texture(texA, vUV), texture(texB, vUV), progress); }\n";
+
+void writeMixer(const BenchShow& show) {
+    show.write("assets/shaders/transition/Transition.vert", kQuadVertexSource);
+    show.write("assets/shaders/transition/Transition.frag", kMixFragment);
+}
+
+void transitionFrame(benchmark::State& state) {
+    openContext(kSide, kSide);
+    BenchShow show;
+    writeMixer(show);
+    show.writeShader("layer", kFragment);
+    const RuntimeConfig config = show.load("{\"entries\": [" + entryJson("layer", 0.0, 1000.0, 0, "one") + ", " +
+                                           entryJson("layer", 0.0, 1000.0, 0, "two") + "]}");
+    Timeline timeline;
+    TransitionState transition;
+    TransitionStage stage;
+    PlayLog log;
+    loadTimeline(timeline, config, kSide, kSide);
+    initTransitionRenderer(stage.renderer, config.baseDir);
+    float t = 0.0f;
+    for (auto _ : state) {
+        t += 0.001f;
+        beginFrame();
+        resolveTransition(timeline, t, transition);
+        logTransition(log, timeline, t, transition);
+        drawTransitionFrame(stage, timeline, transition, 0.001f, kSide, kSide);
+        glFinish();
+    }
+    releaseTimeline(timeline);
+    releaseTransitionStage(stage);
+}
+BENCHMARK(transitionFrame)->Name("passes/transition, player");
+
+// `depth` blends around one shader, each mixing it with the same shader once more.
+void nestedBlend(benchmark::State& state) {
+    openContext(kSide, kSide);
+    BenchShow show;
+    writeMixer(show);
+    show.writeShader("layer", kFragment);
+    std::string json = R"({"type": "layer", "params": {"alpha": 0.5}})";
+    for (int i = 0; i < kDepth; ++i) {
+        json = R"({"type": "blend", "duration": 1000, "params": {"blendDuration": 1000, "target": {"type": "layer"}, "source": )" + json + "}}";
+    }
+    const RuntimeConfig config = show.load("{\"entries\": [" + json + "]}");
+    Timeline timeline;
+    PlayState playState;
+    loadTimeline(timeline, config, kSide, kSide);
+    for (auto _ : state) {
+        beginFrame();
+        resolvePlayState(timeline, 1.0f, playState);
+        drawTimelineFrame(playState, 0.001f, kSide, kSide);
+        glFinish();
+    }
+    releaseTimeline(timeline);
+}
+BENCHMARK(nestedBlend)->Name("passes/five blends deep, player");
+
+// Programs and targets of the bare loops below.
+struct BarePasses {
+    GLuint shader = 0, mix = 0;
+    GLint time = -1, alpha = -1, resolution = -1, progress = -1;
+    std::vector<RenderTarget> targets;
+};
+
+BarePasses makeBarePasses(int targets) {
+    BarePasses bare;
+    bare.shader = linkProgram(kQuadVertexSource,
+                              std::string("#version 330 core\nin vec2 vUV;\nout vec4 colour;\nuniform float uTime;\n"
+                                          "uniform float uAlpha;\nuniform vec2 uResolution;\n") + kFragment, "bare");
+    bare.mix = linkProgram(kQuadVertexSource, kMixFragment, "bare");
+    bare.time = gl.GetUniformLocation(bare.shader, "uTime");
+    bare.alpha = gl.GetUniformLocation(bare.shader, "uAlpha");
+    bare.resolution = gl.GetUniformLocation(bare.shader, "uResolution");
+    bare.progress = gl.GetUniformLocation(bare.mix, "progress");
+    gl.UseProgram(bare.mix);
+    gl.Uniform1i(gl.GetUniformLocation(bare.mix, "texB"), 1);
+    for (int i = 0; i < targets; ++i) bare.targets.push_back(createRenderTarget(kSide, kSide));
+    return bare;
+}
+
+void bareShaderPass(const BarePasses& bare, const RenderTarget& target, float t) {
+    bindTarget(target);
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    gl.UseProgram(bare.shader);
+    gl.Uniform2f(bare.resolution, kSide, kSide);
+    gl.Uniform1f(bare.time, t);
+    gl.Uniform1f(bare.alpha, 0.5f);
+    drawQuad();
+}
+
+void bareMixPass(const BarePasses& bare, GLuint framebuffer, GLuint from, GLuint to) {
+    gl.BindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    glViewport(0, 0, kSide, kSide);
+    gl.UseProgram(bare.mix);
+    gl.Uniform1f(bare.progress, 0.5f);
+    gl.ActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, from);
+    gl.ActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, to);
+    drawQuad();
+}
+
+void deleteBarePasses(BarePasses& bare) {
+    deleteProgram(bare.shader);
+    deleteProgram(bare.mix);
+    for (RenderTarget& target : bare.targets) deleteTarget(target);
+}
+
+void bareTransition(benchmark::State& state) {
+    openContext(kSide, kSide);
+    BarePasses bare = makeBarePasses(2);
+    glDisable(GL_BLEND);
+    float t = 0.0f;
+    for (auto _ : state) {
+        t += 0.001f;
+        beginFrame();
+        for (const RenderTarget& target : bare.targets) bareShaderPass(bare, target, t);
+        bareMixPass(bare, 0, bare.targets[0].texture, bare.targets[1].texture);
+        glFinish();
+    }
+    deleteBarePasses(bare);
+}
+BENCHMARK(bareTransition)->Name("passes/transition, bare calls");
+
+void bareNestedBlend(benchmark::State& state) {
+    openContext(kSide, kSide);
+    BarePasses bare = makeBarePasses(2 * kDepth); // two a level, the last level's first
+    glDisable(GL_BLEND);
+    float t = 0.0f;
+    for (auto _ : state) {
+        t += 0.001f;
+        beginFrame();
+        bareShaderPass(bare, bare.targets[0], t);
+        for (int level = 0; level < kDepth; ++level) {
+            bareShaderPass(bare, bare.targets[2 * level + 1], t);
+            const GLuint outer = level + 1 < kDepth ? bare.targets[2 * level + 2].framebuffer : 0;
+            bareMixPass(bare, outer, bare.targets[2 * level].texture, bare.targets[2 * level + 1].texture);
+        }
+        glFinish();
+    }
+    deleteBarePasses(bare);
+}
+BENCHMARK(bareNestedBlend)->Name("passes/five blends deep, bare calls");
 
 // Base, overlays and the log's key among many entries; nothing is drawn.
 void resolution(benchmark::State& state) {

@@ -16,6 +16,7 @@ uniform float uMask = 0.55;
 uniform float uGlow = 0.5;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
+const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
@@ -34,8 +35,9 @@ vec3 card(vec2 uv) {
     vec3 colour = mix(vec3(0.02), kBone, step(min(f.x, f.y), 0.035));
     colour = mix(colour, kSteel, step(length(fract(p) - 0.5), 0.09));
     vec2 q = uv - vec2(0.5, 0.5);
-    float bar = floor((q.x + 0.25) * 12.0);
-    vec3 bars = vec3(step(mod(bar, 4.0), 1.5), step(mod(bar, 3.0), 1.5), step(mod(bar, 2.0), 0.5)) * 0.85;
+    float bar = (q.x + 0.25) * 2.0;
+    vec3 bars = bar < 0.25 ? kBone : bar < 0.5 ? kEmber : bar < 0.75 ? kSteel : vec3(0.85, 0.62, 0.2);
+    bars *= q.y < -0.09 ? floor(bar * 8.0 + 1.0) / 8.0 : 1.0;
     return abs(q.x) < 0.25 && abs(q.y) < 0.17 ? bars : colour;
 }
 
@@ -44,8 +46,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -86,7 +88,8 @@ void main() {
     vec2 px = floor(gl_FragCoord.xy / triad);
     float slot = mod(px.x, 3.0), gap = step(3.5, mod(px.y + 2.0 * mod(floor(px.x / 3.0), 2.0), 4.0) + 1.0);
     vec3 phosphor = vec3(step(slot, 0.5), step(abs(slot - 1.0), 0.5), step(1.5, slot));
-    vec3 mask = mix(vec3(1.0), 0.45 + 1.45 * phosphor, clamp(uMask, 0.0, 1.0)) * (1.0 - 0.3 * gap * clamp(uMask, 0.0, 1.0));
+    float deep = clamp(uMask, 0.0, 1.0);
+    vec3 mask = mix(vec3(1.0), 0.45 + 1.45 * phosphor, deep) * (1.0 - 0.3 * gap * deep);
     colour = colour * mask + halo * glow * 0.26;
 
     // Hum climbs slowly; the whole tube flickers a trifle.
@@ -95,10 +98,12 @@ void main() {
     // A window reflected in the upper left of the glass.
     vec2 r = (bent - vec2(-0.62, 0.58)) * vec2(aspect / 1.7778, 1.0);
     r.x += 0.2 * r.y;
-    float pane = smoothstep(0.2, 0.12, abs(r.x)) * smoothstep(0.24, 0.14, abs(r.y)) * smoothstep(0.0, 0.02, abs(r.x));
+    vec2 lit = smoothstep(vec2(0.2, 0.24), vec2(0.12, 0.14), abs(r));
+    float pane = lit.x * lit.y * smoothstep(0.0, 0.02, abs(r.x));
     colour += kSteel * 0.05 * pane;
 
-    vec3 frame = kInk * (1.0 - 0.35 * q.y) + 0.22 * glow * source(mirror(uv)) * exp(-max(outside, 0.0) * 26.0);
+    vec3 spill = 0.22 * glow * source(mirror(uv)) * exp(-max(outside, 0.0) * 26.0);
+    vec3 frame = kInk * (1.0 - 0.35 * q.y) + spill;
     frame += kSteel * 0.09 * smoothstep(0.012, 0.0, abs(outside - 0.008)) * (0.6 - 0.4 * q.y);
     fragColor = vec4(clamp(mix(frame, colour, face), 0.0, 1.0), uAlpha);
 }

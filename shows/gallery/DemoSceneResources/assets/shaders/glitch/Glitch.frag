@@ -37,8 +37,8 @@ vec3 card(vec2 uv) {
     return mix(colour, kBone, step(d, 0.125));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -62,7 +62,7 @@ void main() {
 
     // Blocks: wide ones and slivers, each read from another place.
     vec2 wide = floor(p / vec2(2.2, 1.0)), sliver = floor(p / vec2(0.9, 0.25));
-    float pick = hash(wide.x, wide.y, tick), pick2 = hash(sliver.x, sliver.y, tick + 0.5 + 300.0);
+    float pick = hash(wide.x, wide.y, tick), pick2 = hash(sliver.x, sliver.y, tick + 30000.0);
     vec2 uv = vUV + vec2(shift, 0.0);
     if (pick < burst * 0.17) uv += 0.5 * (vec2(hash(wide.x, tick, 21.0), hash(wide.y, tick, 22.0)) - 0.5);
     if (pick2 < burst * 0.1) uv.x += 0.3 * (pick2 / max(burst, 0.01) * 10.0 - 0.5);
@@ -73,7 +73,7 @@ void main() {
     vec3 duotone = mix(kEmber * 0.35, kEmber, smoothstep(0.05, 0.5, light));
     duotone = mix(duotone, kBone, smoothstep(0.5, 0.95, light));
     vec3 cold = mix(kSteel, kInk, smoothstep(0.05, 0.7, light));
-    float dye = hash(wide.x, wide.y, tick + 900.0);
+    float dye = hash(wide.x, wide.y, tick + 60000.0);
     if (dye < burst * 0.07) colour = duotone;
     else if (dye > 1.0 - burst * 0.06) colour = cold;
     if (pick2 > 1.0 - burst * 0.035) colour = mix(colour, pick2 > 1.0 - burst * 0.017 ? kBone : kEmber, 0.85);

@@ -47,8 +47,8 @@ vec3 card(vec2 uv) {
     return mix(sky, kInk * 0.8, house) + light * on * smoothstep(0.32, 0.2, d);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -66,7 +66,7 @@ void main() {
     float high = noise(p * 3.1 + vec2(0.16, -0.07) * time + low, 2.0);
     float wisp = noise(p * vec2(5.0, 8.0) + vec2(-0.4, 0.11) * time + 2.0 * high, 3.0);
     float bank = low * 0.55 + high * 0.3 + wisp * 0.15;
-    float mist = smoothstep(0.62 - 0.45 * amount, 0.95 - 0.3 * amount, bank + 0.1 * (0.5 - vUV.y));
+    float mist = smoothstep(0.5 - 0.45 * amount, 0.86 - 0.35 * amount, bank + 0.1 * (0.5 - vUV.y));
     float radius = clamp(uRadius, 0.0, 0.15) * (0.18 + 0.82 * mist);
 
     // Disc of samples in a golden spiral, turned from pixel to pixel so that its arms do not show.
@@ -82,8 +82,8 @@ void main() {
         weight += w;
     }
     vec3 soft = sum / weight;
-    vec3 haze = mix(kSteel * 0.62, kBone * 0.8, wisp) * (0.45 + 0.75 * dot(soft, vec3(0.3, 0.59, 0.11)));
-    haze += soft * 0.35;
-    vec3 colour = mix(soft * 0.94, haze, mist * (0.3 + 0.4 * amount));
+    vec3 haze = mix(kSteel * 0.62, kBone * 0.8, wisp) * (0.42 + 0.8 * dot(soft, vec3(0.3, 0.59, 0.11)));
+    haze += soft * 0.25;
+    vec3 colour = mix(soft * 0.94, haze, mist * (0.3 + 0.75 * amount));
     fragColor = vec4(min(colour, 1.0), uAlpha);
 }

@@ -34,7 +34,8 @@ vec3 card(vec2 uv) {
     vec2 brick = vec2(x * 12.0 + 0.5 * mod(floor(uv.y * 16.0), 2.0), uv.y * 16.0);
     float ground = min(step(0.12, fract(brick.x)), step(0.16, fract(brick.y))) * 0.45;
     float sun = step(length((uv - vec2(0.7, 0.74)) * vec2(iResolution.x / iResolution.y, 1.0)), 0.12);
-    float shade = uv.y < 0.19 ? ground : uv.y < hill ? 0.3 + 0.35 * uv.y : uv.y < far_ ? 0.62 : 0.8 + 0.25 * uv.y;
+    float sky = 0.8 + 0.25 * uv.y;
+    float shade = uv.y < 0.19 ? ground : uv.y < hill ? 0.3 + 0.35 * uv.y : uv.y < far_ ? 0.62 : sky;
     return vec3(uv.y > far_ ? mix(shade, 0.45, sun) : shade);
 }
 
@@ -43,8 +44,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -65,10 +66,11 @@ void main() {
     float slip = step(band, 0.3) * floor(10.0 * sin(line * 0.16 + iTime * 4.0) + 0.5);
     vec2 look = dot_ + vec2(slip, 0.0);
     vec2 tile = floor(look / 8.0);
-    float run_ = hash(floor(tile.x / 3.0), tile.y, floor(tick / 3.0) + 0.5 + 100.0);
+    float run_ = hash(floor(tile.x / 3.0), tile.y, floor(tick / 3.0) + 20000.0);
     float own = hash(tile.x, tile.y, tick);
     float junk = 0.0;
-    if (run_ < glitch * 0.4) look += 8.0 * (floor(vec2(9.0, 5.0) * vec2(hash(run_ * 4096.0, 1.0, tick), own)) - vec2(4.0, 2.0));
+    vec2 wrong = floor(vec2(9.0, 5.0) * vec2(hash(run_ * 4096.0, 1.0, tick), own)) - vec2(4.0, 2.0);
+    if (run_ < glitch * 0.4) look += 8.0 * wrong;
     if (own < glitch * 0.06) junk = 1.0;
     vec3 seen = source(mirror((look + 0.5) / dots));
     float light = pow(clamp(dot(seen, vec3(0.3, 0.59, 0.11)), 0.0, 1.0), 0.7);

@@ -38,16 +38,16 @@ float noise(vec2 p, float seed) {
 // Eight bars with a saw-tooth edge over a slogan plate.
 vec3 card(vec2 uv) {
     float bar = floor(clamp(uv.x + 0.01 * step(0.5, fract(uv.y * 24.0)), 0.0, 0.999) * 8.0) / 7.0;
-    vec3 colour = mix(mix(kBone, kEmber, smoothstep(0.0, 0.45, bar)), mix(kSteel, kInk, smoothstep(0.6, 1.0, bar)),
-                      step(0.5, bar));
+    vec3 warm = mix(kBone, kEmber, smoothstep(0.0, 0.45, bar)), cold = mix(kSteel, kInk, smoothstep(0.6, 1.0, bar));
+    vec3 colour = mix(warm, cold, step(0.5, bar));
     vec2 p = abs(uv - vec2(0.5, 0.5)) - vec2(0.3, 0.1);
     float plate = step(max(p.x, p.y), 0.0);
     float mark = step(0.35, fract(uv.x * 17.0)) * step(abs(uv.y - 0.5), 0.045);
     return mix(colour, mix(kInk, kBone, mark), plate);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -75,10 +75,11 @@ void main() {
     float seam = smoothstep(0.035, 0.0, min(y, 1.0 - y)) * step(0.6, jump);
 
     // Tears: bands slanting off sideways, hard at one end, and a comb of single lines.
-    float at = floor(p.y * 5.0 + 9.0 * hash(slow, 2.0, 1.0)), within = fract(p.y * 5.0 + 9.0 * hash(slow, 2.0, 1.0));
+    float bands = p.y * 5.0 + 9.0 * hash(slow, 2.0, 1.0), at = floor(bands), within = fract(bands);
     float torn = step(hash(at, slow, 3.0), 0.4);
     float x = p.x + torn * tear * (hash(at, slow, 4.0) - 0.5) * within * 1.6 / aspect;
-    x += tear * 0.5 / aspect * (noise(vec2(p.y * 9.0, time * 9.0), 5.0) - 0.5) * smoothstep(0.35, 0.8, noise(vec2(time * 1.7, p.y * 2.0), 6.0));
+    float loose = smoothstep(0.35, 0.8, noise(vec2(time * 1.7, p.y * 2.0), 6.0));
+    x += tear * 0.5 / aspect * (noise(vec2(p.y * 9.0, time * 9.0), 5.0) - 0.5) * loose;
     x += tear * 0.02 * (hash(line, tick, 7.0) - 0.5);
     vec2 uv = vec2(fract(x), y);
     float wrap = smoothstep(0.02, 0.0, min(uv.x, 1.0 - uv.x)) * step(0.005, abs(x - p.x));
@@ -87,15 +88,17 @@ void main() {
     float light = dot(seen, vec3(0.3, 0.59, 0.11));
     // The colour burst is lost in bands.
     float colourful = smoothstep(0.35, 0.55, noise(vec2(p.y * 4.0 + time * 1.3, slow * 0.7), 8.0));
-    vec3 colour = mix(vec3(light) * vec3(0.9, 0.97, 1.04), vec3(echo.r, seen.g, seen.b), 0.25 + 0.75 * colourful);
-    colour = (colour - 0.5) * 1.25 + 0.48;
+    vec3 colour = mix(light * vec3(0.9, 0.97, 1.04), vec3(echo.r, seen.gb), 0.25 + 0.75 * colourful);
+    colour = (colour - 0.5) * 1.25 + 0.54;
 
     // Snow, thick where the picture is torn, in dashes along the lines.
-    float thick = clamp(uSnow, 0.0, 1.0) * (0.45 + 0.5 * torn + 0.6 * seam + 0.3 * step(0.85, hash(slow, 9.0, 1.0)));
+    float gust = 0.3 * step(0.85, hash(slow, 9.0, 1.0));
+    float thick = clamp(uSnow, 0.0, 1.0) * (0.45 + 0.5 * torn + 0.6 * seam + gust);
     float grain = hash(floor(p.x * lines * aspect * 0.5), line, tick);
-    float dash = hash(floor(p.x * 30.0 + 30.0 * hash(line, tick, 10.0)), line, tick + 4000.0);
-    colour = mix(colour, vec3(grain * grain * 1.1), min(thick, 0.9) * (0.35 + 0.65 * step(0.45, grain)));
-    colour = mix(colour, kBone, step(1.0 - 0.05 * thick, dash));
+    float dash = hash(floor(p.x * 30.0 + 30.0 * hash(line, tick, 10.0)), line, tick + 50000.0);
+    float cover = min(thick, 0.9) * (0.35 + 0.65 * step(0.45, grain));
+    colour = mix(colour, vec3(0.05 + grain * grain * 1.15), cover);
+    colour = mix(colour, kBone, step(1.0 - 0.035 * thick, dash));
     colour = mix(colour, kInk, max(seam * 0.9, wrap));
 
     colour *= 0.82 + 0.18 * cos(6.2832 * vUV.y * lines);

@@ -44,7 +44,8 @@ vec3 card(vec2 uv) {
     vec2 p = vec2(uv.x * iResolution.x / iResolution.y, uv.y) * 18.0 + vec2(0.0, floor(iTime * 2.0) * -1.0);
     float row = floor(p.y), word = floor(p.x * 1.3 + hash(row, 1.0, 61.0) * 4.0);
     float indent = floor(hash(row, 2.0, 61.0) * 4.0) + 1.0, end = 8.0 + hash(row, 3.0, 61.0) * 20.0;
-    float h = hash(word, row, 62.0), ink = step(0.28, fract(p.y)) * step(0.2, h) * step(indent, p.x) * step(p.x, end);
+    float h = hash(word, row, 62.0);
+    float ink = step(0.28, fract(p.y)) * step(0.2, h) * step(indent, p.x) * step(p.x, end);
     vec3 dye = h > 0.88 ? kEmber : h > 0.6 ? kSteel : kBone * 0.75;
     return mix(mix(kInk, kSteel * 0.3, 0.35 + 0.25 * uv.y), dye, ink);
 }
@@ -54,8 +55,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -89,10 +90,10 @@ void main() {
     vec3 steps = floor(colour * 9.0 + 0.5) / 9.0;
     colour = mix(colour, steps, 0.5 * lost);
 
-    // Code: regions of the stream as bytes, four digits high in two blocks.
+    // Code: regions of the stream as bytes, typed from the upper left.
     vec2 region = floor(block / vec2(6.0, 3.0));
-    float epoch2 = floor(time * 0.8 + 5.0 * hash(region.x, region.y, 5.0));
-    float shown = hash(region.x, region.y, epoch2 + 90.0), grow = fract(time * 0.8 + 5.0 * hash(region.x, region.y, 5.0));
+    float shift = time * 0.8 + 5.0 * hash(region.x, region.y, 5.0);
+    float shown = hash(region.x, region.y, floor(shift) + 90.0), grow = fract(shift);
     vec2 cell = floor(p * vec2(2.4, 1.5)), glyph = fract(p * vec2(2.4, 1.5));
     float typed = step(fract(p.x / 6.0) * 0.25 + (1.0 - fract(p.y / 3.0)), grow * 3.5);
     if (shown < clamp(uCode, 0.0, 1.0) * typed) {

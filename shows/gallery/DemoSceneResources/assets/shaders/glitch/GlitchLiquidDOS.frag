@@ -11,7 +11,7 @@ uniform vec3 iResolution;           // px
 uniform vec2 iChannelResolution[4]; // px
 uniform float uAlpha;               // 0..1
 uniform sampler2D iChannel0;        // the picture to spoil
-uniform float uRows = 30.0;
+uniform float uRows = 25.0;
 uniform float uFlow = 0.5;
 uniform float uPalette = 0.5;
 
@@ -31,11 +31,12 @@ vec3 card(vec2 uv) {
     float sum = 0.0;
     for (int i = 0; i < 4; ++i) {
         float n = float(i);
-        vec2 at = vec2(0.5 * sin(iTime * (0.5 + 0.1 * n) + n * 1.9), 0.28 * cos(iTime * (0.6 - 0.08 * n) + n * 2.7));
-        vec2 d = p - at;
+        vec2 turn = vec2(iTime * (0.5 + 0.1 * n) + n * 1.9, iTime * (0.6 - 0.08 * n) + n * 2.7);
+        vec2 d = p - vec2(0.5 * sin(turn.x), 0.28 * cos(turn.y));
         sum += 0.016 / (dot(d, d) + 0.004);
     }
-    return vec3(smoothstep(0.2, 1.5, sum), smoothstep(0.6, 1.9, sum), 0.25 + 0.5 * smoothstep(0.9, 0.3, sum) + step(1.8, sum));
+    float blue = 0.25 + 0.5 * smoothstep(0.9, 0.3, sum) + step(1.8, sum);
+    return vec3(smoothstep(0.2, 1.5, sum), smoothstep(0.6, 1.9, sum), blue);
 }
 
 // Beyond its edges the picture goes on mirrored.
@@ -43,8 +44,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -64,10 +65,9 @@ void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 1200.0);
     float rows = clamp(uRows, 12.0, 60.0), flow = clamp(uFlow, 0.0, 1.0);
     // Whole pixels in a character, so that its pattern stays even.
-    float dotSize = max(1.0, floor(iResolution.y / rows / 12.0 + 0.5));
-    vec2 box = vec2(8.0, 12.0) * dotSize, px = floor(vUV * iResolution.xy);
-    if (iResolution.y / rows < 9.0) box = vec2(4.0, 6.0);
-    vec2 cell = floor(px / box), bit = floor(mod(px, box) / (box.y < 12.0 ? 1.0 : dotSize));
+    float dotSize = max(1.0, floor(iResolution.y / rows / 8.0 + 0.5));
+    vec2 box = vec2(8.0 * dotSize), px = floor(vUV * iResolution.xy);
+    vec2 cell = floor(px / box), bit = floor(mod(px, box) / dotSize);
     vec2 centre = (cell + 0.5) * box / iResolution.xy;
 
     // The current: each bend feeds the next.
@@ -78,8 +78,13 @@ void main() {
     vec3 seen = source(mirror(centre + pull));
     float light = dot(seen, vec3(0.3, 0.59, 0.11));
     float wave = 0.5 + 0.5 * sin(w.x * 1.7 + w.y * 1.2 + light * 5.0 - time * 1.6);
-    vec3 tide = 0.62 * vec3(wave * wave, smoothstep(0.25, 0.9, 1.0 - wave), 0.55 + 0.45 * cos(wave * 5.0));
-    vec3 wish = mix(seen * 1.25, tide * (0.55 + 1.1 * light), 0.8 * clamp(uPalette, 0.0, 1.0));
+    // Two ramps of light, blue to white and red to white, change places with the tide.
+    float l = clamp(light * 1.15 + 0.28 * (wave - 0.35), 0.0, 1.0);
+    vec3 cold = vec3(smoothstep(0.6, 1.0, l), smoothstep(0.25, 0.75, l), 0.25 + smoothstep(0.0, 0.5, l));
+    vec3 hot = vec3(0.1 + smoothstep(0.0, 0.45, l), smoothstep(0.3, 0.85, l), smoothstep(0.7, 1.05, l));
+    float warm = clamp(0.5 + 1.6 * (seen.r - seen.b) + 0.9 * (wave - 0.75), 0.0, 1.0);
+    vec3 tide = mix(cold, hot, smoothstep(0.25, 0.75, warm));
+    vec3 wish = mix(seen * 1.25, tide, 0.35 + 0.6 * clamp(uPalette, 0.0, 1.0));
 
     // Foreground and background: the two nearest colours; the wish lies somewhere between them.
     float best = 9.0, second = 9.0;
@@ -101,17 +106,19 @@ void main() {
     float even = mod(bit.x + bit.y, 2.0), quarter = step(mod(bit.x + 2.0 * mod(bit.y, 2.0), 4.0), 0.5);
     float on = share > 0.36 ? even : share > 0.14 ? quarter : 0.0;
     float sign_ = hash(cell.x, cell.y, floor(time * 1.5 + 9.0 * hash(cell.x, cell.y, 3.0)));
-    if (sign_ > 0.86 && best < 0.2) {
-        vec2 stroke = floor(bit * 0.5);
-        float edge = step(0.5, bit.x) * step(bit.x, 6.5) * step(1.5, bit.y) * step(bit.y, 9.5);
-        on = edge * step(0.5, hash(stroke.x, stroke.y, floor(sign_ * 4096.0)));
-        if (dot(span, span) < 0.2) fore = dot(back, vec3(0.333)) > 0.4 ? vec3(0.0, 0.0, 0.667) : vec3(0.333, 1.0, 1.0);
+    if (sign_ > 0.8 && wave > 0.72) {
+        vec2 stroke = floor((bit - 0.5) * vec2(0.5, 1.0));
+        float edge = step(bit.x, 6.5) * step(0.5, bit.y);
+        on = edge * step(0.45, hash(stroke.x, stroke.y, floor(sign_ * 4096.0)));
+        vec3 contrast = dot(back, vec3(0.333)) > 0.4 ? vec3(0.0, 0.0, 0.667) : vec3(0.333, 1.0, 1.0);
+        if (dot(span, span) < 0.4) fore = contrast;
     }
     // The cursor writes its way through the rows.
     float step_ = floor(time * 24.0), columns = floor(iResolution.x / box.x);
     float row = floor(iResolution.y / box.y) - 1.0 - mod(floor(step_ / columns), floor(iResolution.y / box.y));
     vec3 colour = mix(back, fore, on);
-    if (abs(cell.y - row) < 0.5 && cell.x < mod(step_, columns)) colour = mix(vec3(0.0, 0.0, 0.667), vec3(1.0), on);
-    if (abs(cell.y - row) < 0.5 && abs(cell.x - mod(step_, columns)) < 0.5) colour = vec3(1.0, 1.0, 0.333);
+    float ahead = cell.x - mod(step_, columns);
+    if (abs(cell.y - row) < 0.5 && ahead < 0.5) colour = mix(vec3(0.0, 0.0, 0.667), vec3(1.0), on);
+    if (abs(cell.y - row) < 0.5 && abs(ahead) < 0.5) colour = vec3(1.0, 1.0, 0.333);
     fragColor = vec4(colour, uAlpha);
 }

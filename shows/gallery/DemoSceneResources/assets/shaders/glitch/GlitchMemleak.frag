@@ -43,9 +43,11 @@ vec3 card(vec2 uv) {
         float n = float(i);
         vec2 q = p - vec2(-0.36 + 0.34 * n, 0.12 - 0.11 * n), s = vec2(0.3, 0.22);
         if (abs(q.x) > s.x || abs(q.y) > s.y) continue;
-        float line = step(0.5, fract(q.y * 22.0)) * step(q.x, s.x * (0.8 * hash(floor(q.y * 22.0), n, 71.0) - 0.1));
+        float end = s.x * (0.8 * hash(floor(q.y * 22.0), n, 71.0) - 0.1);
+        float line = step(0.5, fract(q.y * 22.0)) * step(q.x, end);
         colour = mix(kBone * 0.9, kInk * 2.0, line * step(abs(q.x), s.x * 0.9));
-        if (q.y > s.y - 0.055) colour = mix(n > 1.5 ? kEmber : kSteel * 0.8, kInk, step(length(q - s + 0.028), 0.012));
+        float button = step(length(q - s + 0.028), 0.012);
+        if (q.y > s.y - 0.055) colour = mix(n > 1.5 ? kEmber : kSteel * 0.8, kInk, button);
     }
     return uv.y < 0.07 ? kInk * 1.8 : colour;
 }
@@ -55,8 +57,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -72,14 +74,15 @@ vec3 garbage(vec2 cell, vec2 q, vec2 uv, float time) {
     float kind = hash(page, span, 3.0), live = step(0.6, hash(page, span, 4.0)) * floor(time * 9.0);
     vec3 dye = kind < 0.4 ? kSteel : kind < 0.75 ? kEmber : kBone;
     float byte_ = hash(cell.x, cell.y, live);
-    vec2 bit = floor(q * 4.0);
     if (kind < 0.3) {                                       // bits
-        return mix(kInk, dye, step(0.52, hash(bit.x, bit.y + 4.0 * cell.y, cell.x + live)) * (0.4 + 0.6 * byte_));
+        vec2 bit = floor(q * 4.0);
+        float on = step(0.52, hash(bit.x, bit.y + 4.0 * cell.y, cell.x + live));
+        return mix(kInk, dye, on * (0.4 + 0.6 * byte_));
     }
     if (kind < 0.52) {                                      // the picture read with a wrong row length
         vec2 at = vec2(fract(uv.x * 1.7 + cell.y * 0.137 + 0.05 * time), fract(cell.y * 0.031 + kind * 5.0));
         vec3 c = source(at);
-        return mix(c, c.brg, 0.65) * 1.1 + 0.03;
+        return mix(kInk, dye, dot(c, vec3(0.3, 0.59, 0.11)) * 1.5) + c * 0.25;
     }
     if (kind < 0.72) {                                      // one value over and over
         float v = hash(page, span, floor(live * 0.2));
@@ -88,7 +91,7 @@ vec3 garbage(vec2 cell, vec2 q, vec2 uv, float time) {
     if (kind < 0.88) {                                      // counters
         return mix(kInk, dye, step(q.y, fract(byte_ + time * (0.2 + byte_))) * step(0.2, q.x));
     }
-    return source(mirror(uv * 0.25 + vec2(kind * 7.0, byte_ * 0.08))).gbr * 0.9;
+    return 1.0 - source(mirror(uv * 0.25 + vec2(kind * 7.0, byte_ * 0.08)));
 }
 
 void main() {
@@ -101,13 +104,15 @@ void main() {
     float level = clamp(uLevel, 0.0, 1.0) * (0.34 + 0.66 * phase / 0.95);
     level *= 1.0 - 0.62 * smoothstep(0.95, 1.0, phase);
     // Columns fill unevenly, and single cells run ahead.
-    float column = noise(vec2(cell.x * 0.13, floor(time * 2.0) * 0.21), 5.0) + 0.4 * hash(floor(cell.x * 0.5), 6.0, 1.0);
+    float column = noise(vec2(cell.x * 0.13, floor(time * 2.0) * 0.21), 5.0);
+    column += 0.4 * hash(floor(cell.x * 0.5), 6.0, 1.0);
     float front = level * 1.12 - 0.14 + 0.22 * (column - 0.6);
     float ahead = (cell.y + 0.5) / count - front, lone = hash(floor(cell.x / 3.0), cell.y, 8.0);
     bool full = ahead < 0.0 || (lone < 0.3 * exp(-ahead * 9.0)) || lone < 0.03;
 
     // Above the front rows are already read from the wrong place.
-    float slip = (hash(cell.y, floor(time * 4.0), 9.0) - 0.5) * 0.07 * exp(-max(ahead, 0.0) * 5.0) + 0.004 * sin(time * 6.0 + cell.y);
+    float slip = (hash(cell.y, floor(time * 4.0), 9.0) - 0.5) * 0.07 * exp(-max(ahead, 0.0) * 5.0);
+    slip += 0.004 * sin(time * 6.0 + cell.y);
     vec3 colour = source(mirror(vec2(vUV.x + slip, vUV.y)));
     if (full) {
         colour = garbage(cell, q, vUV, time);

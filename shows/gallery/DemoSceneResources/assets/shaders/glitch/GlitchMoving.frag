@@ -41,8 +41,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -56,7 +56,8 @@ float slide(float slab, float time) {
     float clock = time * (0.6 + 0.3 * hash(slab, 1.0, 1.0)) + 5.0 * hash(slab, 2.0, 1.0);
     float n = floor(clock), f = clamp(fract(clock) * 1.7, 0.0, 1.0);
     f = f * f * f * (f * (f * 6.0 - 15.0) + 10.0);
-    return mix(hash(slab, n, 3.0), hash(slab, n + 1.0, 3.0), f) * 2.0 - 1.0 + 0.16 * sin(time * 0.9 + slab * 2.1);
+    float hop = mix(hash(slab, n, 3.0), hash(slab, n + 1.0, 3.0), f) * 2.0 - 1.0;
+    return hop + 0.16 * sin(time * 0.9 + slab * 2.1);
 }
 
 void main() {

@@ -43,8 +43,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -72,13 +72,16 @@ void main() {
     float ring = floor(r * 9.0);
     a += broken * 0.6 * (hash(ring, cell.x + cell.y, tick) - 0.5);
     vec2 at = r * vec2(cos(a), sin(a)) * 0.95;
-    vec2 uv = 0.5 + at / vec2(aspect, 1.0) * vec2(1.2, 1.2) + 0.12 * vec2(sin(iTime * 0.31), cos(iTime * 0.23));
+    // The mirrors wander over the picture, off its middle.
+    vec2 eye = vec2(0.17 * sin(iTime * 0.31 + 0.8), 0.14 * cos(iTime * 0.23 + 1.2));
+    vec2 uv = 0.5 + eye + at * 1.9 / vec2(aspect, 1.0);
     vec3 colour = source(mirror(uv));
 
     // Facets: the mirrors' edges catch light, and every second wedge is a shade deeper.
     float edge = abs(mod(atan(q.y, q.x + 1e-6) + turn * 0.5, wedge) / wedge - 0.5);
     colour *= 0.78 + 0.44 * edge;
-    float seam = smoothstep(0.49, 0.499, max(q.x, q.y)) + smoothstep(0.012, 0.0, abs(r - 0.34 - 0.03 * sin(iTime)));
+    float seam = smoothstep(0.49, 0.499, max(q.x, q.y));
+    seam += smoothstep(0.012, 0.0, abs(r - 0.34 - 0.03 * sin(iTime)));
     colour = mix(colour, mix(kEmber, kBone, 0.35), 0.3 * min(seam, 1.0));
     if (broken > 0.5) colour = mix(colour, colour.gbr, 0.55);
     fragColor = vec4(colour, uAlpha);

@@ -39,8 +39,8 @@ vec3 card(vec2 uv) {
     return p.y > 0.0 ? sky : sea;
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -68,8 +68,8 @@ void main() {
     vec2 q = p / size - cell, centre = (cell + 0.5) * size;
     vec2 at = centre / vec2(aspect, 1.0) + 0.5;
     // Five looks into the field stand for its mean.
-    vec2 d = 0.27 * size / vec2(aspect, 1.0);
-    vec3 colour = 0.2 * (source(at) + source(at + d) + source(at - d) + source(at + vec2(d.x, -d.y)) + source(at - vec2(d.x, -d.y)));
+    vec2 d = 0.27 * size / vec2(aspect, 1.0), e = vec2(d.x, -d.y);
+    vec3 colour = 0.2 * (source(at) + source(at + d) + source(at - d) + source(at + e) + source(at - e));
     colour = mix(colour, floor(colour * 7.0 + 0.5) / 7.0, 0.6);
     float h = hash(cell.x, cell.y, size * 4096.0);
     colour *= 0.93 + 0.14 * h;

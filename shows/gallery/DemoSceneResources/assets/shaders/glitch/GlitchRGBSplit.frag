@@ -31,7 +31,8 @@ vec3 card(vec2 uv) {
     vec2 p = (uv - 0.5) * vec2(iResolution.x / iResolution.y, 1.0);
     float d = length(p);
     float shape = step(abs(d - 0.3), 0.035) + step(d, 0.09) + step(abs(d - 0.44), 0.006);
-    shape += step(min(abs(p.x), abs(p.y)), 0.008) * step(0.36, d) + step(abs(fract(p.x * 5.0) - 0.5), 0.05) * step(0.38, abs(p.y));
+    shape += step(min(abs(p.x), abs(p.y)), 0.008) * step(0.36, d);
+    shape += step(abs(fract(p.x * 5.0) - 0.5), 0.05) * step(0.38, abs(p.y));
     return mix(kInk, kBone, min(shape, 1.0));
 }
 
@@ -40,8 +41,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);

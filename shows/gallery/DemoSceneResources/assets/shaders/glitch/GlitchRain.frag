@@ -36,8 +36,8 @@ vec3 card(vec2 uv) {
     return vec3(mix(0.12 * halo, 0.08 + 0.85 * lit * (0.7 + 0.3 * sin(p.y * 40.0 + sin(p.x * 11.0))), ball));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -51,8 +51,8 @@ float sign_(vec2 q, float which) {
     vec2 dot_ = floor(q * vec2(6.0, 7.0));
     if (dot_.x > 4.5 || dot_.y > 5.5) return 0.0;
     if (fract(which * 0.5) < 0.4) dot_.x = min(dot_.x, 4.0 - dot_.x);
-    float bar = step(0.62, hash(dot_.y, which, 31.0)) + step(0.7, hash(dot_.x, which, 37.0));
-    return min(1.0, bar + step(0.74, hash(dot_.x, dot_.y, which)));
+    float bar = step(0.72, hash(dot_.y, which, 31.0)) + step(0.78, hash(dot_.x, which, 37.0));
+    return min(1.0, bar + step(0.8, hash(dot_.x, dot_.y, which)));
 }
 
 // Light of the fall in a cell: x trail 0..1, y head 0 or 1.
@@ -60,7 +60,7 @@ vec2 fall(vec2 cell, float rows, float seed) {
     float h = hash(cell.x, seed, 41.0), h2 = hash(cell.x, seed, 43.0);
     float way = mod(iTime, 3600.0) * uSpeed * (6.0 + 13.0 * h2) + h * 400.0;
     float length_ = rows * (0.7 + 0.9 * h);
-    float behind = mod(cell.y + way, length_) ;
+    float behind = mod(cell.y + way, length_);
     float tail = rows * (0.25 + 0.45 * h2);
     return vec2(exp(-behind / tail * 2.2), step(behind, 1.0));
 }
@@ -80,8 +80,8 @@ void main() {
 
     vec3 dye = mix(clamp(uTint, 0.0, 1.0), seen * 1.5 + 0.05, 0.4 * smoothstep(0.1, 0.6, light));
     if (hash(cell.x, 5.0, 6.0) > 0.94) dye = kEmber;
-    vec3 ground = kInk * 0.6 + seen * 0.1;
-    vec3 colour = ground + dye * shape * (0.06 + 0.85 * light + trail * (0.4 + 0.8 * light));
+    vec3 ground = kInk * 0.6 + seen * 0.08;
+    vec3 colour = ground + dye * shape * (0.03 + 0.6 * light + trail * (0.75 + 0.9 * light));
     colour = mix(colour, kBone, shape * head);
     // A far, smaller fall fills the gaps.
     vec2 far_ = floor(p * 2.0 + 77.0);

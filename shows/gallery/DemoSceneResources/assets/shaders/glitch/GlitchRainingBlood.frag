@@ -11,7 +11,7 @@ uniform vec3 iResolution;           // px
 uniform vec2 iChannelResolution[4]; // px
 uniform float uAlpha;               // 0..1
 uniform sampler2D iChannel0;        // the picture to spoil
-uniform float uDensity = 9.0;
+uniform float uDensity = 8.0;
 uniform float uSpeed = 1.0;
 uniform float uStain = 0.6;
 
@@ -44,8 +44,8 @@ vec3 card(vec2 uv) {
     return mix(sky, kBone * seas, smoothstep(0.24, 0.235, d));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -63,9 +63,9 @@ void runs(vec2 p, float count, float seed, inout vec3 wet) {
     float drop = 1.12 - 1.75 * (phase + 0.012 * sin(phase * 70.0 + h * 40.0) + 0.02 * sin(phase * 23.0));
     float x = (fract(p.x * count) - 0.5 - 0.3 * (h2 - 0.5)) / count;
     float height = p.y - drop;
-    x += 0.004 * sin(p.y * 17.0 + h * 30.0) + 0.002 * sin(p.y * 43.0 + h2 * 30.0);
-    float size = (0.1 + 0.14 * h) / count;
-    float radius = height > 0.0 ? size * (0.42 + 0.58 * exp(-height / (size * 5.0))) : size;
+    x += 0.05 / count * sin(p.y * 9.0 + h * 30.0) + 0.012 / count * sin(p.y * 31.0 + h2 * 30.0);
+    float size = (0.08 + 0.15 * h * h) / count;
+    float radius = height > 0.0 ? size * (0.5 + 0.5 * exp(-height / (size * 6.0))) : size;
     radius *= 1.0 - 0.6 * smoothstep(0.72, 1.0, phase) * step(0.0, height);
     float away = height > 0.0 ? abs(x) : length(vec2(x, height));
     float thick = smoothstep(0.995, 0.9, phase);
@@ -80,13 +80,14 @@ void main() {
     float aspect = iResolution.x / iResolution.y, density = clamp(uDensity, 4.0, 40.0);
     vec2 p = vec2(vUV.x * aspect, vUV.y);
     vec3 wet = vec3(0.0);
-    runs(p + vec2(3.7, 0.0), density * 2.3, 11.0, wet);
-    runs(p + vec2(1.3, 0.0), density * 1.4, 12.0, wet);
-    runs(p, density, 13.0, wet);
+    runs(p + vec2(3.7, 0.0), density * 2.2, 11.0, wet);
+    runs(p + vec2(1.3, 0.0), density, 12.0, wet);
+    runs(p, density * 0.6, 13.0, wet);
     // It wells up along the upper edge.
-    float brim = 0.07 + 0.1 * noise(vec2(p.x * 3.0, iTime * 0.15), 3.0) + 0.05 * noise(vec2(p.x * 9.0, iTime * 0.3), 4.0);
+    float tongue = noise(vec2(p.x * density * 0.8, iTime * 0.25), 4.0);
+    float brim = 0.02 + 0.05 * noise(vec2(p.x * 3.0, iTime * 0.15), 3.0) + 0.2 * tongue * tongue * tongue;
     float pool = smoothstep(-0.004, 0.004, p.y - 1.0 + brim);
-    float bulge = clamp((p.y - 1.0 + brim) / 0.05, 0.0, 1.0);
+    float bulge = clamp((p.y - 1.0 + brim) / 0.03, 0.0, 1.0);
     wet = mix(wet, vec3(0.0, bulge - 1.0, 1.0), pool);
 
     vec2 uv = vUV - wet.xy * wet.z * vec2(0.03 / aspect, 0.03);
@@ -95,12 +96,15 @@ void main() {
     float stain = clamp(uStain, 0.0, 1.0);
     float mottle = noise(p * 2.5 + vec2(0.0, iTime * 0.12), 7.0);
     vec3 colour = mix(seen, vec3(light), 0.8) * mix(1.0, 0.72, stain);
-    colour = mix(colour, colour * vec3(1.35, 0.38, 0.36) + vec3(0.05, 0.0, 0.004), stain * (0.6 + 0.4 * mottle));
+    vec3 red = colour * vec3(1.35, 0.38, 0.36) + vec3(0.05, 0.0, 0.004);
+    colour = mix(colour, red, stain * (0.6 + 0.4 * mottle));
 
-    vec3 blood = mix(kBlood * 0.55, kFresh, 0.15 + 0.6 * light) * (0.75 + 0.25 * (1.0 - abs(wet.x)));
+    vec3 blood = mix(kBlood * 0.55, kFresh, 0.15 + (0.55 - 0.4 * pool) * light);
+    blood *= 1.0 - 0.25 * abs(wet.x);
     float glint = smoothstep(0.5, 0.8, 1.0 - length(wet.xy - vec2(-0.38, 0.15)) * 1.35);
     blood = mix(blood, vec3(1.0, 0.72, 0.66), glint * 0.55 * (1.0 - 0.75 * pool));
-    blood *= 1.0 - 0.45 * smoothstep(0.55, 1.0, abs(wet.x));
+    blood *= 1.0 - 0.45 * smoothstep(0.55, 1.0, length(wet.xy));
+    blood += kFresh * 0.5 * pool * smoothstep(0.25, 0.05, abs(bulge - 0.45));
     colour = mix(colour, blood, wet.z * 0.94);
     fragColor = vec4(colour, uAlpha);
 }

@@ -39,9 +39,11 @@ vec3 card(vec2 uv) {
     float d = length(p), turn = fract(atan(p.x, p.y + 1e-6) / 6.2832 + 1.0);
     float light = mix(0.66, 0.4, step(turn, fract(iTime * 0.5)));
     float thin = 0.006;
-    float line = step(abs(d - 0.32), thin) + step(abs(d - 0.37), thin) + step(min(abs(p.x), abs(p.y)), thin * 0.6);
+    float line = step(abs(d - 0.32), thin) + step(abs(d - 0.37), thin);
+    line += step(min(abs(p.x), abs(p.y)), thin * 0.6);
     float hand = fract(iTime * 0.5) * 6.2832;
-    line += step(abs(dot(p, vec2(cos(hand), -sin(hand)))), thin * 0.7) * step(0.0, dot(p, vec2(sin(hand), cos(hand))));
+    vec2 way = vec2(sin(hand), cos(hand));
+    line += step(abs(dot(p, vec2(way.y, -way.x))), thin * 0.7) * step(0.0, dot(p, way));
     float mark = step(abs(d - 0.13), 0.035) + step(d, 0.035);
     return vec3(mix(light, 0.06, clamp(line + mark, 0.0, 1.0)));
 }
@@ -51,8 +53,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -84,14 +86,16 @@ void main() {
     // Grain: clumps the size of a 540th of the height, strongest in the mid tones.
     float pitch = iResolution.y / min(540.0, iResolution.y);
     vec2 speck = floor(vUV * iResolution.xy / pitch);
-    float grain = hash(speck.x, speck.y, tick) + 0.7 * hash(floor(speck.x * 0.5), floor(speck.y * 0.5), tick + 0.5 + 2000.0) - 0.85;
+    float clump = hash(floor(speck.x * 0.5), floor(speck.y * 0.5), tick + 20000.0);
+    float grain = hash(speck.x, speck.y, tick) + 0.7 * clump - 0.85;
     light += clamp(uGrain, 0.0, 1.0) * 0.24 * grain * (0.35 + light * (1.2 - light));
 
     // Scratches run the length of the reel: each wanders for a while, then the next.
     vec2 p = vec2(vUV.x * aspect, vUV.y);
     for (int i = 0; i < 3; ++i) {
         float n = float(i), life = floor(time * (0.5 + 0.2 * n) + n * 0.3);
-        float x = hash(life, n, 5.0) * aspect + 0.012 * sin(time * 1.3 + n * 2.0) + 0.0025 * (hash(tick, n, 6.0) - 0.5);
+        float x = hash(life, n, 5.0) * aspect + 0.012 * sin(time * 1.3 + n * 2.0);
+        x += 0.0025 * (hash(tick, n, 6.0) - 0.5);
         float wide = max(0.0011 * (0.6 + hash(life, n, 7.0)), 0.6 / iResolution.y);
         float there = step(hash(life, n, 8.0), 0.25 + wear) * step(0.25, noise(vec2(p.y * 3.0 + tick, n), 4.0));
         float cut = there * smoothstep(wide, wide * 0.4, abs(p.x - x)) * min(1.0, wear * 2.0);
@@ -99,11 +103,12 @@ void main() {
     }
     // Dust: a few specks a picture, dark or clear, and a hair.
     vec2 at = floor(p * 4.0);
-    float spot = hash(at.x, at.y, tick + 0.5 + 700.0);
+    float spot = hash(at.x, at.y, tick + 30000.0);
     vec2 off = fract(p * 4.0) - 0.2 - 0.6 * vec2(hash(at.x, tick, 9.0), hash(at.y, tick, 10.0));
-    float blob = length(off) * (1.0 + 0.5 * sin(atan(off.y, off.x + 1e-6) * 3.0 + spot * 900.0));
-    float size = 0.02 + 0.07 * fract(spot * 57.0);
-    light = mix(light, step(0.5, fract(spot * 331.0)) * 0.9, step(spot, 0.11 * wear) * smoothstep(size, size * 0.6, blob));
+    float blob = length(off) * (1.0 + 0.22 * sin(atan(off.y, off.x + 1e-6) * 3.0 + spot * 900.0));
+    float size = 0.015 + 0.05 * fract(spot * 57.0);
+    float dust = step(spot, 0.11 * wear) * smoothstep(size, size * 0.6, blob);
+    light = mix(light, step(0.5, fract(spot * 331.0)) * 0.9, dust);
     vec2 h = p - vec2(hash(floor(tick / 5.0), 11.0, 1.0) * aspect, hash(floor(tick / 5.0), 12.0, 1.0));
     float hair = abs(h.x - 0.05 * sin(h.y * 24.0) - 2.0 * h.y * h.y);
     light *= 1.0 - 0.8 * step(hash(floor(tick / 5.0), 13.0, 1.0), wear * 0.5) * step(abs(h.y), 0.07)

@@ -43,8 +43,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -59,12 +59,12 @@ vec3 streaks(float angle, float d, float sectors, float seed, float time) {
     if (h > clamp(uStars, 0.0, 1.0)) return vec3(0.0);
     float h2 = hash(n, seed, 2.0), z = fract(time * (0.35 + 0.5 * h2) + hash(n, seed, 3.0));
     // Perspective: a head at depth z appears at 1 / (1 - z); the tail lags by a share of its way.
-    float head = 0.06 / max(1.02 - z, 0.02), tail = head * (0.72 - 0.35 * clamp(uWarp, 0.0, 1.0));
+    float head = 0.06 / max(1.02 - z, 0.02), tail = head * (0.68 - 0.5 * clamp(uWarp, 0.0, 1.0));
     float along = smoothstep(tail, head, d) * smoothstep(head * 1.02 + 0.002, head, d);
     float width = 0.5 - abs(fract(s) - 0.5 - 0.25 * (h2 - 0.5));
     float thin = smoothstep(0.5 - min(0.35, 0.0022 * sectors / (6.2832 * max(d, 0.02))), 0.5, width);
     vec3 dye = h2 > 0.8 ? mix(kEmber, kBone, 0.3) : mix(kSteel * 1.2, kBone, h2);
-    return dye * along * thin * smoothstep(0.04, 0.2, d) * (0.5 + 0.8 * z);
+    return dye * along * thin * smoothstep(0.03, 0.18, d) * (0.7 + 0.9 * z);
 }
 
 void main() {
@@ -90,10 +90,10 @@ void main() {
     }
     vec3 colour = sum / weight;
     // Light ahead is blue, light that falls behind is red.
-    colour *= mix(vec3(0.86, 1.0, 1.2), vec3(1.12, 0.88, 0.78), smoothstep(0.05, 0.8, d));
-    colour *= 1.0 - 0.35 * smoothstep(0.3, 1.0, d);
+    colour *= mix(vec3(0.72, 1.0, 1.35), vec3(1.15, 0.86, 0.74), smoothstep(0.05, 0.8, d));
+    colour *= 1.0 - 0.45 * smoothstep(0.25, 0.95, d);
     vec3 light = streaks(angle, d, 90.0, 1.0, time) + streaks(angle, d, 150.0, 2.0, time * 0.8);
-    light += 0.6 * streaks(angle, d, 260.0, 3.0, time * 0.6);
-    colour += light + kSteel * 0.35 * warp * surge * exp(-d * d * 60.0);
+    light += 0.6 * streaks(angle, d, 240.0, 3.0, time * 0.6);
+    colour += light + mix(kSteel, kBone, 0.4) * 0.9 * warp * surge * exp(-d * 9.0);
     fragColor = vec4(min(colour, 1.0), uAlpha);
 }

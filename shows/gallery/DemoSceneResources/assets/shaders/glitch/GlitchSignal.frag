@@ -41,8 +41,8 @@ vec3 card(vec2 uv) {
     return mix(colour, kBone, step(abs(d - 0.42), 0.008));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -63,14 +63,16 @@ void main() {
     float blank = smoothstep(1.0, 1.004, y);
     // Horizontal hold: lines after the bar start late and recover; mains hum bends the rest.
     float hook = 0.16 * exp(-(1.0 - min(y, 1.0)) * 16.0) * (0.7 + 0.3 * sin(time * 7.0));
-    float x = vUV.x + hook + 0.006 * sin(vUV.y * 7.0 + time * 4.0) + 0.004 * dirt * (hash(line, tick, 1.0) - 0.5);
+    float x = vUV.x + hook + 0.006 * sin(vUV.y * 7.0 + time * 4.0);
+    x += 0.004 * dirt * (hash(line, tick, 1.0) - 0.5);
     vec2 uv = vec2(x, clamp(y, 0.0, 1.0));
 
     vec3 c = source(uv);
     float sway = 1.0 + 0.3 * sin(time * 0.7);
     vec3 near = source(uv - vec2(0.03 * sway / aspect, 0.0)), far_ = source(uv - vec2(0.11 * sway / aspect, 0.0));
     float pre = dot(source(uv + vec2(0.016 / aspect, 0.0)), kLuma);
-    float light = dot(c, kLuma) * (1.0 - 0.25 * echo) + echo * (0.42 * dot(near, kLuma) + 0.3 * dot(far_, kLuma) - 0.26 * pre);
+    float ghost = 0.42 * dot(near, kLuma) + 0.3 * dot(far_, kLuma) - 0.26 * pre;
+    float light = dot(c, kLuma) * (1.0 - 0.25 * echo) + echo * ghost;
     // The colour carrier drifts: hues swing from line to line.
     vec3 chroma = 0.5 * (c + near) - dot(0.5 * (c + near), kLuma);
     float swing = 0.9 * sin(vUV.y * 5.0 - time * 1.9) + 0.35 * (mod(line, 2.0) - 0.5);
@@ -80,8 +82,9 @@ void main() {
     // Another station's carrier lies over it as a herringbone.
     float bone = sin(vUV.x * aspect * 260.0 + sin(vUV.y * 90.0 + time * 3.0) * 2.2 + time * 31.0);
     colour += dirt * 0.11 * bone * (0.6 + 0.4 * sin(vUV.y * 4.0 + time * 2.0));
-    colour += dirt * 0.3 * (hash(floor(vUV.x * lines * aspect), line, tick) - 0.5);
-    colour = mix(colour, vec3(0.02) + 0.5 * kSteel * step(abs(y - 1.045), 0.012) * step(fract(x * 3.0), 0.8), blank);
+    colour += dirt * 0.24 * (hash(floor(vUV.x * lines * aspect), line, tick) - 0.5);
+    vec3 bar = vec3(0.02) + 0.5 * kSteel * step(abs(y - 1.045), 0.012) * step(fract(x * 3.0), 0.8);
+    colour = mix(colour, bar, blank);
     colour *= 0.95 + 0.05 * cos(6.2832 * vUV.y * lines);
     fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -36,13 +36,13 @@ float hash(float x, float y, float z) {
 // Colour bars over a grey scale.
 vec3 card(vec2 uv) {
     float bar = floor(clamp(uv.x, 0.0, 0.999) * 7.0);
-    vec3 colour = vec3(step(mod(bar, 4.0), 1.5), step(bar, 3.5), step(mod(bar, 2.0), 0.5)) * 0.72 + 0.06;
+    vec3 colour = vec3(step(mod(bar, 4.0), 1.5), step(bar, 3.5), step(mod(bar, 2.0), 0.5)) * 0.54 + 0.14;
     vec3 grey = vec3(floor(uv.x * 9.0) / 9.0);
     return uv.y < 0.22 ? grey : (uv.y < 0.3 ? colour.bgr * 0.6 : colour);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. Without a picture the sampler does not have
-// the size that is reported for the channel, and the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
+// the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -57,8 +57,8 @@ float signs(vec2 q, bool play) {
     if (slot < 0 || slot > 5 || q.y < 0.0 || q.y >= 1.0) return 0.0;
     int s = int(mod(iTime, 3600.0)), glyph = kPlay[slot];
     if (!play) {
-        glyph = slot == 0 ? s / 600 : slot == 1 ? (s / 60) % 10 : slot == 2 ? 15 : slot == 3 ? (s % 60) / 10 : s % 10;
-        if (slot == 5) glyph = 16;
+        int[6] counter = int[6](s / 600, (s / 60) % 10, 15, (s % 60) / 10, s % 10, 16);
+        glyph = counter[slot];
     }
     ivec2 bit = ivec2(vec2(fract(q.x / 0.75) * 5.0, q.y * 7.0));
     return bit.x > 3 ? 0.0 : float((kGlyphs[glyph] >> uint(bit.y * 4 + bit.x)) & 1u);
@@ -101,7 +101,7 @@ void main() {
     float dash = hash(floor(vUV.x * 90.0 + 40.0 * hash(line, tick, 4.0)), line, tick);
     float dirt = clamp(band * 1.5 + switching, 0.0, 1.0);
     colour = mix(colour, vec3(0.9) * step(0.5, fract(dash * 17.0)), step(1.0 - 0.5 * dirt, dash));
-    float fleck = hash(floor(vUV.x * 7.0 + 7.0 * hash(line, tick, 5.0)), line, tick + 5000.0);
+    float fleck = hash(floor(vUV.x * 7.0 + 7.0 * hash(line, tick, 5.0)), line, tick + 50000.0);
     colour = mix(colour, kBone, 0.8 * step(0.9985, fleck));
     colour += (hash(floor(vUV.x * lines * aspect * 0.6), line, tick) - 0.5) * 0.09;
     colour *= 0.93 + 0.07 * cos(6.2832 * vUV.y * lines);

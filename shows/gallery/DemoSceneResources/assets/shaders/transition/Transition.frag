@@ -47,15 +47,31 @@ float bounded(float x, float low, float high) {
     return x > low ? min(x, high) : low;
 }
 
-// The parameters that most styles share, brought into their ranges.
+// 0 at both ends of the progress, 1 between; decorations are multiplied by it.
+float between(float q) {
+    return smoothstep(0.0, 0.14, q) * smoothstep(0.0, 0.14, 1.0 - q);
+}
+
+// Progress bent so that a share of 1 - noiseThreshold has turned half-way.
+float biased(float q) {
+    float b = 1.0 - bounded(noiseThreshold, 0.05, 0.95);
+    return q / ((1.0 / b - 2.0) * (1.0 - q) + 1.0);
+}
+
+// What most styles share; parameters are brought into their ranges here.
 float delay = bounded(startDelay, 0.0, 0.999);
 float p = bounded((progress - delay) / (1.0 - delay), 0.0, 1.0); // progress of the style
 vec2 size = max(screenSize, vec2(1.0));                          // output pixels
 vec2 aspect = vec2(size.x / size.y, 1.0);                        // frame width and height in frame heights
 vec2 pos = (vUV - 0.5) * aspect;                                 // frame heights from the centre
-float pixel = 1.0 / size.y;                                      // frame heights
+float pixel = 1.0 / size.y;                                      // side of one, in frame heights
 float soft = bounded(softness, 0.0, 1.0);
 float turn = radians(mod(bounded(rotationDeg, -36000.0, 36000.0), 360.0));
+vec2 right = vec2(cos(turn), sin(turn)), up = vec2(-right.y, right.x);  // the style's axes
+float x = dot(pos, right), y = dot(pos, up);                            // pos on them
+float width = dot(abs(right), aspect), height = dot(abs(up), aspect);   // extent of the frame along them
+float middle = between(p);
+float share = biased(p);
 float frequency = bounded(noiseScale, 0.1, 40.0);
 float travel = p * bounded(noiseSpeed, -10.0, 10.0);
 // Both ends are left to the fade, which is exact there.
@@ -65,9 +81,9 @@ int style = p > 0.0 && p < 1.0 ? effectId : 0;
 // are fetched once, after it: software drivers run every branch for every pixel, wanted or not. Only loops
 // are left early, hence the loops of the costly styles, with a length of 0 for the others; it is found out
 // here, out of those styles' branches, where a compiler would know it and unroll.
-int layers = style == 6 ? 3 : 0;
-int octaves = style == 6 ? 3 : style == 11 ? 5 : 0;
-int cells = style == 7 ? 9 : 0;
+int layers = max(3 - 9 * abs(style - 6), 0);
+int octaves = max(5 - 9 * abs(style - 11), layers);
+int cells = max(9 - 9 * abs(style - 7), 0);
 int taps = style == 8 ? 3 : style == 12 ? 4 : 1;
 vec2 moveA = vec2(0.0), moveB = vec2(0.0); // where to look instead of here, frame heights
 vec2 spread = vec2(0.0);                   // between the taps of a picture, frame heights
@@ -77,30 +93,9 @@ float shadeA = 1.0, shadeB = 1.0;          // factors on the pictures
 vec4 veil = vec4(0.0);                     // colour over the mix, and its cover
 vec3 glow = vec3(0.0);                     // added to the mix
 
-// 0 at both ends of the progress, 1 between; decorations are multiplied by it.
-float between(float q) {
-    return smoothstep(0.0, 0.14, q) * smoothstep(0.0, 0.14, 1.0 - q);
-}
-
 // Weight of the incoming picture where `key` (0 turns first, 1 last) meets an edge of width `wide`.
 float reveal(float key, float q, float wide) {
     return smoothstep(0.0, 1.0, (q * (1.0 + wide) - key) / wide);
-}
-
-// Progress bent so that a share of 1 - noiseThreshold has turned half-way.
-float biased() {
-    float b = 1.0 - bounded(noiseThreshold, 0.05, 0.95);
-    return p / ((1.0 / b - 2.0) * (1.0 - p) + 1.0);
-}
-
-vec2 turned(vec2 v) {
-    float s = sin(turn), c = cos(turn);
-    return vec2(c * v.x - s * v.y, s * v.x + c * v.y);
-}
-
-// Length of the frame along a direction, in frame heights.
-float extent(vec2 way) {
-    return dot(abs(way), aspect);
 }
 
 float hash(vec2 at) {
@@ -124,7 +119,7 @@ float noise(vec2 at) {
     return mix(column.x, column.y, f.x);
 }
 
-float fractal(vec2 at) {
+float fractal(vec2 at, int octaves) {
     float sum = 0.0, weight = 0.5;
     for (int i = 0; i < octaves; ++i) {
         sum += weight * noise(at);
@@ -135,93 +130,88 @@ float fractal(vec2 at) {
 }
 
 // Shadow that the incoming picture throws on the outgoing one, `gap` frame heights ahead of its edge.
-float shadow(float gap, float q) {
-    return 0.55 * exp(-max(gap, 0.0) * 22.0) * (1.0 - soft) * between(q);
+float shadow(float gap, float strength) {
+    return 0.55 * exp2(-max(gap, 0.0) * 32.0) * (1.0 - soft) * strength;
 }
 
-float wipe(vec2 from) {
-    vec2 way = turned(from);
-    float span = extent(way);
-    float key = dot(pos, way) / span + 0.5;
+// `key` 0..1 along a way of `span` frame heights.
+float wipe(float key, float span) {
     float wide = max(soft, pixel / span);
-    shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * span, p);
+    shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * span, middle);
     return reveal(key, p, wide);
 }
 
 // Bars slide in from both sides, one after the other.
 float slidingBands() {
-    vec2 way = turned(vec2(1.0, 0.0)), across = vec2(-way.y, way.x);
     float count = float(clamp(bands, 1, 128));
-    float place = clamp((0.5 - dot(pos, across) / extent(across)) * count, 0.0, count - 0.001);
+    float place = clamp((0.5 - y / height) * count, 0.0, count - 0.001);
     float bar = floor(place);
-    way *= mod(bar, 2.0) < 0.5 ? 1.0 : -1.0;
-    float span = extent(way);
+    float way = mod(bar, 2.0) < 0.5 ? width : -width;
 
     float lag = 0.5 * bar / max(count - 1.0, 1.0);
     float q = clamp((p - lag) / 0.5, 0.0, 1.0);
     q *= q * (3.0 - 2.0 * q);
-    float wide = max(soft, pixel / span);
-    float key = dot(pos, way) / span + 0.5;
-    moveB = way * span * (1.0 - q);
-    shadeA = 1.0 - shadow((key - q * (1.0 + wide)) * span, q);
+    float key = x / way + 0.5, wide = max(soft, pixel / width), moving = between(q);
+    moveB = right * way * (1.0 - q);
+    shadeA = 1.0 - shadow((key - q * (1.0 + wide)) * width, moving);
     // A moving bar lies above the resting picture: its long sides darken a little.
     float side = min(place - bar, bar + 1.0 - place) / count;
-    shadeB = 1.0 - 0.5 * exp(-side * 160.0) * between(q);
+    shadeB = 1.0 - 0.5 * exp2(-side * 230.0) * moving;
     return reveal(key, q, wide);
 }
 
 // Two halves of cloth, gathered into folds, drawn aside from the centre; the hem trails the rail.
 float curtains() {
-    vec2 way = turned(vec2(1.0, 0.0)), up = vec2(-way.y, way.x);
-    float halfSpan = 0.5 * extent(way);
-    float s = dot(pos, way) / halfSpan;
-    way *= s < 0.0 ? -1.0 : 1.0;
-    s = abs(s);
-    float height = dot(pos, up) / extent(up) + 0.5;
+    float reach = 0.5 * width;
+    float s = abs(x) / reach;
+    float level = y / height + 0.5;
     float e = p * p * (3.0 - 2.0 * p);
-    float open = e * (1.0 + (1.0 - e) * (0.9 * height * height - 0.35));
+    float open = e * (1.0 + (1.0 - e) * (0.9 * level * level - 0.35));
 
     float folds = float(clamp(bands, 1, 128));
-    float width = mix(1.0, 0.4, open);
-    float cloth = (s - open) / width;
-    float phase = (cloth * folds + 0.25 * sin(height * 2.6)) * 2.0 * kPi;
-    float foldPixels = width * halfSpan / (folds * pixel);
+    float squeeze = mix(1.0, 0.4, open);
+    float cloth = (s - open) / squeeze;
+    float phase = (cloth * folds + 0.25 * sin(level * 2.6)) * 2.0 * kPi;
+    float foldPixels = squeeze * reach / (folds * pixel);
     float depth = smoothstep(0.0, 0.35, e) * smoothstep(3.0, 9.0, foldPixels);
     float gathered = abs(cloth + 0.6 * depth * sin(phase) / (folds * 2.0 * kPi));
-    moveA = way * (gathered - s) * halfSpan;
+    moveA = right * (x < 0.0 ? -reach : reach) * (gathered - s);
 
     float ridge = 0.5 + 0.5 * cos(phase + 0.9);
     shadeA = 1.0 - depth * 0.75 * (1.0 - ridge) * (1.0 - 0.4 * ridge);
-    liftA = vec3(depth * 0.1 * pow(ridge, 6.0));
-    shadeB = 1.0 - 0.6 * exp(-max(open - s, 0.0) * halfSpan * 12.0) * between(p);
-    return reveal(s, open, max(soft, pixel / halfSpan));
+    liftA = vec3(depth * 0.1 * ridge * ridge * ridge * ridge);
+    shadeB = 1.0 - 0.6 * exp2(-max(open - s, 0.0) * reach * 17.0) * middle;
+    return reveal(s, open, max(soft, pixel / reach));
 }
 
 // Fine grain turns speck by speck, in faint clouds.
 float dissolve() {
     float grain = max(size.y / (120.0 * frequency), 1.0);
     float key = mix(hash(floor(vUV * size / grain)), noise(pos * frequency + 11.0), 0.35);
-    float share = biased(), wide = max(soft, 0.002);
-    shadeA = shadeB = 1.0 + 0.3 * exp(-abs(share * (1.0 + wide) - key) * 28.0) * between(p);
+    float wide = max(soft, 0.002);
+    shadeA = shadeB = 1.0 + 0.3 * exp2(-abs(share * (1.0 + wide) - key) * 40.0) * middle;
     return reveal(key, share, wide);
 }
 
 // Smoke billows up, carries the outgoing picture off and clears.
 float smoke() {
-    vec2 q = pos * frequency * 0.8 + 20.0 - vec2(0.0, travel);
+    vec2 q = pos * frequency * 0.7 + 20.0 - vec2(0.0, travel);
     vec3 n = vec3(0.5);
     for (int i = 0; i < layers; ++i) {
-        vec2 at = i == 2 ? 0.9 * q + 2.2 * (n.xy - 0.5) - vec2(0.0, 0.5 * travel) : q + 5.2 * float(i);
-        float value = fractal(at);
+        vec2 at = i == 2 ? q + 1.5 * (n.xy - 0.5) - vec2(0.0, 0.5 * travel) : q + 5.2 * float(i);
+        float value = fractal(at, octaves + i - 1);
         n = i == 0 ? vec3(value, n.yz) : i == 1 ? vec3(n.x, value, n.z) : vec3(n.xy, value);
     }
     vec2 swirl = n.xy - 0.5;
-    float w = reveal(smoothstep(0.12, 0.88, n.z + 0.2 * pos.y), biased(), 0.22 + 0.78 * soft);
+    float wide = 0.3 + 0.7 * soft, key = smoothstep(0.17, 0.83, n.z + 0.25 * y / height);
+    float w = reveal(key, share, wide);
     moveA = -0.35 * swirl * w;
     moveB = 0.35 * swirl * (1.0 - w);
-    float lit = clamp(0.5 + 2.2 * (n.z - 0.5) - 1.2 * swirl.y, 0.0, 1.0);
-    veil.rgb = mix(vec3(0.1, 0.11, 0.13), vec3(0.62, 0.63, 0.64), lit);
-    veil.a = 2.9 * w * (1.0 - w) * between(p);
+
+    float gap = (key - share * (1.0 + wide) + 0.5 * wide) / wide;
+    float lit = smoothstep(0.2, 0.8, 0.5 + 2.4 * (n.z - 0.5) - 1.4 * swirl.y - 0.25 * gap);
+    veil.rgb = mix(vec3(0.07, 0.075, 0.09), vec3(0.66, 0.65, 0.64), lit);
+    veil.a = 0.92 * exp2(-3.5 * gap * gap) * middle;
     return w;
 }
 
@@ -234,19 +224,20 @@ float organic() {
     for (int i = 0; i < cells; ++i) {
         vec2 cell = vec2(i % 3, i / 3) - 1.0;
         vec2 random = hash2(home + cell);
-        float swim = 2.0 * kPi * (random.x + 0.35 * travel);
-        vec2 r = cell + 0.5 + 0.34 * vec2(cos(swim), sin(swim + random.y * 6.0)) - f;
-        float weight = exp(-9.0 * (length(r) + 0.7 * random.y));
+        vec2 swim = abs(fract(random.yx + vec2(0.35, 0.28) * travel) - 0.5); // to and fro
+        vec2 r = cell + 0.15 + 1.4 * swim - f;
+        float weight = exp2(-13.0 * (length(r) + 0.7 * random.y));
         sum += weight;
         pull += weight * r;
     }
     pull /= sum;
-    float key = smoothstep(-0.1, 1.05, -log(sum) / 9.0);
-    float wide = 0.02 + 0.98 * soft, share = biased();
+    float ripe = clamp(-log2(sum) / 14.5, 0.0, 1.0);
+    float key = ripe * ripe;
+    float wide = 0.02 + 0.98 * soft;
     float w = reveal(key, share, wide);
 
     float gap = key - share * (1.0 + wide) + 0.5 * wide;
-    float rim = exp(-abs(gap) * 16.0 / (1.0 + 4.0 * soft)) * between(p);
+    float rim = exp2(-abs(gap) * 23.0 / (1.0 + 4.0 * soft)) * middle;
     moveA = pull * rim * 0.35 / frequency;
     moveB = -0.5 * moveA;
     shadeA = shadeB = 1.0 - 0.55 * rim * (1.0 - w);
@@ -272,9 +263,9 @@ float glitch() {
         cell = floor(at / block) + 40.0;
     }
     vec2 centre = (floor(at / block) + 0.5) * block / size.y;
-    float key = mix(hash(cell), noise(centre * frequency + 5.0), 0.6);
+    float key = mix(hash(cell), noise(centre * frequency + 8.0), 0.55);
     key = clamp(key + (hash(cell + tick) - 0.5) * 0.3 * unrest, 0.0, 1.0);
-    float share = biased(), wide = max(soft, 0.004);
+    float wide = max(soft, 0.004);
 
     float hit = smoothstep(0.16, 0.0, abs(share * (1.0 + wide) - key)) * unrest;
     moveA = moveB = vec2(tear * aspect.x + (hash(cell - tick) - 0.5) * 0.2 * hit, 0.0);
@@ -287,41 +278,37 @@ float glitch() {
 
 // Both pictures swing in rows, as on water; the incoming one surfaces on the crests.
 float wavy() {
-    vec2 way = turned(vec2(1.0, 0.0)), up = vec2(-way.y, way.x);
     float swing = bounded(waveAmplitude, -1.0, 1.0) * sin(kPi * p);
-    float y = dot(pos, up), x = dot(pos, way);
     float first = 2.0 * kPi * (1.7 * y + 0.22 * sin(2.6 * x) + 1.1 * p);
     float second = 2.0 * kPi * (3.9 * y - 0.3 * sin(1.9 * x) - 1.6 * p) + 1.0;
     float wave = (sin(first) + 0.45 * sin(second)) / 1.45;
     float slope = (cos(first) + 0.45 * 2.3 * cos(second)) / 2.0;
 
-    moveA = way * swing * wave;
+    moveA = right * swing * wave;
     moveB = -0.6 * moveA;
     float light = slope * min(abs(swing) * 4.0, 0.5);
     shadeA = shadeB = 1.0 + 0.7 * light;
-    glow = vec3(0.16 * pow(max(light, 0.0) * 2.0, 3.0));
+    glow = vec3(1.3 * max(light, 0.0) * light * light);
     float key = 0.5 + 0.42 * wave + 0.08 * sin(5.0 * x + 3.0 * y);
     return reveal(key, p, 0.3 + 0.7 * soft);
 }
 
 // The outgoing picture is drawn to a line, the incoming one drawn out of it, along a passing front.
 float crosswarp() {
-    vec2 way = turned(vec2(1.0, 0.0));
-    float x = smoothstep(0.0, 1.0, 2.0 * p - dot(pos, way) / extent(way) - 0.5);
-    moveA = -pos * x;
-    moveB = -pos * (1.0 - x);
-    return x;
+    float w = smoothstep(0.0, 1.0, 2.0 * p - x / width - 0.5);
+    moveA = -pos * w;
+    moveB = -pos * (1.0 - w);
+    return w;
 }
 
 // Paper catches at the lower edge: a browned and charred border, an ember line, then a hole.
 float burning() {
-    vec2 way = turned(vec2(0.0, 1.0));
     vec2 q = pos * frequency + 30.0;
-    float n = fractal(q - way * travel * 0.35);
-    float key = 0.6 * smoothstep(0.15, 0.85, n) + 0.4 * (dot(pos, way) / extent(way) + 0.5);
+    float n = fractal(q - up * travel * 0.35, octaves);
+    float key = smoothstep(0.1, 0.9, 0.6 * smoothstep(0.2, 0.8, n) + 0.4 * (y / height + 0.5));
     float line = 0.025 + 0.12 * soft;
     float ahead = 0.2 + line;
-    float gap = key - mix(-ahead, 1.0 + 3.0 * line, biased());
+    float gap = key - mix(-ahead, 1.0 + 3.0 * line, share);
 
     // From the sound paper inwards: browned, charred, glowing, gone.
     float flicker = noise(q * 5.0 + vec2(0.0, 30.0 * p));
@@ -329,9 +316,9 @@ float burning() {
     tone = vec4(0.62, 0.34, 0.16, 0.85 * smoothstep(ahead, 0.04, gap));
     shadeA = 1.0 - 0.94 * black;
     liftA = kEmber * smoothstep(0.62, 0.9, flicker) * black * smoothstep(0.12, 0.03, gap) * 0.9;
-    float heat = exp(-abs(gap) / line);
+    float heat = exp2(-1.44 * abs(gap) / line);
     float live = smoothstep(ahead, 0.6 * ahead, gap) * smoothstep(-3.0 * line, -2.0 * line, gap);
-    glow = live * (kEmber * heat * (0.7 + 0.6 * flicker) + kHot * pow(heat, 4.0) * 1.1);
+    glow = live * (kEmber * heat * (0.7 + 0.6 * flicker) + kHot * heat * heat * heat * heat * 1.1);
     return smoothstep(0.0, -max(0.3 * line, 2.0 * pixel), gap);
 }
 
@@ -350,11 +337,10 @@ float pixellated() {
 
 // A clock hand from twelve, clockwise.
 float radialWipe() {
-    vec2 r = turned(pos);
-    float key = fract(atan(r.x, r.y) / (2.0 * kPi) + 1.0);
+    float key = fract(atan(x, y) / (2.0 * kPi) + 1.0);
     float around = 2.0 * kPi * max(length(pos), pixel);
     float wide = min(max(soft, pixel / around), 1.0);
-    shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * around, p);
+    shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * around, middle);
     // The line where the hand sets out has a neighbour on its other side.
     float seam = 0.5 * clamp(1.0 - min(key, 1.0 - key) * around / pixel, 0.0, 1.0);
     return mix(reveal(key, p, wide), reveal(key < 0.5 ? 1.0 : 0.0, p, wide), seam);
@@ -363,9 +349,7 @@ float radialWipe() {
 // A halftone screen at 45 degrees whose dots swell from the centre outwards.
 float dots() {
     float cells = bounded(dotFrequency, 2.0 * kPi, max(2.0 * size.y, 7.0)) / (2.0 * kPi);
-    vec2 way = turned(vec2(0.70710678));
-    mat2 screen = mat2(way.x, -way.y, way.y, way.x);
-    vec2 q = screen * pos * cells;
+    vec2 q = vec2(x + y, y - x) * 0.70710678 * cells;
     vec2 centre = floor(q) + 0.5;
     float key = min(length(centre) / cells / length(0.5 * aspect), 1.0);
     float front = 4.0 / (4.0 + bounded(dotPower, 0.0, 200.0));
@@ -378,10 +362,10 @@ float dots() {
 
 float weight() {
     switch (style) {
-    case 1: return wipe(vec2(0.0, -1.0));
+    case 1: return wipe(0.5 - y / height, height);
     case 2: return slidingBands();
     case 3: return curtains();
-    case 4: return wipe(vec2(1.0, 0.0));
+    case 4: return wipe(0.5 + x / width, width);
     case 5: return dissolve();
     case 6: return smoke();
     case 7: return organic();

@@ -16,6 +16,8 @@ import zlib
 from array import array
 from pathlib import Path
 
+from gallery_table import captions
+
 BONE = (242, 235, 222)
 EMBER = (255, 78, 38)
 STEEL = (112, 166, 198)
@@ -70,9 +72,12 @@ def stroke(x0, y0, x1, y1, h, extend=0.0):
 
 
 def arc(cx, cy, r, h, a0, a1):
-    """A ring piece from a0 to a1 degrees, counter-clockwise, with square-cut ends."""
+    """A ring piece from a0 to a1 degrees, counter-clockwise, with square-cut ends.
+
+    It is a hair longer, so that it overlaps the bar that it runs into: shapes that merely touch show a seam.
+    """
     middle = math.radians((a0 + a1) / 2)
-    half = math.radians((a1 - a0) / 2)
+    half = min(math.radians((a1 - a0) / 2) + 0.02 / r, math.pi)
     ux, uy = math.cos(middle), math.sin(middle)
     ex, ey = math.cos(half), math.sin(half)
 
@@ -259,6 +264,8 @@ def glyph(ch, h):
         return 0.6, shapes + [stroke(0, top, 0.6, top, h)]
     if ch == ".":
         return 2.4 * h, [disc(1.2 * h, 1.2 * h, 1.2 * h)]
+    if ch == "_":
+        return 0.5, [stroke(0.02, -h, 0.48, -h, h)]
     if ch == "-":
         return 0.4, [stroke(0.03, mid, 0.37, mid, h)]
     if ch == "/":
@@ -468,6 +475,88 @@ def draw_credits(path):
     write_png(path, w, h, flat_rgba(layers), 4)
 
 
+# ---- the gallery's pictures ------------------------------------------------------------
+
+CAPTION_ROW = 28        # texels a row
+CAPTION_EM = 14.5       # texels a cap height
+CAPTION_SPREAD = 7      # texels from the outline to full value
+
+
+def caption_lettering(name):
+    return lettering(name.upper(), 0.066, 0.27)
+
+
+def caption_width(name):
+    """In row heights."""
+    return caption_lettering(name)[0] * CAPTION_EM / CAPTION_ROW
+
+
+def draw_captions(path):
+    """Names as distances, one row each, from the top."""
+    names = captions()
+    w, h = 512, CAPTION_ROW * len(names)
+    field = Field(w, h)
+    for i, name in enumerate(names):
+        field.add(caption_lettering(name)[1], CAPTION_EM, 4, CAPTION_ROW * i + 21, CAPTION_SPREAD)
+    grey = field.distances(CAPTION_SPREAD)
+    write_png(path, w, h, packed_rgb(grey, grey, grey, w, h), 3)
+
+
+def painted(rows, width, shapes, scale, ox, oy, colour):
+    """Paints em shapes over RGB rows; the colour is a function of the pixel's row, or a tuple."""
+    height = len(rows)
+    cover = Field(width, height).add(shapes, scale, ox, oy).coverage()
+    for y, row in enumerate(rows):
+        tone = colour(y) if callable(colour) else colour
+        for x in range(width):
+            c = cover[y * width + x]
+            if c:
+                for k in range(3):
+                    row[3 * x + k] = (tone[k] * c + row[3 * x + k] * (255 - c)) // 255
+
+
+def draw_poster(path):
+    """A dagger before a low sun, over water: flat inks and few of them, so that it packs well."""
+    w, h = 960, 540
+    horizon, cx = 372, 560
+    def mixed(a, b, t):
+        t = min(1.0, max(0.0, t))
+        return tuple(int(x + (y - x) * t + 0.5) for x, y in zip(a, b))
+    dusk, blood = (16, 24, 40), (88, 16, 26)
+    rows = []
+    for y in range(h):
+        tone = mixed(dusk, blood, (y / horizon) ** 2) if y < horizon else mixed((40, 12, 24), INK, (y - horizon) / 120)
+        rows.append(bytearray(bytes(tone) * w))
+
+    sun = disc(0, 0, 1)
+    for i in range(6):      # cut by bands that thicken downwards
+        y = -0.12 - 0.17 * i
+        sun = cut(sun, stroke(-1.2, y, 1.2, y, 0.008 + 0.008 * i))
+    glow = lambda y: mixed((255, 184, 98), EMBER, (y - 60) / 250)
+    painted(rows, w, [clipped(sun, -1.2, -0.62, 1.2, 1.2)], 206, cx, 244, glow)
+    # Hills, then the sun's way over the water, thinning out towards the eye.
+    painted(rows, w, [polygon([(-6, 0), (-6, 0.6), (-4.6, 1.1), (-3.4, 0.5), (-2.6, 0.75), (-1.2, 0.0)]),
+                      polygon([(6, 0), (6, 1.3), (4.7, 0.7), (4.0, 0.95), (2.4, 0.0)])], 96, cx - 60, horizon, (30, 22, 38))
+    for i in range(9):
+        y, half = horizon + 10 + 15 * i + i * i * 0.6, 190 - 13 * i
+        painted(rows, w, [stroke(-half, 0, half * 0.8, 0, 1.2 + 0.25 * i)], 1.0, cx + (9 if i % 2 else -9), y,
+                mixed(EMBER, (150, 34, 34), i / 9))
+    for x, size in ((116, 40), (212, 26), (330, 34), (838, 30), (905, 52)):
+        upright = [transformed(s, 1, 0, 0.85) for s in dagger(1.3, 0.36, 1.4)]
+        painted(rows, w, upright, size, x, horizon + 6 + size // 3, INK)
+    # The great one: a dark half and a bright half, as on a ground edge.
+    blade = [transformed(s, 1, 0, 0) for s in dagger(1.72, 0.44, 1.25)]
+    painted(rows, w, [clipped(s, -1, -3, 0, 3) for s in blade], 158, cx, 154, (40, 54, 74))
+    painted(rows, w, [clipped(s, 0, -3, 1, 3) for s in blade], 158, cx, 154, BONE)
+
+    width, letters, mark = word_mark()
+    painted(rows, w, letters, 46, 60, 128, BONE)
+    painted(rows, w, mark, 46, 60, 128, EMBER)
+    painted(rows, w, lettering("FORGED LIVE", 0.06, 0.3)[1], 15, 62, 206, STEEL)
+    painted(rows, w, [stroke(62, -226, 280, -226, 0.8)], 1.0, 0, 0, STEEL)
+    write_png(path, w, h, [bytes(row) for row in rows], 3)
+
+
 def main():
     shows = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent / "shows"
     showcase = shows / "showcase" / "assets" / "images"
@@ -478,6 +567,10 @@ def main():
     for word in ("HEAT", "FOLD", "QUENCH"):
         draw_stencil(showcase / f"stencil_{word.lower()}.png", word)
     draw_credits(showcase / "credits.png")
+    gallery = shows / "gallery" / "assets" / "images"
+    draw_tile(gallery)
+    draw_captions(gallery / "captions_field.png")
+    draw_poster(gallery / "poster.png")
     draw_mark(shows / "legacy" / "assets" / "images" / "Logo.png", 384, 232.0, EMBER)
 
 

@@ -51,12 +51,12 @@ void main() {
     float aspect = iResolution.x / iResolution.y;
     float amount = clamp(uAmount, 0.0, 1.0), blocks = clamp(uBlocks, 2.0, 40.0);
     float tick = floor(mod(iTime, 600.0) * clamp(uRate, 0.0, 30.0));
-    float burst = amount * (0.55 + 0.45 * step(0.55, hash(tick * 0.25, 3.0, 1.0)));
+    float burst = amount * (0.7 + 0.3 * step(0.55, hash(tick * 0.25, 3.0, 1.0)));
     vec2 p = vec2(vUV.x * aspect, vUV.y) * blocks;
 
     // Bands: two grids of rows, the finer one only in places.
     float row = floor(p.y * 0.6 + 7.0 * hash(tick, 1.0, 5.0)), fine = floor(p.y * 4.0);
-    float shift = (hash(row, tick, 11.0) - 0.5) * 0.34 * step(hash(row, tick, 12.0), burst * 0.75);
+    float shift = (hash(row, tick, 11.0) - 0.5) * 0.34 * step(hash(row, tick, 12.0), burst * 0.9);
     shift += (hash(fine, tick, 13.0) - 0.5) * 0.12 * step(hash(row, tick, 14.0), burst * 0.45);
     shift += 0.006 * sin(vUV.y * 9.0 + iTime * 5.0);
 
@@ -64,18 +64,18 @@ void main() {
     vec2 wide = floor(p / vec2(2.2, 1.0)), sliver = floor(p / vec2(0.9, 0.25));
     float pick = hash(wide.x, wide.y, tick), pick2 = hash(sliver.x, sliver.y, tick + 30000.0);
     vec2 uv = vUV + vec2(shift, 0.0);
-    if (pick < burst * 0.17) uv += 0.5 * (vec2(hash(wide.x, tick, 21.0), hash(wide.y, tick, 22.0)) - 0.5);
+    if (pick < burst * 0.22) uv += 0.5 * (vec2(hash(wide.x, tick, 21.0), hash(wide.y, tick, 22.0)) - 0.5);
     if (pick2 < burst * 0.1) uv.x += 0.3 * (pick2 / max(burst, 0.01) * 10.0 - 0.5);
 
-    vec2 fringe = vec2(0.004 + 0.06 * abs(shift), 0.0);
+    vec2 fringe = vec2(0.008 + 0.06 * abs(shift), 0.0) / aspect;
     vec3 colour = vec3(source(uv + fringe).r, source(uv).g, source(uv - fringe).b);
     float light = dot(colour, vec3(0.3, 0.59, 0.11));
     vec3 duotone = mix(kEmber * 0.35, kEmber, smoothstep(0.05, 0.5, light));
     duotone = mix(duotone, kBone, smoothstep(0.5, 0.95, light));
     vec3 cold = mix(kSteel, kInk, smoothstep(0.05, 0.7, light));
     float dye = hash(wide.x, wide.y, tick + 60000.0);
-    if (dye < burst * 0.07) colour = duotone;
-    else if (dye > 1.0 - burst * 0.06) colour = cold;
+    if (dye < burst * 0.1) colour = duotone;
+    else if (dye > 1.0 - burst * 0.08) colour = cold;
     if (pick2 > 1.0 - burst * 0.035) colour = mix(colour, pick2 > 1.0 - burst * 0.017 ? kBone : kEmber, 0.85);
     colour *= 0.9 + 0.1 * step(0.5, fract(vUV.y * 90.0 - iTime * 3.0));
     fragColor = vec4(colour, uAlpha);

@@ -11,13 +11,13 @@ uniform vec3 iResolution;           // px
 uniform vec2 iChannelResolution[4]; // px
 uniform float uAlpha;               // 0..1
 uniform sampler2D iChannel0;        // the picture to spoil
-uniform float uSpread = 0.085;
+uniform float uSpread = 0.12;
 uniform float uBarrel = 0.35;
 uniform float uBreathe = 0.35;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
-const int kTaps = 9;
+const int kTaps = 7;
 
 // Rays and rings.
 vec3 card(vec2 uv) {
@@ -27,40 +27,54 @@ vec3 card(vec2 uv) {
     return mix(kInk, kBone, step(0.06, d) * ray * (0.9 - 0.3 * d));
 }
 
-// Beyond its edges the picture goes on mirrored.
+// Beyond its edges the picture goes on mirrored, once.
 vec2 mirror(vec2 uv) {
-    return 1.0 - abs(mod(uv, 2.0) - 1.0);
+    return 1.0 - abs(1.0 - abs(uv));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
-vec3 source(vec2 uv) {
-    vec2 size = max(iChannelResolution[0], vec2(1.0));
-    if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
-    vec2 fit = iResolution.xy / size;
+// Channel 0 is bound when its texture has the size that is reported for it.
+bool bound() {
+    return all(equal(textureSize(iChannel0, 0), ivec2(max(iChannelResolution[0], vec2(1.0)) + 0.5)));
+}
+
+// Channel 0 cut to fill the frame, over ink where it is transparent.
+vec3 picture(vec2 uv) {
+    vec2 fit = iResolution.xy / max(iChannelResolution[0], vec2(1.0));
     vec4 c = textureLod(iChannel0, (uv - 0.5) * fit / max(fit.x, fit.y) + 0.5, 0.0);
     return mix(kInk, c.rgb, c.a);
+}
+
+// Colour of a place in the spectrum, from red at 0 to violet at 1.
+vec3 spectrum(float s) {
+    vec3 w = max(1.0 - abs(s - vec3(0.1, 0.5, 0.9)) * 2.6, 0.0);
+    return w + vec3(0.22 * max(1.0 - abs(s - 0.98) * 8.0, 0.0), 0.0, 0.0);
 }
 
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
     float breath = sin(6.2832 * time * clamp(uBreathe, 0.0, 4.0));
-    vec2 axis = 0.07 * vec2(sin(time * 0.9), cos(time * 0.7));  // the lens is loose in its mount
+    vec2 axis = 0.09 * vec2(sin(time * 1.1), cos(time * 0.9));  // the lens is loose in its mount
     vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) - axis;
-    float d2 = dot(p, p);
+    float d2 = 4.0 * dot(p, p) / (aspect * aspect + 1.0);       // 1 in the corners
     float spread = clamp(uSpread, 0.0, 0.3) * (0.75 + 0.35 * breath);
-    float barrel = clamp(uBarrel, -1.0, 1.0) * (0.25 + 0.06 * breath);
+    float barrel = clamp(uBarrel, -1.0, 1.0) * (0.4 + 0.14 * breath);
     vec2 bent = p * (1.0 - 0.3 * barrel) * (1.0 + barrel * d2);
     vec2 out_ = p * spread * (0.35 + 1.3 * d2) / 0.6;
+    vec2 at = (bent - out_ + axis) / vec2(aspect, 1.0) + 0.5, way = 2.0 * out_ / vec2(aspect, 1.0);
 
-    // From red to violet along the radius; the weights of each primary add up to the same sum.
     vec3 sum = vec3(0.0), weight = vec3(0.0);
-    for (int i = 0; i < kTaps; ++i) {
+    // The card takes the place of a missing picture, in a loop of its own: a rasterizer in software would work
+    // out both sides of a branch.
+    int taps = bound() ? kTaps : 0;
+    for (int i = 0; i < taps; ++i) {
         float s = float(i) / float(kTaps - 1);
-        vec3 w = max(1.0 - abs(s - vec3(0.1, 0.5, 0.9)) * vec3(2.6), 0.0);
-        w.r += 0.22 * max(1.0 - abs(s - 0.98) * 8.0, 0.0);      // violet
-        sum += w * source(mirror((bent + out_ * (s - 0.5) * 2.0 + axis) / vec2(aspect, 1.0) + 0.5));
-        weight += w;
+        sum += spectrum(s) * picture(mirror(at + way * s));
+        weight += spectrum(s);
+    }
+    for (int i = taps; i < kTaps; ++i) {
+        float s = float(i) / float(kTaps - 1);
+        sum += spectrum(s) * card(at + way * s);
+        weight += spectrum(s);
     }
     vec3 colour = sum / weight;
     // The rim is lost first in blue; a coated surface throws back a violet crescent.

@@ -43,7 +43,8 @@ float noise(vec2 p, float seed) {
 vec3 card(vec2 uv) {
     vec2 p = vec2(uv.x * iResolution.x / iResolution.y, uv.y) * 18.0 + vec2(0.0, floor(iTime * 2.0) * -1.0);
     float row = floor(p.y), word = floor(p.x * 1.3 + hash(row, 1.0, 61.0) * 4.0);
-    float indent = floor(hash(row, 2.0, 61.0) * 4.0) + 1.0, end = 8.0 + hash(row, 3.0, 61.0) * 20.0;
+    float indent = floor(hash(row, 2.0, 61.0) * 4.0) + 1.0;
+    float end = iResolution.x / iResolution.y * 18.0 * (0.3 + 0.65 * hash(row, 3.0, 61.0));
     float h = hash(word, row, 62.0);
     float ink = step(0.28, fract(p.y)) * step(0.2, h) * step(indent, p.x) * step(p.x, end);
     vec3 dye = h > 0.88 ? kEmber : h > 0.6 ? kSteel : kBone * 0.75;

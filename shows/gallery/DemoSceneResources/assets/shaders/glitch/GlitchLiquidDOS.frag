@@ -79,7 +79,7 @@ void main() {
     float light = dot(seen, vec3(0.3, 0.59, 0.11));
     float wave = 0.5 + 0.5 * sin(w.x * 1.7 + w.y * 1.2 + light * 5.0 - time * 1.6);
     // Two ramps of light, blue to white and red to white, change places with the tide.
-    float l = clamp(light * 1.15 + 0.28 * (wave - 0.35), 0.0, 1.0);
+    float l = clamp(light * 1.15 + 0.5 * (wave - 0.4), 0.0, 1.0);
     vec3 cold = vec3(smoothstep(0.6, 1.0, l), smoothstep(0.25, 0.75, l), 0.25 + smoothstep(0.0, 0.5, l));
     vec3 hot = vec3(0.1 + smoothstep(0.0, 0.45, l), smoothstep(0.3, 0.85, l), smoothstep(0.7, 1.05, l));
     float warm = clamp(0.5 + 1.6 * (seen.r - seen.b) + 0.9 * (wave - 0.75), 0.0, 1.0);

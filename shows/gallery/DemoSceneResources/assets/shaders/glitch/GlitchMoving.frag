@@ -32,7 +32,7 @@ float hash(float x, float y, float z) {
 vec3 card(vec2 uv) {
     vec2 p = abs((uv - 0.5) * vec2(iResolution.x / iResolution.y, 1.0));
     float d = max(p.x, p.y) * 12.0, ring = floor(d);
-    vec3 colour = mix(kEmber, kSteel * 0.8, clamp(ring / 9.0, 0.0, 1.0)) * (0.95 - 0.06 * ring);
+    vec3 colour = mix(kEmber, kSteel * 0.8, clamp(ring / 9.0, 0.0, 1.0)) * max(0.95 - 0.06 * ring, 0.4);
     return mix(mix(colour, kInk, 0.9 * mod(ring, 2.0)), kBone, step(ring, 0.5));
 }
 

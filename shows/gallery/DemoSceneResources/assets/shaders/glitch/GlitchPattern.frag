@@ -73,8 +73,8 @@ void main() {
     a += broken * 0.6 * (hash(ring, cell.x + cell.y, tick) - 0.5);
     vec2 at = r * vec2(cos(a), sin(a)) * 0.95;
     // The mirrors wander over the picture, off its middle.
-    vec2 eye = vec2(0.17 * sin(iTime * 0.31 + 0.8), 0.14 * cos(iTime * 0.23 + 1.2));
-    vec2 uv = 0.5 + eye + at * 1.9 / vec2(aspect, 1.0);
+    vec2 eye = vec2(0.3 * sin(iTime * 0.31 + 0.8), 0.14 * cos(iTime * 0.23 + 1.2));
+    vec2 uv = 0.5 + (eye + at * 1.9) / vec2(aspect, 1.0);
     vec3 colour = source(mirror(uv));
 
     // Facets: the mirrors' edges catch light, and every second wedge is a shade deeper.

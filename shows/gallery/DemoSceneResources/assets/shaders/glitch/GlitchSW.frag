@@ -19,7 +19,7 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
-const int kTaps = 10;
+const int kTaps = 8;
 
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
@@ -38,17 +38,14 @@ vec3 card(vec2 uv) {
     return colour + kBone * exp(-d * d * 160.0);
 }
 
-// Beyond its edges the picture goes on mirrored.
-vec2 mirror(vec2 uv) {
-    return 1.0 - abs(mod(uv, 2.0) - 1.0);
+// Channel 0 is bound when its texture has the size that is reported for it.
+bool bound() {
+    return all(equal(textureSize(iChannel0, 0), ivec2(max(iChannelResolution[0], vec2(1.0)) + 0.5)));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
-vec3 source(vec2 uv) {
-    vec2 size = max(iChannelResolution[0], vec2(1.0));
-    if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
-    vec2 fit = iResolution.xy / size;
+// Channel 0 cut to fill the frame, over ink where it is transparent.
+vec3 picture(vec2 uv) {
+    vec2 fit = iResolution.xy / max(iChannelResolution[0], vec2(1.0));
     vec4 c = textureLod(iChannel0, (uv - 0.5) * fit / max(fit.x, fit.y) + 0.5, 0.0);
     return mix(kInk, c.rgb, c.a);
 }
@@ -57,7 +54,7 @@ vec3 source(vec2 uv) {
 vec3 streaks(float angle, float d, float sectors, float seed, float time) {
     float s = angle / 6.2832 * sectors, n = floor(s), h = hash(n, seed, 1.0);
     if (h > clamp(uStars, 0.0, 1.0)) return vec3(0.0);
-    float h2 = hash(n, seed, 2.0), z = fract(time * (0.35 + 0.5 * h2) + hash(n, seed, 3.0));
+    float h2 = fract(h * 97.0), z = fract(time * (0.35 + 0.5 * h2) + fract(h * 1553.0));
     // Perspective: a head at depth z appears at 1 / (1 - z); the tail lags by a share of its way.
     float head = 0.06 / max(1.02 - z, 0.02), tail = head * (0.68 - 0.5 * clamp(uWarp, 0.0, 1.0));
     float along = smoothstep(tail, head, d) * smoothstep(head * 1.02 + 0.002, head, d);
@@ -80,20 +77,26 @@ void main() {
     float ray = hash(floor(angle / 6.2832 * 240.0), 7.0, 7.0);
     pull *= 0.7 + 0.5 * ray;
     float jitter = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy), vec2(0.06711056, 0.00583715))));
-    vec2 bent = p * (0.96 - 0.16 * warp * smoothstep(0.1, 0.9, d));
-    vec3 sum = vec3(0.0);
-    float weight = 0.0;
-    for (int i = 0; i < kTaps; ++i) {
+    vec2 at = p * (0.96 - 0.16 * warp * smoothstep(0.1, 0.9, d)) / vec2(aspect, 1.0);
+    vec2 middle = centre / vec2(aspect, 1.0) + 0.5;
+    vec4 sum = vec4(0.0);
+    // The card takes the place of a missing picture, in a loop of its own: a rasterizer in software would work
+    // out both sides of a branch.
+    int taps = bound() ? kTaps : 0;
+    for (int i = 0; i < taps; ++i) {
         float f = (float(i) + jitter) / float(kTaps), w = 1.15 - f;
-        sum += w * source(mirror((bent * (1.0 - 0.6 * pull * f) + centre) / vec2(aspect, 1.0) + 0.5));
-        weight += w;
+        sum += w * vec4(picture(at * (1.0 - 0.6 * pull * f) + middle), 1.0);
     }
-    vec3 colour = sum / weight;
+    // The card is smooth along the rays and needs only every third look.
+    for (int i = taps; i < kTaps; i += 3) {
+        float f = (float(i) + 3.0 * jitter) / float(kTaps + 2), w = 1.15 - f;
+        sum += w * vec4(card(at * (1.0 - 0.6 * pull * f) + middle), 1.0);
+    }
+    vec3 colour = sum.rgb / sum.a;
     // Light ahead is blue, light that falls behind is red.
     colour *= mix(vec3(0.72, 1.0, 1.35), vec3(1.15, 0.86, 0.74), smoothstep(0.05, 0.8, d));
     colour *= 1.0 - 0.45 * smoothstep(0.25, 0.95, d);
-    vec3 light = streaks(angle, d, 90.0, 1.0, time) + streaks(angle, d, 150.0, 2.0, time * 0.8);
-    light += 0.6 * streaks(angle, d, 240.0, 3.0, time * 0.6);
+    vec3 light = streaks(angle, d, 110.0, 1.0, time) + 0.8 * streaks(angle, d, 200.0, 2.0, time * 0.7);
     colour += light + mix(kSteel, kBone, 0.4) * 0.9 * warp * surge * exp(-d * 9.0);
     fragColor = vec4(min(colour, 1.0), uAlpha);
 }

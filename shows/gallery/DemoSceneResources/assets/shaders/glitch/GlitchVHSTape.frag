@@ -87,12 +87,10 @@ void main() {
     float here = dot(c0, kLuma), soft = dot(c1 + c2, kLuma) * 0.5;
     // Sharpened again by the recorder, which leaves a bright rim after dark edges.
     float light = mix(here, soft, 0.5) + 0.5 * (here - dot(c1, kLuma));
-    vec3 chroma = vec3(0.0);
+    vec3 late = 0.25 * c1;
     float reach = (0.012 + 0.05 * bleed) / aspect;
-    for (int i = 0; i < 5; ++i) {
-        vec3 c = source(uv - vec2(reach * (float(i) * 0.25 + 0.1), 0.004));
-        chroma += (c - dot(c, kLuma)) * 0.2;
-    }
+    for (int i = 0; i < 3; ++i) late += 0.25 * source(uv - vec2(reach * (float(i) * 0.4 + 0.2), 0.004));
+    vec3 chroma = late - dot(late, kLuma);
     float tint = 1.25 + 0.2 * sin(vUV.y * 5.0 + iTime * 0.9);
     vec3 colour = light * 0.88 + 0.055 + chroma * tint;
     colour += vec3(0.018, -0.006, 0.02);

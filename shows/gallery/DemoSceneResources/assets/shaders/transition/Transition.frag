@@ -31,10 +31,10 @@ uniform int bands = 8;                // stripes, or folds of each curtain, 1..1
 uniform float rotationDeg = 0.0;      // counter-clockwise turn of the style's axis
 uniform float blockSizePx = 48.0;     // output pixels, 1..half the shorter side
 uniform float noiseScale = 3.0;       // features a frame height (dissolve: grains, times 120), 0.1..40
-uniform float noiseSpeed = 1.0;       // frame heights of drift over the transition, relative, -10..10
+uniform float noiseSpeed = 1.0;       // drift over the transition in features (glitch: in 24 ticks), -10..10
 uniform float noiseThreshold = 0.5;   // share still outgoing at half-way, 0.05..0.95
 uniform float waveAmplitude = 0.1;    // sideways swing in frame heights, -1..1
-uniform float dotFrequency = 200.0;   // radians a frame height: 200 gives 32 dots, 6.3..3 pixels a dot
+uniform float dotFrequency = 200.0;   // radians a frame height: 200 gives 32 dots; 6.3..2 a pixel
 uniform float dotPower = 10.0;        // 0 grows all dots at once, more makes a steeper front, 0..200
 uniform vec2 screenSize;              // output pixels
 
@@ -45,6 +45,11 @@ const vec3 kHot = vec3(1.0, 0.72, 0.38);
 // Not a number gives the lower bound.
 float bounded(float x, float low, float high) {
     return x > low ? min(x, high) : low;
+}
+
+// 1 up to `low`, 0 from `high` on.
+float falling(float low, float high, float v) {
+    return 1.0 - smoothstep(low, high, v);
 }
 
 // 0 at both ends of the progress, 1 between; decorations are multiplied by it.
@@ -119,9 +124,9 @@ float noise(vec2 at) {
     return mix(column.x, column.y, f.x);
 }
 
-float fractal(vec2 at, int octaves) {
+float fractal(vec2 at, int count) {
     float sum = 0.0, weight = 0.5;
-    for (int i = 0; i < octaves; ++i) {
+    for (int i = 0; i < count; ++i) {
         sum += weight * noise(at);
         weight *= 0.5;
         at = mat2(1.6, 1.2, -1.2, 1.6) * at + 7.3;
@@ -148,8 +153,8 @@ float slidingBands() {
     float bar = floor(place);
     float way = mod(bar, 2.0) < 0.5 ? width : -width;
 
-    float lag = 0.5 * bar / max(count - 1.0, 1.0);
-    float q = clamp((p - lag) / 0.5, 0.0, 1.0);
+    float lag = count > 1.0 ? 0.5 : 0.0; // of the last bar
+    float q = clamp((p - lag * bar / max(count - 1.0, 1.0)) / (1.0 - lag), 0.0, 1.0);
     q *= q * (3.0 - 2.0 * q);
     float key = x / way + 0.5, wide = max(soft, pixel / width), moving = between(q);
     moveB = right * way * (1.0 - q);
@@ -203,15 +208,17 @@ float smoke() {
         n = i == 0 ? vec3(value, n.yz) : i == 1 ? vec3(n.x, value, n.z) : vec3(n.xy, value);
     }
     vec2 swirl = n.xy - 0.5;
-    float wide = 0.3 + 0.7 * soft, key = smoothstep(0.17, 0.83, n.z + 0.25 * y / height);
+    float wide = 0.3 + 0.7 * soft, key = smoothstep(0.2, 0.86, n.z + 0.25 * pos.y);
     float w = reveal(key, share, wide);
     moveA = -0.35 * swirl * w;
     moveB = 0.35 * swirl * (1.0 - w);
 
+    // Lit from the upper left; thin smoke in front of the outgoing picture, thick where it turns.
     float gap = (key - share * (1.0 + wide) + 0.5 * wide) / wide;
-    float lit = smoothstep(0.2, 0.8, 0.5 + 2.4 * (n.z - 0.5) - 1.4 * swirl.y - 0.25 * gap);
-    veil.rgb = mix(vec3(0.07, 0.075, 0.09), vec3(0.66, 0.65, 0.64), lit);
-    veil.a = 0.92 * exp2(-3.5 * gap * gap) * middle;
+    vec2 slope = vec2(dFdx(n.z), dFdy(n.z)) * size.y / frequency;
+    float lit = smoothstep(-0.1, 1.1, 0.45 + 0.3 * (slope.x - slope.y) + 1.6 * (n.z - 0.5) - 0.9 * swirl.y);
+    veil.rgb = mix(vec3(0.1, 0.105, 0.12), vec3(0.74, 0.73, 0.72), lit);
+    veil.a = 0.95 * exp2(-4.0 * gap * gap) * middle;
     return w;
 }
 
@@ -267,7 +274,7 @@ float glitch() {
     key = clamp(key + (hash(cell + tick) - 0.5) * 0.3 * unrest, 0.0, 1.0);
     float wide = max(soft, 0.004);
 
-    float hit = smoothstep(0.16, 0.0, abs(share * (1.0 + wide) - key)) * unrest;
+    float hit = falling(0.0, 0.16, abs(share * (1.0 + wide) - key)) * unrest;
     moveA = moveB = vec2(tear * aspect.x + (hash(cell - tick) - 0.5) * 0.2 * hit, 0.0);
     spread = vec2((0.004 + 0.03 * hit) * unrest, 0.0);
     float line = mod(floor(vUV.y * size.y / max(floor(size.y / 240.0), 1.0)), 2.0);
@@ -312,14 +319,14 @@ float burning() {
 
     // From the sound paper inwards: browned, charred, glowing, gone.
     float flicker = noise(q * 5.0 + vec2(0.0, 30.0 * p));
-    float black = smoothstep(0.1, 0.02, gap);
-    tone = vec4(0.62, 0.34, 0.16, 0.85 * smoothstep(ahead, 0.04, gap));
+    float black = falling(0.02, 0.1, gap);
+    tone = vec4(0.62, 0.34, 0.16, 0.85 * falling(0.04, ahead, gap));
     shadeA = 1.0 - 0.94 * black;
-    liftA = kEmber * smoothstep(0.62, 0.9, flicker) * black * smoothstep(0.12, 0.03, gap) * 0.9;
+    liftA = kEmber * smoothstep(0.62, 0.9, flicker) * black * falling(0.03, 0.12, gap) * 0.9;
     float heat = exp2(-1.44 * abs(gap) / line);
-    float live = smoothstep(ahead, 0.6 * ahead, gap) * smoothstep(-3.0 * line, -2.0 * line, gap);
+    float live = falling(0.6 * ahead, ahead, gap) * smoothstep(-3.0 * line, -2.0 * line, gap);
     glow = live * (kEmber * heat * (0.7 + 0.6 * flicker) + kHot * heat * heat * heat * heat * 1.1);
-    return smoothstep(0.0, -max(0.3 * line, 2.0 * pixel), gap);
+    return falling(-max(0.3 * line, 2.0 * pixel), 0.0, gap);
 }
 
 // Blocks coarsen in steps to their full size, change over one by one, and become fine again.
@@ -337,7 +344,7 @@ float pixellated() {
 
 // A clock hand from twelve, clockwise.
 float radialWipe() {
-    float key = fract(atan(x, y) / (2.0 * kPi) + 1.0);
+    float key = fract(atan(x, length(pos) > 0.0 ? y : 1.0) / (2.0 * kPi) + 1.0);
     float around = 2.0 * kPi * max(length(pos), pixel);
     float wide = min(max(soft, pixel / around), 1.0);
     shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * around, middle);
@@ -350,7 +357,7 @@ float radialWipe() {
 float dots() {
     float cells = bounded(dotFrequency, 2.0 * kPi, max(2.0 * size.y, 7.0)) / (2.0 * kPi);
     vec2 q = vec2(x + y, y - x) * 0.70710678 * cells;
-    vec2 centre = floor(q) + 0.5;
+    vec2 centre = floor(q + 0.5);
     float key = min(length(centre) / cells / length(0.5 * aspect), 1.0);
     float front = 4.0 / (4.0 + bounded(dotPower, 0.0, 200.0));
     float grown = clamp((p - key * (1.0 - front)) / front, 0.0, 1.0);
@@ -360,7 +367,7 @@ float dots() {
     return smoothstep(-edge, edge, radius - length(q - centre));
 }
 
-float weight() {
+float incomingWeight() {
     switch (style) {
     case 1: return wipe(0.5 - y / height, height);
     case 2: return slidingBands();
@@ -394,7 +401,7 @@ vec4 fetch(sampler2D picture, vec2 move) {
 }
 
 void main() {
-    float w = weight();
+    float w = incomingWeight();
     vec4 a = fetch(texA, moveA), b = fetch(texB, moveB);
     float grey = dot(a.rgb, vec3(0.3, 0.6, 0.1));
     a.rgb = mix(a.rgb, tone.rgb * (0.15 + grey), tone.a) * shadeA + liftA;

@@ -1,0 +1,109 @@
+"""What the gallery shows: one line a thing, and the pictures that the things are tried on.
+
+A thing's name is what a show writes in its description. `make_gallery.py` turns the table into
+shows/gallery/config.json and docs/gallery.md, `make_show_images.py` draws the captions from it.
+"""
+
+# The pictures beneath, as effects: two dark ones, a bright one, and a poster.
+MOLTEN = {"type": "plasma", "params": {"contours": 9.0}}
+SHAFT = {"type": "tunnel", "params": {"speed": 3.0}}
+PLATE = {"type": "plate", "params": {"texture": "@weave"}}
+POSTER = {"type": "image", "params": {"image": "@poster", "fit": "cover"}}
+
+
+def glitched(style, **params):
+    return {"type": "glitch", "params": {"style": style, **params}}
+
+
+# name, outgoing and incoming picture, parameters, what one sees
+TRANSITIONS = [
+    ("fade", MOLTEN, PLATE, {"startDelay": 0.1}, "One picture through the other."),
+    ("wipe", PLATE, SHAFT, {"softness": 0.3, "rotation": 30}, "An edge from the top; \"rotation\" turns it."),
+    ("vertical", MOLTEN, PLATE, {"softness": 0.01}, "Another name of \"wipe\"."),
+    ("bands", PLATE, SHAFT, {"bands": 9, "softness": 0.01, "rotation": 0}, "Bars slide in from both sides in turn."),
+    ("curtains", MOLTEN, PLATE, {"bands": 6, "softness": 0.01}, "The picture is gathered up and drawn aside."),
+    ("horizontal", PLATE, MOLTEN, {"softness": 0.02, "rotation": -12}, "An edge from the left."),
+    ("dissolve", SHAFT, PLATE, {"noiseScale": 1.2, "noiseThreshold": 0.5, "softness": 0.1}, "Fine grain, speck by speck."),
+    ("noise_smoke", PLATE, MOLTEN, {"noiseScale": 2.4, "noiseSpeed": 1.5, "noiseThreshold": 0.5, "softness": 0.1},
+     "Smoke billows up, hides the change and clears."),
+    ("noise_organic", MOLTEN, PLATE, {"noiseScale": 3.0, "noiseSpeed": 1.5, "noiseThreshold": 0.5, "softness": 0.02},
+     "Cells open, swell and flow together."),
+    ("noise_glitch", PLATE, SHAFT, {"blockSize": 72, "noiseScale": 4.0, "noiseSpeed": 1.5, "noiseThreshold": 0.5},
+     "Blocks drop out in bursts, rows tear, colours part."),
+    ("wavy", MOLTEN, PLATE, {"waveAmplitude": 0.14, "softness": 0.1}, "Both pictures swing as on water."),
+    ("crosswarp", PLATE, SHAFT, {"rotation": 0}, "Drawn into a line and out of it along a passing front."),
+    ("burning", PLATE, MOLTEN, {"noiseScale": 2.6, "noiseSpeed": 1.0, "noiseThreshold": 0.5, "softness": 0.15},
+     "Paper that catches at its lower edge."),
+    ("pixellated", SHAFT, PLATE, {"blockSize": 48, "softness": 0.02}, "Blocks coarsen, change over and become fine again."),
+    ("radialwipe", PLATE, MOLTEN, {"softness": 0.01, "rotation": 0}, "A clock hand from twelve."),
+    ("dots", MOLTEN, PLATE, {"dotFrequency": 130, "dotPower": 6, "rotation": 0}, "A halftone screen whose dots swell from the centre."),
+]
+
+# name, type, parameters, what one sees
+COMPOSITES = [
+    ("blend", "blend",
+     {"mixMode": "dots", "dotFrequency": 70, "dotPower": 1, "softness": 0.1, "startTime": 0.4, "blendDuration": 1.2,
+      "source": SHAFT, "target": MOLTEN},
+     "\"source\" turns into \"target\" by a transition of any style."),
+    ("timeline_blend", "timeline_blend",
+     {"mixMode": "radialwipe", "loop": True, "steps": [
+         {"start": 0.0, "duration": 0.8, "effect": MOLTEN},
+         {"start": 0.4, "duration": 1.2, "effect": PLATE},
+         {"start": 1.2, "duration": 0.8, "effect": SHAFT}]},
+     "Steps one after the other, mixed where they overlap."),
+    ("chain", "chain", {"source": SHAFT, "postProcess": glitched("crttube", curve=0.8)},
+     "\"postProcess\" gets the source's picture on channel 0."),
+    ("dynamicsplit vertical", "dynamicsplit",
+     {"mode": "vertical", "position": 0.5, "amplitude": 0.2, "speed": 3.14, "feather": 0.01, "a": MOLTEN, "b": PLATE},
+     "Two pictures side by side; the edge swings."),
+    ("dynamicsplit horizontal", "dynamicsplit",
+     {"mode": "horizontal", "position": 0.5, "amplitude": 0.2, "speed": 3.14, "feather": 0.2, "a": SHAFT, "b": PLATE},
+     "One above the other, here with a soft edge."),
+    ("dynamicsplit diagonal", "dynamicsplit",
+     {"mode": "diagonal", "angle": 30, "amplitude": 0.12, "speed": 3.14, "feather": 0.01, "invert": True,
+      "a": MOLTEN, "b": PLATE},
+     "At an angle; \"invert\" swaps the sides."),
+    ("dynamicsplit wave", "dynamicsplit",
+     {"mode": "wave", "waveFrequency": 2.0, "amplitude": 0.25, "speed": 6.28, "feather": 0.02, "a": SHAFT, "b": PLATE},
+     "The edge waves."),
+    ("pip", "pip",
+     {"corner": "topRight", "pipScale": 0.36, "pipMargin": 48, "pipDelay": 0.3, "pipFadeIn": 0.4, "main": MOLTEN, "pip": PLATE},
+     "An effect as an inset."),
+    ("piptexture", "piptexture",
+     {"corner": "bottomRight", "pipScale": 0.36, "pipMargin": 48, "pipAlpha": 0.95, "image": "@poster", "main": SHAFT},
+     "A picture as an inset."),
+]
+
+# style, parameters
+GLITCHES = [
+    ("generic", {"amount": 0.7}),
+    ("vhstape", {"tracking": 0.7}),
+    ("rain", {"rows": 36}),
+    ("pattern", {"tiles": 2, "segments": 8}),
+    ("rainingblood", {"density": 9}),
+    ("glitchboi", {"lines": 120}),
+    ("sinewave", {"amplitude": 0.06}),
+    ("rgbsplit", {"shift": 0.03}),
+    ("gridvid", {"columns": 4, "drift": 0.5}),
+    ("moving", {"slabs": 7, "slide": 0.3}),
+    ("signal", {"ghost": 0.7}),
+    ("blurmist", {"radius": 0.05, "mist": 0.6}),
+    ("sw", {"warp": 0.5}),
+    ("hardcode", {"code": 0.35}),
+    ("brokentv", {"snow": 0.35}),
+    ("liquiddos", {"rows": 40, "flow": 0.4}),
+    ("memleak", {"period": 2.0, "level": 0.9}),
+    ("crttube", {"curve": 0.6}),
+    ("pixel", {"cells": 9, "detail": 0.7}),
+    ("chromaticaberration", {"spread": 0.1}),
+    ("retrobn", {"wear": 0.8}),
+]
+
+
+# Seconds into a thing at which its still is taken, where the middle says less.
+MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9}
+
+
+def captions():
+    """The names in the order of the rows of the captions' picture."""
+    return [thing[0] for thing in TRANSITIONS + COMPOSITES + GLITCHES]

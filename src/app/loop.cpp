@@ -1,7 +1,6 @@
 #include "app/loop.h"
 
 #include "app/steering.h"
-#include "effects/shader_effect.h"
 #include "platform/shell_state.h"
 
 #include <algorithm>
@@ -65,7 +64,5 @@ void finishFrame(Player& player) {
 }
 
 void clearFeedback(Timeline& timeline) {
-    for (RuntimeEntry& entry : timeline.entries) {
-        if (entry.effect.hasBuffer) clearBufferTargets(entry.effect);
-    }
+    for (RuntimeEntry& entry : timeline.entries) clearFeedback(entry.effect);
 }

@@ -1,6 +1,7 @@
 #include "app/options.h"
 
 #include "foundation/text.h"
+#include "platform/image.h"
 
 #include <algorithm>
 #include <charconv>
@@ -35,6 +36,7 @@ bool parseSize(std::string_view text, Options& options) {
         if (parts[i].find('.') != std::string_view::npos || !parseDecimal(parts[i], sides[i])) return false;
         if (sides[i] < 1 || sides[i] > kMaxSide) return false;
     }
+    if (sides[0] * sides[1] > static_cast<double>(kMaxImagePixels)) return false;
     options.width = static_cast<int>(sides[0]);
     options.height = static_cast<int>(sides[1]);
     return true;

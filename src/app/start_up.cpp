@@ -99,11 +99,12 @@ void play(Player& player) {
 // Closes the pictures; false when some are missing.
 bool closeOffline(Player& player) {
     const bool interrupted = isOffline(player) && shellState().exitReason == "WM_QUIT";
+    const bool recorded = closeRecorder(player.recorder);
     if (interrupted) {
         printError("Interrupted: %s has %lld of %lld frames\n", player.options.output.c_str(),
                    player.recorder.written, player.recorder.expected);
     }
-    return closeRecorder(player.recorder) && !interrupted;
+    return recorded && !interrupted;
 }
 
 void shutDown(Player& player) {

@@ -67,9 +67,7 @@ void drawFrame(Player& player, const VisualRange& range, float delta) {
 // Loads the timeline and announces it.
 VisualRange prepareTimeline(Player& player) {
     loadPlayerTimeline(player);
-    if (initTransitionRenderer(player.stage.renderer, player.config.baseDir)) {
-        warmUpProgram(player.stage.renderer.program, DrawState::opaque, DrawTarget::screen);
-    }
+    initTransitionStage(player.stage, player.config.baseDir, shellState().clientWidth, shellState().clientHeight);
     const VisualRange range = visualRange(player.config);
     logLine("[TIMELINE] Visual range %.3fs -> %.3fs (duration=%.3fs)\n", static_cast<double>(range.start),
             static_cast<double>(range.end), static_cast<double>(range.duration));

@@ -99,13 +99,13 @@ bool createShaderEffect(const TimelineEntry& entry, EffectKind kind, Effect& eff
     if (!readSources(entry, kind, sources)) return false;
     const std::string settings = programSettings(entry);
     effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
-    if (!effect.mainProgram) return false;
-    if (kind == EffectKind::image) effect.fit = readFitMode(entry.params);
+    if (effect.type == "image") effect.fit = readFitMode(entry.params);
     effect.isDreamEntity = effect.type == "dreamentity";
 
     effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
     effect.hasBuffer = effect.bufferProgram != 0;
     loadChannels(entry, effect);
+    if (!effect.mainProgram) return false; // not before all that is wrong with the entry has been said
     writeParamUniforms(effect.mainProgram, entry.params);
     if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
     return true;
@@ -135,7 +135,6 @@ Effect createEffect(const TimelineEntry& entry) {
     effect.timeScale = entry.timeScale;
     effect.duration = entry.duration;
     effect.blendMode = entry.blendMode == "additive" ? BlendMode::additive : BlendMode::alpha;
-    effect.params = entry.params;
 
     const EffectKind kind = kindOf(entry, effect.type);
     if (createKind(entry, kind, effect)) {

@@ -88,6 +88,7 @@ TEST_F(CompositeTest, FailuresAreSaidAndLeaveNothingBehind) {
         {composite("PIP", "\"main\": " + red + ", \"pip\": " + none), true, noFrag + "    [WARN] PiP child failed: type=nowhere\n"},
         {composite("piptexture", "\"main\": " + red + ", \"image\": \"gone.png\""), true, "    [WARN] PiPTexture image not found: " + show.path("gone.png") + "\n"},
     };
+    bindBlackTextures(); // the texture cache's own
     const int before = countObjects();
     for (const Case& c : cases) {
         SCOPED_TRACE(c.json);

@@ -71,6 +71,7 @@ class NativeLog(PlayerTest):
     [WARN] Vert not found: (none) (using default)
     [ERROR] Frag not found: (none)
   [SKIP] (none) (shader failed)
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 1.000s (duration=1.000s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 [PLAY] t=0.000s scene=intro sceneIn=0.000s sceneOut=0.500s base=Sky type=plain entryIn=0.000s entryOut=0.500s overlays=2
@@ -102,6 +103,7 @@ class NativeLog(PlayerTest):
   [OK] image
   [LOAD] t=0.000s dur=0.100s scene=(none) type=textured
   [OK] textured
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 0.100s (duration=0.100s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 [PLAY] t=0.000s scene=(none) base=(none) overlays=3
@@ -141,6 +143,7 @@ class NativeLog(PlayerTest):
 [GL] ...
 [GL] ...
 """ + load + """\
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 0.300s (duration=0.300s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 """ + play + load + play + load + play.splitlines(keepends=True)[0] + """\

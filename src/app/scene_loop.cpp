@@ -46,7 +46,7 @@ void seekInScene(Player& player, const ScenePosition& position) {
 // the frame's time falls: frames are a fixed step apart.
 bool advanceScene(Player& player, int& index) {
     const float duration = sceneDuration(player.config, index);
-    if (duration <= 0.0f || showTime(player) < duration) return true;
+    if (duration <= 0.0f || !hasReached(player, player.clock.showTime, static_cast<double>(duration))) return true;
     const double rest = isOffline(player) ? std::max(0.0, player.clock.showTime - static_cast<double>(duration)) : 0.0;
     player.passesTime += static_cast<double>(duration);
     if (++index == static_cast<int>(player.config.scenes.size())) {

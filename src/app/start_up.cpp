@@ -70,7 +70,7 @@ long long expectedFrames(const Player& player) {
     const double firstStart = player.config.nativeRuntime ? static_cast<double>(visualRange(player.config).start) : 0.0;
     const double start = std::max(player.options.start.value_or(firstStart), firstStart);
     constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
-    constexpr double kRounding = 1e-4; // frames; times pass through floats
+    constexpr double kRounding = 1e-3; // frames; times pass through floats
     const double frames = std::ceil((end - start) * player.options.fps - kRounding);
     return frames < kMostFrames ? std::max(1LL, static_cast<long long>(frames)) : 0;
 }

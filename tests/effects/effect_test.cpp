@@ -94,8 +94,8 @@ TEST_F(EffectTest, ImagesStandUprightAndFit) {
     EXPECT_PIXEL(pixel(kWidth / 2, 1), Pixel{255, 255, 255, 255});
     releaseEffect(effect);
 
-    // An entry without a type stands for its image.
-    EXPECT_PIXEL(drawOnce(R"({"params": {"image": "square.png", "fit": "contain"}})"), Pixel{0, 0, 0, 0});
+    // An entry without a type stands for its image, stretched whatever it asks for.
+    EXPECT_PIXEL(drawOnce(R"({"params": {"image": "square.png", "fit": "contain"}})"), Pixel{255, 255, 255, 255});
 
     struct Case {
         FitMode mode;

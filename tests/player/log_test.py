@@ -179,7 +179,7 @@ class LegacyLog(PlayerTest):
   [LOAD] clock vert={folder}/assets/shaders/clock/clock.vert frag={folder}/assets/shaders/clock/clock.frag
   [OK] clock
   [SKIP] neon_text (CPU-only, not supported)
-[SCENE 2/2] "" (2 entries, duration=0.2s)
+[SCENE 2/2] "(none)" (2 entries, duration=0.2s)
   [LOAD] broken vert={folder}/assets/shaders/broken/broken.vert frag={folder}/assets/shaders/broken/broken.frag
 [SHADER ERROR] broken:
 ...
@@ -193,7 +193,7 @@ class LegacyLog(PlayerTest):
         looped = self.run_player("--headless", "--length", 0.55, self.write_show({**config, "globals": {}}))
         self.assertEqual(re.findall(r"\[(?:SCENE|EXIT).*", looped.log),
                          ['[SCENE 1/2] "first" (2 entries, duration=0.3s)',
-                          '[SCENE 2/2] "" (2 entries, duration=0.2s)',
+                          '[SCENE 2/2] "(none)" (2 entries, duration=0.2s)',
                           '[SCENE 1/2] "first" (2 entries, duration=0.3s)', "[EXIT] main loop finished"])
 
 

@@ -62,7 +62,7 @@ void setStopTime(Player& player) {
     player.stopTime = std::min(player.stopTime, start + *options.length);
 }
 
-// Frames that offline rendering will write; 0 when nothing ends it.
+// Frames that offline rendering will write; 0 when nothing ends it, negative when it would write none.
 long long expectedFrames(const Player& player) {
     if (!player.options.stills.empty()) return static_cast<long long>(player.options.stills.size());
     const double ownEnd = showEnd(player.config);
@@ -72,7 +72,8 @@ long long expectedFrames(const Player& player) {
     constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
     constexpr double kRounding = 1e-3; // frames; times pass through floats
     const double frames = std::ceil((end - start) * player.options.fps - kRounding);
-    return frames < kMostFrames ? std::max(1LL, static_cast<long long>(frames)) : 0;
+    if (frames <= 0.0) return -1;
+    return frames < kMostFrames ? static_cast<long long>(frames) : 0;
 }
 
 bool openOffline(Player& player) {
@@ -80,6 +81,10 @@ bool openOffline(Player& player) {
     const long long frames = expectedFrames(player);
     if (frames == 0) {
         printError("%s has no end; give --end or --length to render it\n", player.options.configPath.c_str());
+        return false;
+    }
+    if (frames < 0) {
+        printError("%s has no picture between the start and the end that were given\n", player.options.configPath.c_str());
         return false;
     }
     const ShellState& shell = shellState();

@@ -12,6 +12,7 @@
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "gpu/textures.h"
+#include "platform/files.h"
 
 namespace {
 
@@ -75,8 +76,11 @@ GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertex
     return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
 }
 
+// A picture that is not there is no fault; a directory in its place is one, and is said like a broken picture.
 void loadChannel(ChannelBinding& channel, const std::string& path) {
-    if (path.empty() || !fileExists(path)) return;
+    if (path.empty()) return;
+    const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
+    if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
     const TextureInfo info = loadTexture(path);
     channel = {info.texture, info.width, info.height, path};
 }

@@ -96,6 +96,10 @@ bool readFlag(const std::string& name, Options& options) {
         options.version = true;
     } else if (name == "--headless") {
         options.headless = true;
+    } else if (name == "--audio") {
+        options.audio = true;
+    } else if (name == "--no-audio") {
+        options.audio = false;
     } else if (name == "--fullscreen" || name == "--fs") {
         options.fullscreen = true;
     } else if (name == "--windowed") {
@@ -170,7 +174,8 @@ const char* const kUsage =
     "  --fullscreen, --fs   full screen, whatever the show says\n"
     "  --windowed           in a window, whatever the show says\n"
     "  --size WxH           size of the picture in pixels\n"
-    "  --headless           play without a window or display\n"
+    "  --headless           play without a window or display, and without music\n"
+    "  --audio, --no-audio  play the show's music, or do not, with or without a window\n"
     "  --start S            begin at S seconds; all times may be written [hh:]mm:ss\n"
     "  --end S              stop before the frame that reaches S\n"
     "  --length S           stop S seconds after the start\n"

@@ -18,6 +18,7 @@ struct Options {
     bool help = false;
     bool version = false;
     bool headless = false;
+    std::optional<bool> audio; // unset: music, except without a window
     std::optional<bool> fullscreen; // unset: as the show says
     int width = 0;                  // pixels; 0: as the show says
     int height = 0;

@@ -73,6 +73,7 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
+    if (player.audio.ready) playFrom(player.audio, start.before + start.time);
     loadPlayerScene(player, index);
     player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
     if (player.options.start) seekInScene(player, start);

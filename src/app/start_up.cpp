@@ -48,6 +48,20 @@ bool openSurface(Player& player) {
     return false;
 }
 
+bool wantsMusic(const Options& options) {
+    return options.output.empty() && options.audio.value_or(!options.headless);
+}
+
+void openMusic(Player& player) {
+    const RuntimeConfig& config = player.config;
+    if (!wantsMusic(player.options) || config.audioPath.empty()) return;
+    if (!isRegularFile(config.audioPath)) {
+        logLine("[AUDIO] File not found: %s\n", config.audioPath.c_str());
+        return;
+    }
+    openAudio(player.audio, config.audioPath, config.volume, config.startOffset);
+}
+
 // Where the run stops, whatever the show says: the earlier of the end and the start plus the length.
 void setStopTime(Player& player) {
     const Options& options = player.options;
@@ -114,6 +128,7 @@ bool closeOffline(Player& player) {
 
 void shutDown(Player& player) {
     releaseTransitionStage(player.stage);
+    closeAudio(player.audio);
     recordExitReason("main loop finished");
     logLine("[EXIT] %s\n", shellState().exitReason.c_str());
     releaseTimeline(player.timeline);
@@ -145,6 +160,7 @@ int runPlayer(const Options& options) {
     logLine("[GL] %s\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
     logLine("[GL] OpenGL %s\n", reinterpret_cast<const char*>(glGetString(GL_VERSION)));
     createQuad();
+    openMusic(player);
 
     setStopTime(player);
     const bool ready = openOffline(player);

@@ -62,18 +62,20 @@ void openMusic(Player& player) {
     openAudio(player.audio, config.audioPath, config.volume, config.startOffset);
 }
 
+// Show time of the first frame: the option's, kept inside the show, else the show's own.
+double firstTime(const Player& player) {
+    const double start = player.options.start.value_or(0.0);
+    if (!player.config.nativeRuntime) return start;
+    const VisualRange range = visualRange(player.config);
+    const bool given = player.options.start.has_value();
+    return static_cast<double>(given ? clampToRange(range, static_cast<float>(start)) : range.start);
+}
+
 // Where the run stops, whatever the show says: the earlier of the end and the start plus the length.
 void setStopTime(Player& player) {
     const Options& options = player.options;
     if (options.end) player.stopTime = *options.end;
-    if (!options.length) return;
-    const VisualRange range = visualRange(player.config);
-    double start = options.start.value_or(0.0);
-    if (player.config.nativeRuntime) {
-        start = options.start ? static_cast<double>(clampToRange(range, static_cast<float>(*options.start)))
-                              : static_cast<double>(range.start);
-    }
-    player.stopTime = std::min(player.stopTime, start + *options.length);
+    if (options.length) player.stopTime = std::min(player.stopTime, firstTime(player) + *options.length);
 }
 
 // Frames that offline rendering will write; 0 when nothing ends it, negative when it would write none.
@@ -81,11 +83,9 @@ long long expectedFrames(const Player& player) {
     if (!player.options.stills.empty()) return static_cast<long long>(player.options.stills.size());
     const double ownEnd = showEnd(player.config);
     const double end = ownEnd > 0.0 ? std::min(ownEnd, player.stopTime) : player.stopTime;
-    const double firstStart = player.config.nativeRuntime ? static_cast<double>(visualRange(player.config).start) : 0.0;
-    const double start = std::max(player.options.start.value_or(firstStart), firstStart);
     constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
     constexpr double kRounding = 1e-3; // frames; times pass through floats
-    const double frames = std::ceil((end - start) * player.options.fps - kRounding);
+    const double frames = std::ceil((end - firstTime(player)) * player.options.fps - kRounding);
     if (frames <= 0.0) return -1;
     return frames < kMostFrames ? static_cast<long long>(frames) : 0;
 }

@@ -25,6 +25,7 @@ std::string describe(const Options& o) {
     if (o.help) text += " help";
     if (o.version) text += " version";
     if (o.headless) text += " headless";
+    if (o.audio) text += *o.audio ? " audio" : " silent";
     if (o.fullscreen) text += *o.fullscreen ? " fullscreen" : " windowed";
     if (o.width || o.height) {
         text.append(" ").append(std::to_string(o.width)).append("x").append(std::to_string(o.height));
@@ -48,6 +49,8 @@ TEST(Options, ReadWhatIsGiven) {
         {{"show.json"}, "show.json"},
         {{"--", "--headless"}, "--headless"},
         {{"--headless", "--", "--"}, "-- headless"},
+        {{"--audio", "--headless"}, "config.json headless audio"},
+        {{"--audio", "--no-audio"}, "config.json silent"},
         {{"-"}, "-"}, // a name like any other
         {{"--help", "--version", "--headless", "a b"}, "a b help version headless"},
         {{"--fullscreen"}, "config.json fullscreen"},

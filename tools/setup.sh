@@ -11,7 +11,7 @@ kPlayerPackages=(
 )
 kContactSheetPackages=(imagemagick fonts-dejavu-core)
 # xvfb-run needs xauth, which xvfb only recommends.
-kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3)
+kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
 
 say() {
     printf '==> %s\n' "$*" >&2

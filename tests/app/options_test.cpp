@@ -25,6 +25,7 @@ std::string describe(const Options& o) {
     if (o.help) text += " help";
     if (o.version) text += " version";
     if (o.headless) text += " headless";
+    if (o.audio) text += *o.audio ? " audio" : " silent";
     if (o.fullscreen) text += *o.fullscreen ? " fullscreen" : " windowed";
     if (o.width || o.height) text += ' ' + std::to_string(o.width) + 'x' + std::to_string(o.height);
     if (o.start) append(text, "start", *o.start);
@@ -42,6 +43,8 @@ TEST(Options, ReadWhatIsGiven) {
         {{}, "config.json"},
         {{"--", "--headless"}, "--headless"},
         {{"--headless", "--", "--"}, "-- headless"},
+        {{"--audio", "--headless"}, "config.json headless audio"},
+        {{"--audio", "--no-audio"}, "config.json silent"},
         {{"-"}, "-"}, // a name like any other
         {{"--help", "--version", "a b"}, "a b help version"},
         {{"--fs", "--windowed"}, "config.json windowed"}, // the last one counts

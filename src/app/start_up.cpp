@@ -48,18 +48,20 @@ bool openSurface(Player& player) {
     return false;
 }
 
+// Show time of the first frame, in seconds.
+double firstTime(const Player& player) {
+    const std::optional<double>& start = player.options.start;
+    if (!player.config.nativeRuntime) return start.value_or(0.0);
+    const VisualRange range = visualRange(player.config);
+    return static_cast<double>(start ? clampToRange(range, static_cast<float>(*start)) : range.start);
+}
+
 // Where the run stops, whatever the show says: the earlier of the end and the start plus the length.
 void setStopTime(Player& player) {
     const Options& options = player.options;
     if (options.end) player.stopTime = *options.end;
     if (!options.length) return;
-    const VisualRange range = visualRange(player.config);
-    double start = options.start.value_or(0.0);
-    if (player.config.nativeRuntime) {
-        start = options.start ? static_cast<double>(clampToRange(range, static_cast<float>(*options.start)))
-                              : static_cast<double>(range.start);
-    }
-    player.stopTime = std::min(player.stopTime, start + *options.length);
+    player.stopTime = std::min(player.stopTime, firstTime(player) + *options.length);
 }
 
 // Frames that offline rendering will write; 0 when nothing ends it.
@@ -75,6 +77,29 @@ long long expectedFrames(const Player& player) {
     return frames < kMostFrames ? std::max(1LL, static_cast<long long>(frames)) : 0;
 }
 
+// The show's music from where the rendering begins; none where there is none to be heard.
+VideoMusic videoMusic(const Player& player) {
+    const RuntimeConfig& config = player.config;
+    const std::string& output = player.options.output;
+    const bool wanted = isVideoOutput(output) && !isAnimation(output) && player.options.audio.value_or(true);
+    if (!wanted || config.audioPath.empty()) return {};
+    if (!isRegularFile(config.audioPath)) {
+        logLine("[AUDIO] File not found: %s\n", config.audioPath.c_str());
+        return {};
+    }
+    VideoMusic music;
+    music.path = locateFile(config.audioPath);
+    std::string reason;
+    if (!canDecodeMusic(music.path, reason)) {
+        logLine("[AUDIO] Rendering without music: %s\n", reason.c_str());
+        return {};
+    }
+    const auto finite = [](float value) { return std::isfinite(value) ? static_cast<double>(value) : 0.0; };
+    music.volume = std::clamp(finite(config.volume), 0.0, 1.0);
+    music.position = std::max(0.0, std::max(0.0, finite(config.startOffset)) + firstTime(player));
+    return music;
+}
+
 bool openOffline(Player& player) {
     if (player.options.output.empty()) return true;
     const long long frames = expectedFrames(player);
@@ -82,9 +107,17 @@ bool openOffline(Player& player) {
         printError("%s has no end; give --end or --length to render it\n", player.options.configPath.c_str());
         return false;
     }
-    const ShellState& shell = shellState();
-    return openRecorder(player.recorder, player.options.output, glLookup(player.surface), shell.clientWidth,
-                        shell.clientHeight, frames);
+    const Options& options = player.options;
+    VideoJob job;
+    job.output = options.output;
+    job.width = shellState().clientWidth;
+    job.height = shellState().clientHeight;
+    job.rate = options.rate;
+    // Keys may make the show longer or shorter.
+    job.frames = isVideoOutput(options.output) && !options.keys.empty() ? 0 : frames;
+    job.music = videoMusic(player);
+    job.arguments = options.ffmpegArguments;
+    return openRecorder(player.recorder, job, player.surface);
 }
 
 void play(Player& player) {
@@ -98,12 +131,7 @@ void play(Player& player) {
 
 // Closes the pictures; false when some are missing.
 bool closeOffline(Player& player) {
-    const bool interrupted = isOffline(player) && shellState().exitReason == "WM_QUIT";
-    if (interrupted) {
-        printError("Interrupted: %s has %lld of %lld frames\n", player.options.output.c_str(),
-                   player.recorder.written, player.recorder.expected);
-    }
-    return closeRecorder(player.recorder) && !interrupted;
+    return closeRecorder(player.recorder, shellState().exitReason == "WM_QUIT");
 }
 
 void shutDown(Player& player) {

@@ -5,12 +5,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <numeric>
 #include <string_view>
 
 namespace {
 
 constexpr int kMaxSide = 16384;      // pixels
 constexpr double kMaxFps = 1000.0;   // frames a second
+constexpr double kMaxDivisor = 1e6;  // of a rate; with the most frames a second it still fits an int
 constexpr double kMaxTime = 1000000.0; // seconds
 
 // The rest of the command line, read front to back.
@@ -49,8 +52,23 @@ bool parseOptionalTime(const std::string& text, std::optional<double>& time) {
     return true;
 }
 
-bool parseFps(const std::string& text, double& fps) {
-    return parseDecimal(text, fps) && fps > 0.0 && fps <= kMaxFps;
+// A decimal, or a fraction of whole numbers like 30000/1001.
+bool parseFps(const std::string& text, Options& options) {
+    const size_t slash = text.find('/');
+    double value = 0.0, divisor = 1.0;
+    if (!parseDecimal(text.substr(0, slash), value)) return false;
+    if (slash != std::string::npos && !parseDecimal(text.substr(slash + 1), divisor)) return false;
+    const bool isWhole = slash == std::string::npos || (text.find('.') == std::string::npos && divisor <= kMaxDivisor);
+    if (!isWhole || divisor <= 0.0 || value / divisor <= 0.0 || value / divisor > kMaxFps) return false;
+    options.fps = value / divisor;
+    if (slash == std::string::npos) {
+        value = std::max(1.0, std::round(value * kMaxDivisor));
+        divisor = kMaxDivisor;
+    }
+    const int numerator = static_cast<int>(value), denominator = static_cast<int>(divisor);
+    const int common = std::gcd(numerator, denominator);
+    options.rate = {numerator / common, denominator / common};
+    return true;
 }
 
 bool parseStills(const std::string& text, std::vector<double>& stills) {
@@ -112,7 +130,7 @@ bool readFlag(const std::string& name, Options& options) {
 
 bool takesValue(const std::string& name) {
     constexpr const char* kNames[] = {"--size", "--start", "--end", "--length", "--fps",
-                                      "--o",    "-o",      "--still", "--press"};
+                                      "--o",    "-o",      "--still", "--press", "--ffmpeg-args"};
     return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* known) { return name == known; });
 }
 
@@ -121,8 +139,9 @@ bool readValue(const std::string& name, const std::string& value, Options& optio
     if (name == "--start") return parseOptionalTime(value, options.start);
     if (name == "--end") return parseOptionalTime(value, options.end);
     if (name == "--length") return parseOptionalTime(value, options.length);
-    if (name == "--fps") return parseFps(value, options.fps);
+    if (name == "--fps") return parseFps(value, options);
     if (name == "--still") return parseStills(value, options.stills);
+    if (name == "--ffmpeg-args") return splitArguments(value, options.ffmpegArguments);
     if (name == "--press") return parseKey(value, options.keys);
     options.output = value;
     return !value.empty();
@@ -151,14 +170,17 @@ bool readOption(const std::string& argument, Arguments& rest, Options& options, 
 }
 
 bool checkOutput(const Options& options, std::string& error) {
+    const bool isVideo = isVideoOutput(options.output);
+    const bool isPicture = endsWith(toLower(options.output), ".png");
     if (options.output.empty()) {
         if (!options.stills.empty()) error = "option --still needs -o FILE for its pictures";
-        return error.empty();
+    } else if (!isPicture && !isVideo && !isRawOutput(options.output)) {
+        error = "output '" + options.output + "' has no known ending; use .mp4, .mkv, .webm, .mov, .gif, .png with a %d "
+                "pattern, .rgba, or -";
+    } else if (isVideo && !options.stills.empty()) {
+        error = "option --still makes pictures, no video like '" + options.output + "'";
     }
-    const bool isPicture = endsWith(toLower(options.output), ".png");
-    if (!isPicture && !isRawOutput(options.output)) {
-        error = "output '" + options.output + "' has no known ending; use .png with a %d pattern, .rgba, or -";
-    }
+    if (error.empty() && !isVideo && !options.ffmpegArguments.empty()) error = "option --ffmpeg-args needs a video as -o FILE";
     return error.empty();
 }
 
@@ -182,9 +204,11 @@ const char* const kUsage =
     "  --press T:KEY        press Left, Right, Up, Down or Escape T seconds into the run (repeatable)\n"
     "\n"
     "Rendering, frame by frame, without a display:\n"
-    "  -o FILE, --o=FILE    one pass of the show: a picture sequence (frame-%04d.png), raw RGBA\n"
-    "                       frames (show.rgba), or raw frames to standard output (-)\n"
-    "  --fps N              frames a second (default 60)\n"
+    "  -o FILE, --o=FILE    one pass of the show: a video with its music (.mp4, .mkv, .webm, .mov, .gif,\n"
+    "                       made by ffmpeg), a picture sequence (frame-%04d.png), raw RGBA frames\n"
+    "                       (show.rgba), or raw frames to standard output (-)\n"
+    "  --fps N              frames a second (default 60, of a .gif 50); also N/D\n"
+    "  --ffmpeg-args \"...\"  more arguments for ffmpeg, behind the player's own\n"
     "  --still T[,T...]     only the pictures at these times\n"
     "\n"
     "Keys: Right/Left next/previous scene, Up/Down 10 seconds forward/back, Escape ends.\n";
@@ -232,6 +256,11 @@ bool parseOptions(int count, const char* const* arguments, Options& options, std
         }
     }
     if (!checkOutput(options, error)) return false;
+    if (options.rate.numerator == 0) {
+        // Animations count hundredths of a second, and viewers take less than two of them for ten.
+        options.rate = {isAnimation(options.output) ? 50 : 60, 1};
+        options.fps = options.rate.numerator;
+    }
     options.headless |= !options.output.empty();
     std::stable_sort(options.keys.begin(), options.keys.end(),
                      [](const ScriptedKey& a, const ScriptedKey& b) { return a.time < b.time; });

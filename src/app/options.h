@@ -1,6 +1,7 @@
 // The command line.
 #pragma once
 
+#include "app/video.h"
 #include "platform/shell_state.h"
 
 #include <optional>
@@ -18,7 +19,6 @@ struct Options {
     bool help = false;
     bool version = false;
     bool headless = false;
-    std::optional<bool> audio; // unset: music, except without a window
     std::optional<bool> fullscreen; // unset: as the show says
     int width = 0;                  // pixels; 0: as the show says
     int height = 0;
@@ -26,6 +26,9 @@ struct Options {
     std::optional<double> end;    // seconds
     std::optional<double> length; // seconds
     double fps = 60.0;            // frames a second, offline
+    FrameRate rate = {0, 1};      // the same as a fraction; 0 until the command line has been read
+    std::optional<bool> audio;    // unset: music in a window and in a video
+    std::vector<std::string> ffmpegArguments; // the user's own
     std::string output;           // empty: no offline rendering
     std::vector<double> stills;   // seconds
     std::vector<ScriptedKey> keys; // by time

@@ -1,54 +1,80 @@
 #include "app/recorder.h"
 
-#include "app/options.h"
 #include "foundation/log.h"
-#include "gpu/gl_functions.h"
 #include "platform/clock.h"
-#include "platform/image.h"
 #include "platform/output.h"
+#include "platform/shell_state.h"
 
-#include <cerrno>
-#include <cstring>
+#include <chrono>
+#include <functional>
 
 namespace {
 
 constexpr double kReportSeconds = 0.25;
-constexpr int kMaxDigits = 9; // of a padded frame number
+constexpr std::chrono::milliseconds kTick(50); // between looks for a stop request while waiting
 
-bool fail(Recorder& recorder, const std::string& path, const std::string& reason) {
-    if (!recorder.failed) printError("Cannot write %s: %s\n", path.c_str(), reason.c_str());
+bool fail(Recorder& recorder, const std::string& failure) {
+    if (!recorder.failed) printError("Cannot write %s\n", failure.c_str());
     recorder.failed = true;
     return false;
 }
 
-std::string outputName(const Recorder& recorder) {
-    return recorder.output == "-" ? "standard output" : recorder.output;
+// The writer thread: every frame that is handed over, in order, then the end.
+void writeFrames(Recorder& recorder) {
+    std::unique_lock lock(recorder.mutex);
+    while (true) {
+        recorder.toWriter.wait(lock, [&] { return recorder.done < recorder.handedOver || recorder.ended; });
+        if (recorder.done == recorder.handedOver) break;
+        const unsigned char* pixels = recorder.frames[static_cast<size_t>(recorder.done % Readback::kSlots)];
+        if (recorder.takesFrames) {
+            lock.unlock();
+            const bool written = writeFrame(recorder.sink, pixels, recorder.cancelled);
+            lock.lock();
+            recorder.written += written ? 1 : 0;
+            recorder.takesFrames = written;
+        }
+        ++recorder.done;
+        recorder.toDrawer.notify_one();
+    }
+    lock.unlock();
+    closeSink(recorder.sink, recorder.cancelled);
+    lock.lock();
+    recorder.closed = true;
+    recorder.toDrawer.notify_one();
 }
 
-// Turns the frame upright. The window shows a picture without alpha, so the file has none either.
-void copyPicture(Recorder& recorder, const unsigned char* pixels) {
-    const size_t rowBytes = static_cast<size_t>(recorder.readback.width) * 4;
-    const size_t rows = static_cast<size_t>(recorder.readback.height);
-    for (size_t row = 0; row < rows; ++row) {
-        uint8_t* target = recorder.picture.data() + row * rowBytes;
-        std::memcpy(target, pixels + (rows - 1 - row) * rowBytes, rowBytes);
-        for (size_t x = 3; x < rowBytes; x += 4) target[x] = 255;
+// Until the writer makes `ready` true, of which it must have the lock. Whoever asks the player to stop
+// meanwhile does not wait for an encoder's backlog.
+template <class Condition>
+void waitForWriter(Recorder& recorder, std::unique_lock<std::mutex>& lock, Condition ready) {
+    while (!recorder.toDrawer.wait_for(lock, kTick, ready)) {
+        lock.unlock();
+        pumpMessages(recorder.surface);
+        if (!shellState().running) recorder.interrupted = recorder.cancelled = true;
+        lock.lock();
     }
 }
 
-bool writePicture(Recorder& recorder) {
-    std::string reason;
-    if (recorder.raw) {
-        if (std::fwrite(recorder.picture.data(), 1, recorder.picture.size(), recorder.raw) == recorder.picture.size()) return true;
-        return fail(recorder, outputName(recorder), std::strerror(errno));
-    }
-    std::string path, png;
-    bool hasNumber = false;
-    framePath(recorder.output, recorder.written, path, hasNumber);
-    if (!encodePng(recorder.picture.data(), recorder.readback.width, recorder.readback.height, false, png)) {
-        return fail(recorder, path, "the PNG encoder failed");
-    }
-    return writeFile(path, png, reason) || fail(recorder, path, reason);
+// Maps the oldest frame that is on its way and gives it to the writer.
+bool handOver(Recorder& recorder) {
+    const unsigned char* pixels = mapFrame(recorder.readback);
+    if (!pixels) return fail(recorder, recorder.sink.output + ": the driver does not hand the frame over");
+    const std::lock_guard lock(recorder.mutex);
+    recorder.frames[static_cast<size_t>(recorder.handedOver++ % Readback::kSlots)] = pixels;
+    recorder.toWriter.notify_one();
+    return true;
+}
+
+// Takes back what the writer is done with, and waits until there is a buffer for the next frame.
+bool makeRoom(Recorder& recorder) {
+    Readback& readback = recorder.readback;
+    std::unique_lock lock(recorder.mutex);
+    waitForWriter(recorder, lock, [&] { return readback.requested - recorder.done < Readback::kSlots; });
+    const long long done = recorder.done;
+    const bool takesFrames = recorder.takesFrames;
+    lock.unlock();
+    while (readback.released < done) releaseFrame(readback);
+    return takesFrames;
 }
 
 void reportProgress(Recorder& recorder, bool last) {
@@ -57,104 +83,73 @@ void reportProgress(Recorder& recorder, bool last) {
     const double frequency = static_cast<double>(clockFrequency());
     if (!last && static_cast<double>(now - recorder.lastReport) < kReportSeconds * frequency) return;
     recorder.lastReport = now;
+    std::unique_lock lock(recorder.mutex);
+    const long long written = recorder.written;
+    lock.unlock();
     const double passed = static_cast<double>(now - recorder.startCounter) / frequency;
-    const double rate = static_cast<double>(recorder.written) / (passed > 0.0 ? passed : 1.0);
+    const double rate = static_cast<double>(written) / (passed > 0.0 ? passed : 1.0);
     if (recorder.expected > 0 && rate > 0.0) {
-        const double left = static_cast<double>(recorder.expected - recorder.written) / rate;
-        std::fprintf(stderr, "\r%lld of %lld frames, %3.0f%%, %.1f frames/s, %.0f s left   ", recorder.written,
-                     recorder.expected, 100.0 * static_cast<double>(recorder.written) / static_cast<double>(recorder.expected),
-                     rate, left);
+        const double left = static_cast<double>(recorder.expected - written) / rate;
+        std::fprintf(stderr, "\r%lld of %lld frames, %3.0f%%, %.1f frames/s, %.0f s left   ", written, recorder.expected,
+                     100.0 * static_cast<double>(written) / static_cast<double>(recorder.expected), rate, left);
     } else {
-        std::fprintf(stderr, "\r%lld frames, %.1f frames/s   ", recorder.written, rate);
+        std::fprintf(stderr, "\r%lld frames, %.1f frames/s   ", written, rate);
     }
     if (last) std::fputc('\n', stderr);
     std::fflush(stderr);
 }
 
-bool writeOldestFrame(Recorder& recorder) {
-    const unsigned char* pixels = takeFrame(recorder.readback);
-    if (pixels) copyPicture(recorder, pixels);
-    releaseFrame(recorder.readback);
-    if (!pixels) return fail(recorder, outputName(recorder), "the driver does not hand the frame over");
-    if (recorder.failed || !writePicture(recorder)) return false;
-    ++recorder.written;
-    reportProgress(recorder, false);
-    return true;
+void announceInterruption(const Recorder& recorder) {
+    const char* name = recorder.sink.output.c_str();
+    if (isVideoOutput(recorder.sink.output)) {
+        printError("Interrupted after %lld of %lld frames: %s is not written\n", recorder.written, recorder.expected, name);
+    } else {
+        printError("Interrupted: %s has %lld of %lld frames\n", name, recorder.written, recorder.expected);
+    }
 }
 
 } // namespace
 
-bool framePath(const std::string& pattern, long long number, std::string& path, bool& hasNumber) {
-    path.clear();
-    hasNumber = false;
-    for (size_t i = 0; i < pattern.size(); ++i) {
-        if (pattern[i] != '%') {
-            path += pattern[i];
-            continue;
-        }
-        size_t end = i + 1;
-        if (end < pattern.size() && pattern[end] == '%') {
-            path += '%';
-            i = end;
-            continue;
-        }
-        const bool padded = end < pattern.size() && pattern[end] == '0';
-        int width = 0;
-        while (end < pattern.size() && pattern[end] >= '0' && pattern[end] <= '9' && width <= kMaxDigits) {
-            width = width * 10 + (pattern[end++] - '0');
-        }
-        const bool isNumber = end < pattern.size() && pattern[end] == 'd' && (width == 0 || padded) && width <= kMaxDigits;
-        if (!isNumber || hasNumber) return false;
-        hasNumber = true;
-        const std::string digits = std::to_string(number);
-        if (digits.size() < static_cast<size_t>(width)) path.append(static_cast<size_t>(width) - digits.size(), '0');
-        path += digits;
-        i = end;
+bool openRecorder(Recorder& recorder, const VideoJob& job, Surface* surface) {
+    recorder.surface = surface;
+    recorder.expected = job.frames;
+    if (!createReadback(recorder.readback, glLookup(surface), job.width, job.height)) {
+        return fail(recorder, job.output + ": the driver cannot map pixel buffers");
     }
-    return true;
-}
-
-bool openRecorder(Recorder& recorder, const std::string& output, GlLookup lookup, int width, int height,
-                  long long expectedFrames) {
-    recorder.output = output;
-    recorder.expected = expectedFrames;
-    if (isRawOutput(output)) {
-        std::string reason;
-        recorder.raw = openOutput(output, reason);
-        if (!recorder.raw) return fail(recorder, outputName(recorder), reason);
-    } else {
-        std::string path;
-        bool hasNumber = false;
-        if (!framePath(output, 0, path, hasNumber)) {
-            return fail(recorder, output, "the pattern may hold one %d (or %04d), and %% for a per cent sign");
-        }
-        if (!hasNumber && expectedFrames != 1) {
-            return fail(recorder, output, "several frames need a %d in the name");
-        }
-    }
-    if (!createReadback(recorder.readback, lookup, width, height)) {
-        return fail(recorder, outputName(recorder), "the driver cannot map pixel buffers");
-    }
-    recorder.picture.resize(static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
+    if (!openSink(recorder.sink, job)) return fail(recorder, recorder.sink.failure);
     recorder.showProgress = isTerminal(stderr);
     recorder.startCounter = clockCounter();
+    recorder.writer = std::thread(writeFrames, std::ref(recorder));
     recorder.active = true;
     return true;
 }
 
 bool recordFrame(Recorder& recorder) {
-    if (recorder.failed) return false;
+    if (recorder.failed || !makeRoom(recorder)) return false;
     requestFrame(recorder.readback);
-    return framesOnTheWay(recorder.readback) < Readback::kSlots || writeOldestFrame(recorder);
+    // The newest frame is left to the driver until the next one is drawn.
+    if (recorder.readback.requested - recorder.readback.mapped > 1 && !handOver(recorder)) return false;
+    reportProgress(recorder, false);
+    return true;
 }
 
-bool closeRecorder(Recorder& recorder) {
-    while (recorder.active && framesOnTheWay(recorder.readback) > 0) writeOldestFrame(recorder);
-    if (recorder.active) reportProgress(recorder, true);
-    std::string reason;
-    if (recorder.raw && !closeOutput(recorder.raw, reason)) fail(recorder, outputName(recorder), reason);
-    recorder.raw = nullptr;
+bool closeRecorder(Recorder& recorder, bool interrupted) {
+    if (recorder.active) {
+        if (interrupted) recorder.interrupted = recorder.cancelled = true;
+        while (!recorder.failed && recorder.readback.mapped < recorder.readback.requested) handOver(recorder);
+        shellState().running = true; // from here on only a stop request makes it false
+        std::unique_lock lock(recorder.mutex);
+        if (recorder.failed) recorder.cancelled = true;
+        recorder.ended = true;
+        recorder.toWriter.notify_one();
+        waitForWriter(recorder, lock, [&] { return recorder.closed; });
+        lock.unlock();
+        recorder.writer.join();
+        reportProgress(recorder, true);
+        if (recorder.interrupted) announceInterruption(recorder);
+        else if (!recorder.sink.failure.empty()) fail(recorder, recorder.sink.failure);
+    }
     deleteReadback(recorder.readback);
     recorder.active = false;
-    return !recorder.failed;
+    return !recorder.failed && !recorder.interrupted;
 }

@@ -1,21 +1,36 @@
-// Offline rendering's output: every frame, in order, as a picture sequence or raw bytes.
+// Offline rendering's output: takes every finished frame and has it written on a thread of its own.
 #pragma once
 
+#include "app/frame_sink.h"
 #include "gpu/readback.h"
 
-#include <cstdint>
-#include <cstdio>
-#include <string>
-#include <vector>
+#include <array>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 struct Recorder {
     bool active = false;
-    bool failed = false;    // a frame could not be written; the reason has been said
-    std::string output;     // as given on the command line
-    std::FILE* raw = nullptr; // null for picture sequences
+    bool failed = false;      // some frame was not written; the reason has been said
+    bool interrupted = false; // by a stop request while it waited for the writer
+    Surface* surface = nullptr;
     Readback readback;
-    std::vector<uint8_t> picture; // RGBA, top row first, opaque
-    long long written = 0;        // frames
+    FrameSink sink; // the writer's alone while it runs
+
+    // Frames go to the writer as mapped buffers and come back in the same order.
+    std::thread writer;
+    std::atomic<bool> cancelled = false; // a video is given up
+    std::mutex mutex;                    // for all that follows
+    std::condition_variable toWriter;
+    std::condition_variable toDrawer;
+    std::array<const unsigned char*, Readback::kSlots> frames = {};
+    long long handedOver = 0;
+    long long done = 0;    // of those handed over, written or not
+    long long written = 0;
+    bool takesFrames = true; // false once writing has failed, or ffmpeg has all that it was told to take
+    bool ended = false;      // nothing more will be handed over
+    bool closed = false;     // the output is
+
     // For the progress line.
     long long expected = 0; // frames; 0 when it cannot be told
     bool showProgress = false;
@@ -23,17 +38,14 @@ struct Recorder {
     int64_t lastReport = 0;
 };
 
-// The path of frame `number`: the pattern's "%d" or "%0Nd" replaced, "%%" as "%". False for any other "%"
-// and for more than one number.
-bool framePath(const std::string& pattern, long long number, std::string& path, bool& hasNumber);
+// Opens the output for frames of the surface's framebuffer 0. `job.frames` may be 0. False, with one line
+// on standard error, when it cannot be opened.
+bool openRecorder(Recorder& recorder, const VideoJob& job, Surface* surface);
 
-// Opens the output for frames of a size. `expectedFrames` may be 0. False, with one line on standard
-// error, when it cannot be opened or would write several frames under one name.
-bool openRecorder(Recorder& recorder, const std::string& output, GlLookup lookup, int width, int height,
-                  long long expectedFrames);
-
-// Takes the frame in framebuffer 0; the frame before it is written meanwhile. False after a failed write.
+// Takes the frame in framebuffer 0; the ones before it are read back and written meanwhile. Waits only
+// while the writer has all buffers. False once no more frames are taken.
 bool recordFrame(Recorder& recorder);
 
-// Writes what is on its way and closes the output; false when anything was not written.
-bool closeRecorder(Recorder& recorder);
+// Writes what is on its way and closes the output; an interrupted video is given up. False, with one line on
+// standard error, when anything is missing.
+bool closeRecorder(Recorder& recorder, bool interrupted);

@@ -90,6 +90,29 @@ long long expectedFrames(const Player& player) {
     return frames < kMostFrames ? static_cast<long long>(frames) : 0;
 }
 
+// The show's music from where the rendering begins; none where there is none to be heard.
+VideoMusic videoMusic(const Player& player) {
+    const RuntimeConfig& config = player.config;
+    const std::string& output = player.options.output;
+    const bool wanted = isVideoOutput(output) && !isAnimation(output) && player.options.audio.value_or(true);
+    if (!wanted || config.audioPath.empty()) return {};
+    if (!isRegularFile(config.audioPath)) {
+        logLine("[AUDIO] File not found: %s\n", config.audioPath.c_str());
+        return {};
+    }
+    VideoMusic music;
+    music.path = locateFile(config.audioPath);
+    std::string reason;
+    if (!canDecodeMusic(music.path, reason)) {
+        logLine("[AUDIO] Rendering without music: %s\n", reason.c_str());
+        return {};
+    }
+    const auto finite = [](float value) { return std::isfinite(value) ? static_cast<double>(value) : 0.0; };
+    music.volume = std::clamp(finite(config.volume), 0.0, 1.0);
+    music.position = std::max(0.0, std::max(0.0, finite(config.startOffset)) + firstTime(player));
+    return music;
+}
+
 bool openOffline(Player& player) {
     if (player.options.output.empty()) return true;
     const long long frames = expectedFrames(player);
@@ -101,9 +124,17 @@ bool openOffline(Player& player) {
         printError("%s has no picture between the start and the end that were given\n", player.options.configPath.c_str());
         return false;
     }
-    const ShellState& shell = shellState();
-    return openRecorder(player.recorder, player.options.output, glLookup(player.surface), shell.clientWidth,
-                        shell.clientHeight, frames);
+    const Options& options = player.options;
+    VideoJob job;
+    job.output = options.output;
+    job.width = shellState().clientWidth;
+    job.height = shellState().clientHeight;
+    job.rate = options.rate;
+    // Keys may make the show longer or shorter.
+    job.frames = isVideoOutput(options.output) && !options.keys.empty() ? 0 : frames;
+    job.music = videoMusic(player);
+    job.arguments = options.ffmpegArguments;
+    return openRecorder(player.recorder, job, player.surface);
 }
 
 void play(Player& player) {
@@ -117,13 +148,7 @@ void play(Player& player) {
 
 // Closes the pictures; false when some are missing.
 bool closeOffline(Player& player) {
-    const bool interrupted = isOffline(player) && shellState().exitReason == "WM_QUIT";
-    const bool recorded = closeRecorder(player.recorder);
-    if (interrupted) {
-        printError("Interrupted: %s has %lld of %lld frames\n", player.options.output.c_str(),
-                   player.recorder.written, player.recorder.expected);
-    }
-    return recorded && !interrupted;
+    return closeRecorder(player.recorder, shellState().exitReason == "WM_QUIT");
 }
 
 void shutDown(Player& player) {

@@ -42,24 +42,23 @@ void requestFrame(Readback& readback) {
     ++readback.requested;
 }
 
-int framesOnTheWay(const Readback& readback) {
-    return static_cast<int>(readback.requested - readback.taken);
-}
-
-const unsigned char* takeFrame(Readback& readback) {
-    gl.BindBuffer(GL_PIXEL_PACK_BUFFER, slotBuffer(readback, readback.taken));
-    readback.mapped = mapBufferRange(GL_PIXEL_PACK_BUFFER, 0, frameBytes(readback), GL_MAP_READ_BIT);
-    return static_cast<const unsigned char*>(readback.mapped);
+const unsigned char* mapFrame(Readback& readback) {
+    gl.BindBuffer(GL_PIXEL_PACK_BUFFER, slotBuffer(readback, readback.mapped));
+    const void* pixels = mapBufferRange(GL_PIXEL_PACK_BUFFER, 0, frameBytes(readback), GL_MAP_READ_BIT);
+    gl.BindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+    ++readback.mapped;
+    return static_cast<const unsigned char*>(pixels);
 }
 
 void releaseFrame(Readback& readback) {
-    if (readback.mapped) unmapBuffer(GL_PIXEL_PACK_BUFFER);
+    gl.BindBuffer(GL_PIXEL_PACK_BUFFER, slotBuffer(readback, readback.released));
+    unmapBuffer(GL_PIXEL_PACK_BUFFER);
     gl.BindBuffer(GL_PIXEL_PACK_BUFFER, 0);
-    readback.mapped = nullptr;
-    ++readback.taken;
+    ++readback.released;
 }
 
 void deleteReadback(Readback& readback) {
+    // Deleting a buffer unmaps it.
     if (readback.buffers[0]) gl.DeleteBuffers(Readback::kSlots, readback.buffers.data());
     readback = {};
 }

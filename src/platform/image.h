@@ -26,6 +26,10 @@ void stopImageDecoding();
 // says which in a few words.
 bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason);
 
-// Encodes tightly packed R, G, B, A rows, top row first, as PNG into `bytes`; without alpha the picture is
-// 24-bit RGB. False when the encoder fails.
-bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes);
+// Which row of a picture comes first in memory.
+enum class RowOrder { topFirst, bottomFirst };
+
+// Encodes tightly packed R, G, B, A rows as PNG into `bytes`; without alpha the picture is 24-bit RGB.
+// False when the encoder fails.
+bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes,
+               RowOrder order = RowOrder::topFirst);

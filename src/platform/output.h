@@ -18,4 +18,9 @@ bool closeOutput(std::FILE* file, std::string& reason);
 // Writes a whole file; false with the system's words in `reason`.
 bool writeFile(const std::string& path, const std::string& bytes, std::string& reason);
 
+// Gives a finished file its final name, in place of what has that name; false with the system's words.
+bool renameFile(const std::string& from, const std::string& to, std::string& reason);
+
+void removeFile(const std::string& path); // says nothing when there is none
+
 bool isTerminal(std::FILE* stream);

@@ -25,13 +25,16 @@ std::string describe(const Options& o) {
     if (o.help) text += " help";
     if (o.version) text += " version";
     if (o.headless) text += " headless";
-    if (o.audio) text += *o.audio ? " audio" : " silent";
     if (o.fullscreen) text += *o.fullscreen ? " fullscreen" : " windowed";
     if (o.width || o.height) text += ' ' + std::to_string(o.width) + 'x' + std::to_string(o.height);
     if (o.start) append(text, "start", *o.start);
     if (o.end) append(text, "end", *o.end);
     if (o.length) append(text, "length", *o.length);
     if (o.fps != 60.0) append(text, "fps", o.fps);
+    const std::string rate = std::to_string(o.rate.numerator) + "/" + std::to_string(o.rate.denominator);
+    if (rate != "60/1") text += " rate=" + rate;
+    if (o.audio) text += *o.audio ? " audio" : " no-audio";
+    for (const std::string& argument : o.ffmpegArguments) text += " [" + argument + "]";
     if (!o.output.empty()) text += " to " + o.output;
     for (const double still : o.stills) append(text, "still", still);
     for (const ScriptedKey& key : o.keys) append(text, keyNames[static_cast<int>(key.key)], key.time);
@@ -44,7 +47,7 @@ TEST(Options, ReadWhatIsGiven) {
         {{"--", "--headless"}, "--headless"},
         {{"--headless", "--", "--"}, "-- headless"},
         {{"--audio", "--headless"}, "config.json headless audio"},
-        {{"--audio", "--no-audio"}, "config.json silent"},
+        {{"--audio", "--no-audio"}, "config.json no-audio"},
         {{"-"}, "-"}, // a name like any other
         {{"--help", "--version", "a b"}, "a b help version"},
         {{"--fs", "--windowed"}, "config.json windowed"}, // the last one counts
@@ -52,7 +55,12 @@ TEST(Options, ReadWhatIsGiven) {
         {{"--size=16384X1"}, "config.json 16384x1"},
         {{"--start", "1:02:03.5", "--end=90", "--length", ".5"}, "config.json start=3723.5 end=90 length=0.5"},
         {{"--start=0"}, "config.json start=0"},
-        {{"-o", "f-%04d.PNG", "--fps", "23.976"}, "config.json headless fps=23.976 to f-%04d.PNG"},
+        {{"-o", "f-%04d.PNG", "--fps", "23.976"}, "config.json headless fps=23.976 rate=2997/125 to f-%04d.PNG"},
+        {{"--fps", "30000/1001", "-o", "a.MKV", "--no-audio"},
+         "config.json headless fps=29.97 rate=30000/1001 no-audio to a.MKV"},
+        {{"-o", "a.gif"}, "config.json headless fps=50 rate=50/1 to a.gif"}, // faster ones play slowly
+        {{"-o", "a.mp4", "--ffmpeg-args", " -crf  30 -x \"a \\\" b\"'c \\'\\ d '' "},
+         "config.json headless [-crf] [30] [-x] [a \" bc \\ d] [] to a.mp4"},
         {{"--o=-"}, "config.json headless to -"},
         {{"-o=a=b.rgba", "show"}, "show headless to a=b.rgba"},
         {{"-o", "s.png", "--still", "3,1:00,0.5"}, "config.json headless to s.png still=3 still=60 still=0.5"},
@@ -82,7 +90,11 @@ TEST(Options, RefuseInOneLineThatNamesTheOption) {
         {{"--press", "1:Enter"}, "'1:Enter' for option --press"}, {{"--still", "1"}, "--still"},
         {{"--still", "1,,2", "-o", "a.png"}, "'1,,2' for option --still"}, {{"-o"}, "-o needs a value"},
         {{"--still", "1,", "-o", "a.png"}, "'1,' for option --still"}, {{"--o="}, "'' for option --o"},
-        {{"-o", "film.mp4"}, "'film.mp4'"}, {{"-o", "folder/"}, "'folder/'"},
+        {{"-o", "film.avi"}, "'film.avi'"}, {{"-o", "folder/"}, "'folder/'"},
+        {{"--fps", "1/0"}, "'1/0' for option --fps"}, {{"--fps", "3.5/2"}, "'3.5/2' for option --fps"},
+        {{"--fps", "9000000000/9000000"}, "'9000000000/9000000' for option --fps"},
+        {{"--ffmpeg-args", "'a"}, "''a' for option --ffmpeg-args"}, {{"--ffmpeg-args", "-an", "-o", "a.png"}, "--ffmpeg-args"},
+        {{"--still", "1", "-o", "a.mp4"}, "--still"},
     };
     for (const auto& [arguments, named] : cases) {
         SCOPED_TRACE(testing::PrintToString(arguments));

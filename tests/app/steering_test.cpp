@@ -145,6 +145,7 @@ TEST_F(ControlTest, StepsFirstAndSeeksThen) {
     shellState().pendingSeekSeconds = 0.0005f; // less than a seek
     EXPECT_EQ(apply(), "");
     EXPECT_EQ(player.log.lastKey, "before");
+    shellState().pendingSeekSeconds = 0.0f;
     for (const PlayerKey key : {PlayerKey::left, PlayerKey::right, PlayerKey::up}) pressKey(key); // the last step wins
     EXPECT_EQ(apply(), "[SEEK] t=30.000s scene=b\n");
     EXPECT_EQ(player.clock.showTime, 30.0);

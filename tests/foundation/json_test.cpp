@@ -20,7 +20,7 @@ using namespace std::string_literals;
 // The tree in one line, so that a table can state it: [1,"x",{a:null}].
 std::string dump(const JsonValue& value) {
     std::string text;
-    const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ",") + part; };
+    const auto add = [&](const std::string& part) { text.append(text.empty() ? "" : ",").append(part); };
     for (const JsonValue& item : value.items) add(dump(item));
     for (const auto& [key, child] : value.members) add(key + ':' + dump(child));
     switch (value.kind) {
@@ -145,7 +145,7 @@ TEST(Json, ReadsNumbersAsStrtodDoes) {
     expectAsStrtod(std::string(1000000, '9') + "." + std::string(1000000, '9') + "e-1000000");
 
     std::mt19937 random(20240229);
-    const auto upTo = [&](unsigned highest) { return random() % (highest + 1); };
+    const auto upTo = [&](unsigned highest) { return static_cast<unsigned>(random() % (highest + 1)); };
     std::string text;
     const auto addDigits = [&] {
         for (unsigned i = upTo(11); i > 0; --i) text += static_cast<char>('0' + (upTo(3) == 0 ? 0 : upTo(9)));

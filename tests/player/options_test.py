@@ -27,7 +27,7 @@ class Refused(PlayerTest):
                 *((["--press", value], "--press") for value in
                   ("Left", "1:", ":Left", "1:Enter", "x:Left", "1 Left", "-1:Left")),
                 (["--start"], "--start"), (["-o"], "-o"), (["--size"], "--size"), (["--o="], "--o"),
-                (["--still", "1"], "--still"), (["-o", "film.mp4"], "film.mp4"), (["-o", "folder/"], "folder/")):
+                (["--still", "1"], "--still"), (["-o", "film.avi"], "film.avi"), (["-o", "folder/"], "folder/")):
             with self.subTest(" ".join(arguments)):
                 result = self.run_player(*arguments, code=1)
                 self.assertEqual(result.log, "")

@@ -35,6 +35,16 @@ bool writeFile(const std::string& path, const std::string& bytes, std::string& r
     return closeOutput(file, reason) && written;
 }
 
+bool renameFile(const std::string& from, const std::string& to, std::string& reason) {
+    const bool renamed = std::rename(from.c_str(), to.c_str()) == 0;
+    if (!renamed) reason = std::strerror(errno);
+    return renamed;
+}
+
+void removeFile(const std::string& path) {
+    std::remove(path.c_str());
+}
+
 bool isTerminal(std::FILE* stream) {
     return isatty(fileno(stream)) == 1;
 }

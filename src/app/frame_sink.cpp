@@ -1,0 +1,161 @@
+#include "app/frame_sink.h"
+
+#include "app/options.h"
+#include "platform/files.h"
+#include "platform/image.h"
+#include "platform/output.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+constexpr int kMaxDigits = 9; // of a padded frame number
+constexpr size_t kBandBytes = 1 << 16; // stays in the processor's cache between turning and writing
+
+bool fail(FrameSink& sink, const std::string& path, const std::string& reason) {
+    if (sink.failure.empty()) sink.failure = path + ": " + reason;
+    return false;
+}
+
+std::string outputName(const FrameSink& sink) {
+    return sink.output == "-" ? "standard output" : sink.output;
+}
+
+bool openPictures(FrameSink& sink, long long frames) {
+    std::string path;
+    bool hasNumber = false;
+    if (!framePath(sink.output, 0, path, hasNumber)) {
+        return fail(sink, sink.output, "the pattern may hold one %d (or %04d), and %% for a per cent sign");
+    }
+    return hasNumber || frames == 1 || fail(sink, sink.output, "several frames need a %d in the name");
+}
+
+bool openRaw(FrameSink& sink) {
+    std::string reason;
+    sink.raw = openOutput(sink.output, reason);
+    return sink.raw || fail(sink, outputName(sink), reason);
+}
+
+bool openVideo(FrameSink& sink, const VideoJob& job) {
+    // What would only come out when everything is rendered.
+    if (isDirectory(sink.output)) return fail(sink, sink.output, "it is a directory");
+    sink.planar = !isAnimation(sink.output);
+    sink.partPath = sink.output + ".part";
+    VideoJob whole = job;
+    whole.path = sink.partPath;
+    whole.width = sink.planar ? evenSide(sink.width) : sink.width;
+    whole.height = sink.planar ? evenSide(sink.height) : sink.height;
+    std::string reason;
+    sink.encoder = startProcess(videoCommand(whole), reason);
+    return sink.encoder || fail(sink, sink.output, "the program ffmpeg cannot be started: " + reason);
+}
+
+bool writeBytes(FrameSink& sink, const uint8_t* bytes, size_t size, const std::atomic<bool>& cancelled) {
+    if (sink.encoder) return feedProcess(sink.encoder, bytes, size, cancelled);
+    if (std::fwrite(bytes, 1, size, sink.raw) == size) return true;
+    return fail(sink, outputName(sink), std::strerror(errno));
+}
+
+// Turns the frame upright, a few rows at a time.
+bool writeRows(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
+    const size_t rowBytes = static_cast<size_t>(sink.width) * 4;
+    const size_t rows = static_cast<size_t>(sink.height);
+    const size_t bandRows = std::clamp<size_t>(kBandBytes / rowBytes, 1, rows);
+    sink.band.resize(bandRows * rowBytes);
+    for (size_t first = 0; first < rows; first += bandRows) {
+        const size_t count = std::min(bandRows, rows - first);
+        for (size_t row = 0; row < count; ++row) {
+            uint8_t* target = sink.band.data() + row * rowBytes;
+            std::memcpy(target, pixels + (rows - 1 - first - row) * rowBytes, rowBytes);
+            for (size_t x = 3; x < rowBytes; x += 4) target[x] = 255;
+        }
+        if (!writeBytes(sink, sink.band.data(), count * rowBytes, cancelled)) return false;
+    }
+    return true;
+}
+
+bool writePicture(FrameSink& sink, const uint8_t* pixels) {
+    std::string path, png, reason;
+    bool hasNumber = false;
+    framePath(sink.output, sink.written, path, hasNumber);
+    if (!encodePng(pixels, sink.width, sink.height, false, png, RowOrder::bottomFirst)) {
+        return fail(sink, path, "the PNG encoder failed");
+    }
+    return writeFile(path, png, reason) || fail(sink, path, reason);
+}
+
+bool writePlanes(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
+    convertFrame(sink.yuv, pixels, sink.width, sink.height);
+    return writeBytes(sink, sink.yuv.planes.data(), sink.yuv.planes.size(), cancelled);
+}
+
+void closeVideo(FrameSink& sink, const std::atomic<bool>& cancelled) {
+    std::string words;
+    const bool finished = finishProcess(sink.encoder, cancelled, words);
+    sink.encoder = nullptr;
+    if (!finished) fail(sink, sink.output, "ffmpeg: " + words);
+    if (cancelled || !sink.failure.empty() || !renameFile(sink.partPath, sink.output, words)) {
+        fail(sink, sink.output, words);
+        removeFile(sink.partPath);
+    }
+}
+
+} // namespace
+
+bool openSink(FrameSink& sink, const VideoJob& job) {
+    sink.output = job.output;
+    sink.width = job.width;
+    sink.height = job.height;
+    if (isRawOutput(job.output)) return openRaw(sink);
+    return isVideoOutput(job.output) ? openVideo(sink, job) : openPictures(sink, job.frames);
+}
+
+bool writeFrame(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
+    const bool written = sink.planar                    ? writePlanes(sink, pixels, cancelled)
+                         : sink.raw || sink.encoder ? writeRows(sink, pixels, cancelled)
+                                                    : writePicture(sink, pixels);
+    if (written) ++sink.written;
+    // An encoder that takes no more has ended: its words say why, or it has all that its arguments ask for.
+    if (!written && sink.encoder) closeVideo(sink, cancelled);
+    return written;
+}
+
+bool closeSink(FrameSink& sink, const std::atomic<bool>& cancelled) {
+    std::string reason;
+    if (sink.encoder) closeVideo(sink, cancelled);
+    if (sink.raw && !closeOutput(sink.raw, reason)) fail(sink, outputName(sink), reason);
+    sink.raw = nullptr;
+    return sink.failure.empty();
+}
+
+bool framePath(const std::string& pattern, long long number, std::string& path, bool& hasNumber) {
+    path.clear();
+    hasNumber = false;
+    for (size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] != '%') {
+            path += pattern[i];
+            continue;
+        }
+        size_t end = i + 1;
+        if (end < pattern.size() && pattern[end] == '%') {
+            path += '%';
+            i = end;
+            continue;
+        }
+        const bool padded = end < pattern.size() && pattern[end] == '0';
+        int width = 0;
+        while (end < pattern.size() && pattern[end] >= '0' && pattern[end] <= '9' && width <= kMaxDigits) {
+            width = width * 10 + (pattern[end++] - '0');
+        }
+        const bool isNumber = end < pattern.size() && pattern[end] == 'd' && (width == 0 || padded) && width <= kMaxDigits;
+        if (!isNumber || hasNumber) return false;
+        hasNumber = true;
+        const std::string digits = std::to_string(number);
+        if (digits.size() < static_cast<size_t>(width)) path.append(static_cast<size_t>(width) - digits.size(), '0');
+        path += digits;
+        i = end;
+    }
+    return true;
+}

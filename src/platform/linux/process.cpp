@@ -1,0 +1,177 @@
+#include "platform/process.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+struct Process {
+    pid_t id = -1;
+    int input = -1;  // its standard input; -1 once closed
+    int errors = -1; // its standard error
+    std::string said; // the end of what it said there
+};
+
+namespace {
+
+constexpr size_t kKeptBytes = 4096; // of its standard error
+constexpr int kLastLines = 3;
+constexpr int kTickMilliseconds = 100; // between looks at `cancelled`
+constexpr int kPipeBytes = 1 << 20; // fewer switches between the two programs; the system may grant less
+
+struct Pipe {
+    int reading = -1;
+    int writing = -1;
+};
+
+bool openPipe(Pipe& ends) {
+    int numbers[2] = {};
+    if (pipe2(numbers, O_CLOEXEC) != 0) return false;
+    ends = {numbers[0], numbers[1]};
+    return true;
+}
+
+void closeFile(int& file) {
+    if (file >= 0) close(file);
+    file = -1;
+}
+
+void closePipe(Pipe& ends) {
+    closeFile(ends.reading);
+    closeFile(ends.writing);
+}
+
+// 0, or the system's error number.
+int spawn(const std::vector<std::string>& arguments, int input, int errors, pid_t& id) {
+    std::vector<char*> pointers;
+    for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&files, errors, STDERR_FILENO);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    // A group of its own keeps Ctrl+C from it; what the player ignores it must not inherit as ignored.
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+    const int error = posix_spawnp(&id, pointers[0], &files, &attributes, pointers.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return error;
+}
+
+// Takes what it has said so far; false when it has closed the pipe.
+bool readErrors(Process& process) {
+    char buffer[1024];
+    while (true) {
+        const ssize_t count = read(process.errors, buffer, sizeof buffer);
+        if (count == 0) return false;
+        if (count < 0) return errno == EAGAIN || errno == EINTR;
+        process.said.append(buffer, static_cast<size_t>(count));
+        if (process.said.size() > kKeptBytes) process.said.erase(0, process.said.size() - kKeptBytes);
+    }
+}
+
+// Waits until its input takes bytes or it says something, at most for one tick.
+void waitForProcess(Process& process) {
+    pollfd files[2] = {{process.errors, POLLIN, 0}, {process.input, POLLOUT, 0}};
+    if (poll(files, process.input >= 0 ? 2 : 1, kTickMilliseconds) <= 0) return;
+    if (files[0].revents && !readErrors(process)) closeFile(process.errors);
+}
+
+// Some programs say the same for every frame that they cannot write; once is enough.
+std::string lastLines(const std::string& text) {
+    std::string joined, previous;
+    size_t end = text.size();
+    for (int lines = 0; end > 0 && lines < kLastLines;) {
+        const size_t newline = text.find_last_of("\r\n", end - 1);
+        const size_t begin = newline == std::string::npos ? 0 : newline + 1;
+        const std::string line = text.substr(begin, end - begin);
+        end = begin > 0 ? begin - 1 : 0;
+        if (line.find_first_not_of(" \t") == std::string::npos || line == previous) continue;
+        previous = line;
+        joined = joined.empty() ? line : line + "; " + joined;
+        ++lines;
+    }
+    return joined;
+}
+
+std::string describeEnd(int status) {
+    if (WIFSIGNALED(status)) return std::string("ended by signal: ") + strsignal(WTERMSIG(status));
+    return "exit code " + std::to_string(WEXITSTATUS(status));
+}
+
+} // namespace
+
+Process* startProcess(const std::vector<std::string>& arguments, std::string& reason) {
+    std::signal(SIGPIPE, SIG_IGN);
+    Pipe input, errors;
+    Process* process = new Process();
+    int error = openPipe(input) && openPipe(errors) ? 0 : errno;
+    if (!error) error = spawn(arguments, input.reading, errors.writing, process->id);
+    if (error) {
+        reason = std::strerror(error);
+        closePipe(input);
+        closePipe(errors);
+        delete process;
+        return nullptr;
+    }
+    closeFile(input.reading);
+    closeFile(errors.writing);
+    process->input = input.writing;
+    process->errors = errors.reading;
+    fcntl(process->input, F_SETFL, O_NONBLOCK);
+    fcntl(process->errors, F_SETFL, O_NONBLOCK);
+    fcntl(process->input, F_SETPIPE_SZ, kPipeBytes);
+    return process;
+}
+
+bool feedProcess(Process* process, const void* bytes, size_t size, const std::atomic<bool>& cancelled) {
+    const char* next = static_cast<const char*>(bytes);
+    while (size > 0) {
+        if (cancelled) return false;
+        const ssize_t count = write(process->input, next, size);
+        if (count >= 0) {
+            next += count;
+            size -= static_cast<size_t>(count);
+        } else if (errno == EAGAIN) {
+            waitForProcess(*process);
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words) {
+    closeFile(process->input);
+    int status = 0;
+    bool killed = false;
+    pid_t ended = 0;
+    // Its end is what counts, not the pipe's: a program that it has started may hold that open.
+    while ((ended = waitpid(process->id, &status, WNOHANG)) == 0 || (ended < 0 && errno == EINTR)) {
+        if (cancelled && !killed) killed = kill(process->id, SIGKILL) == 0;
+        waitForProcess(*process);
+    }
+    if (process->errors >= 0) readErrors(*process);
+    closeFile(process->errors);
+    const bool succeeded = ended == process->id && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (!succeeded) {
+        words = lastLines(process->said);
+        if (words.empty()) words = describeEnd(status);
+    }
+    delete process;
+    return succeeded;
+}

@@ -1,0 +1,23 @@
+// Another program that is fed through a pipe and asked for its last words.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+struct Process;
+
+// Starts the program that the first argument names (looked for on the PATH), without a shell between. Its
+// standard input is a pipe from here, its standard output goes nowhere, and the end of what it says on
+// standard error is kept. Keys that stop the player do not reach it. Null, with the system's words in
+// `reason`, when it cannot be started.
+Process* startProcess(const std::vector<std::string>& arguments, std::string& reason);
+
+// Writes to its input and waits while it is busy. False when it takes no more, or once `cancelled` is set
+// (by another thread).
+bool feedProcess(Process* process, const void* bytes, size_t size, const std::atomic<bool>& cancelled);
+
+// Closes its input, waits for its end and releases it; kills it once `cancelled` is set. True when it
+// ended with exit code 0; otherwise `words` holds its last lines, or how it ended if it said nothing.
+bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words);

@@ -46,18 +46,19 @@ optionValue() {
     printf '%s' "$value"
 }
 
-# Renders the show and prints the contact sheet's path; returns the player's exit code.
+kStillsRate=2 # a second of video
+
+# Renders the show to a video and prints its path and the the contact sheet's; returns the player's exit code.
 renderShow() {
-    local output fps begin code=0
+    local output video begin code=0
     output=$root/build/show/$(showName "$show")
-    fps=$(optionValue --fps 2 "$@")
+    video=$output/$(showName "$show").mp4
     rm -rf "$output"
     mkdir -p "$output"
 
-    say "No display: rendering $show, $fps pictures a second" \
-        "(at 2, a minute of show takes about 20 seconds without a graphics card)"
-    "$player" "$show" -o "${output//%/%%}/frame-%05d.png" --fps "$fps" --size 640x360 "$@" \
-        >"$output/player.log" || code=$?
+    say "No display: rendering $show to $video" \
+        "(a minute of show takes about two minutes without a graphics card)"
+    "$player" "$show" -o "$video" --fps 25 --size 640x360 "$@" >"$output/player.log" || code=$?
     if ((code)); then
         tail -n 20 "$output/player.log" >&2
         say "The player ended with exit code $code; its whole log is $output/player.log"
@@ -68,7 +69,9 @@ renderShow() {
     begin=$(sed -n \
         's/^\[TIMELINE\] Visual range \([0-9.]*\)s .*/\1/p;T;q' "$output/player.log")
     say "Contact sheet"
-    "$root/tools/contact_sheet.sh" "$output" "$fps" "$(optionValue --start "${begin:-0}" "$@")"
+    ffmpeg -nostdin -v error -i "file:$video" -vf "fps=$kStillsRate" -start_number 0 "file:${output//%/%%}/frame-%05d.png"
+    printf '%s\n' "$video"
+    "$root/tools/contact_sheet.sh" "$output" "$kStillsRate" "$(optionValue --start "${begin:-0}" "$@")"
 }
 
 show=$root/shows/showcase/config.json

@@ -232,7 +232,8 @@ void addBell(Song& song, PartId id, const Tone& tone, double ring) {
             double hz = keyToHz(tone.key + 0.05 * side);
             double bend = 0.9 * std::exp(-t / (0.35 * ring)) * std::sin(kTau * 2.0 * hz * t)
                         + 0.35 * std::exp(-t / 0.03) * std::sin(kTau * 7.0 * hz * t);
-            mixIn(song.parts[id], first + i, 0.7 * level * std::sin(kTau * hz * t + bend), tone.pan + 0.45 * side);
+            double value = 0.7 * level * std::sin(kTau * hz * t + bend);
+            mixIn(song.parts[id], first + i, value, tone.pan + 0.45 * side);
         }
     }
 }
@@ -251,7 +252,8 @@ void addSteel(Song& song, double start, double hz, double velocity, double ring,
             for (int m = 0; m < 5; ++m) {
                 double mode = hz * kRatio[m] * (1.0 + 0.0013 * side * (m + 1));
                 if (mode < 17000.0) {
-                    sum += kLevel[m] * std::exp(-t * std::pow(kRatio[m], 0.6) / ring) * std::sin(kTau * mode * t);
+                    double fading = std::exp(-t * std::pow(kRatio[m], 0.6) / ring);
+                    sum += kLevel[m] * fading * std::sin(kTau * mode * t);
                 }
             }
             double level = 0.22 * velocity * std::min(1.0, t / 0.0008) * fade;
@@ -338,11 +340,13 @@ void hit(Song& song, Drum drum, double t, double v) {
         break;
     case Drum::hat:
         addBurst(song, kDrums, {.start = t, .length = 0.09, .level = 0.24 * v, .swell = 0.0005, .decay = 0.018,
-                                .fromHz = 8500.0, .toHz = 9500.0, .fromPan = 0.22, .toPan = 0.22, .width = 0.2});
+                                .fromHz = 8500.0, .toHz = 9500.0, .fromPan = 0.22, .toPan = 0.22,
+                                .width = 0.2});
         break;
     case Drum::open:
         addBurst(song, kDrums, {.start = t, .length = 0.3, .level = 0.22 * v, .swell = 0.001, .decay = 0.085,
-                                .fromHz = 7600.0, .toHz = 7000.0, .fromPan = -0.18, .toPan = -0.18, .width = 0.4});
+                                .fromHz = 7600.0, .toHz = 7000.0, .fromPan = -0.18, .toPan = -0.18,
+                                .width = 0.4});
         break;
     case Drum::tomHigh:
         addDrop(song, kDrums, t, 0.6 * v, 260.0, 147.0, 0.04, 0.12);
@@ -382,7 +386,7 @@ struct Player {
     double swell = 0.0;     // added to the velocity over each line
 };
 
-// A line is "KEY[+KEY...]/STEPS ...", "-" for a rest, "|" between bars for the eye; "!" after a note accents it.
+// A line is "KEY[+KEY...]/STEPS ...": "-" for a rest, "!" after the keys for an accent, "|" between bars.
 void line(Song& song, const Player& player, int bar, const char* s) {
     double step = bar * kSteps, begin = step;
     double total = kSteps * (1.0 + static_cast<double>(std::count(s, s + std::strlen(s), '|')));
@@ -443,8 +447,8 @@ void riser(Song& song, double start, double length, double level) {
 // A blade drawn past the ear.
 void shing(Song& song, double t, double velocity) {
     addSteel(song, t, 1760.0, 0.4 * velocity, 0.5, 0.2);
-    addBurst(song, kAir, {.start = t - 0.12, .length = 0.5, .level = 0.8 * velocity, .swell = 0.13, .decay = 0.09,
-                          .fromHz = 3800.0, .toHz = 9500.0, .resonance = 0.6, .band = Band::band,
+    addBurst(song, kAir, {.start = t - 0.12, .length = 0.5, .level = 0.8 * velocity, .swell = 0.13,
+                          .decay = 0.09, .fromHz = 3800.0, .toHz = 9500.0, .resonance = 0.6, .band = Band::band,
                           .fromPan = -0.7, .toPan = 0.7});
 }
 
@@ -470,7 +474,7 @@ void embers(Song& song, double start, double length, double from, double to) {
 constexpr Patch kWarmPad{.gain = 0.20, .unison = 7, .detune = 13.0, .spread = 0.9, .attack = 0.35, .decay = 2.0,
                          .sustain = 0.85, .release = 0.9, .cutoff = 1600.0, .open = 0.6};
 constexpr Patch kBrass{.gain = 0.24, .unison = 3, .detune = 8.0, .spread = 0.5, .attack = 0.02, .decay = 0.5,
-                       .sustain = 0.75, .release = 0.16, .cutoff = 1100.0, .bend = 1.7, .bendAttack = 0.06,
+                       .sustain = 0.75, .release = 0.16, .cutoff = 1500.0, .bend = 1.7, .bendAttack = 0.06,
                        .bendDecay = 0.5, .vibrato = 7.0};
 constexpr Patch kFlowBass{.gain = 0.42, .saw = 0.7, .square = 0.2, .sub = 0.6, .attack = 0.006, .decay = 0.4,
                           .sustain = 0.75, .release = 0.06, .cutoff = 430.0, .resonance = 0.45, .bend = 1.6,
@@ -515,7 +519,8 @@ void ignite(Song& song) {
     pad.cutoff = 800.0;
     Player swell = with(kPad, pad, 0.75);
     swell.swell = 0.35;
-    line(song, swell, 0, "-/4 D3+A3+E4+F4/12 | Bb2+F3+D4+A4/16 | G2+D4+Bb4+A4/16 | A2+E4+A4+D5/8 A2+E4+A4+C#5/8");
+    line(song, swell, 0, "-/4 D3+F3+A3+E4/12 | Bb2+F3+D4+A4/16 | G2+D4+F4+Bb4/16 |"
+                         "A2+E4+A4+D5/8 A2+E4+A4+C#5/8");
     Player pluck = with(kArp, kPluck, 0.35, 0.8);
     pluck.swell = 0.55;
     pluck.sway = 0.4;
@@ -545,12 +550,12 @@ void melt(Song& song) {
                                           "C2/3 C2/3 G2/2 E2/3 G2/3 E2/2");
     Patch pad = kWarmPad;
     pad.cutoff = 1500.0;
-    line(song, with(kPad, pad, 0.85), 4, "A3+C4+F4+D5/16 | A3+D4+F4+Bb4/16 | G3+D4+E4+C5/16");
+    line(song, with(kPad, pad, 0.85), 4, "A3+C4+F4+D5/16 | A3+D4+F4+C5/16 | G3+D4+E4+C5/16");
     line(song, bells(0.28, 0.8), 4, "A5/4 F5/4 D5/4 C5/4 | A5/4 F5/4 D5/4 F5/4 | G5/4 E5/4 D5/4 C5/4");
     Patch liquid = kSolo;
     liquid.glide = 0.07;
-    liquid.cutoff = 2200.0;
-    line(song, with(kLead, liquid, 0.8), 4, "-/8 A4/4 C5/4 | D5/6 C5/2 A4/4 F4/4 | G4/6 A4/2 G4/4 E4/4");
+    liquid.cutoff = 3400.0;
+    line(song, with(kLead, liquid, 1.0), 4, "-/8 A4/4 C5/4 | D5/6 C5/2 A4/4 F4/4 | G4/6 A4/2 G4/4 E4/4");
     riser(song, at(6, 8), 1.0, 0.5);
 }
 
@@ -573,7 +578,7 @@ void guard(Song& song) {
     Player low = with(kLead, kBrass, 0.9, 0.9);
     low.transpose = -12;
     line(song, low, 7, call);
-    line(song, with(kArp, kStab, 0.65, 0.6), 7,
+    line(song, with(kArp, kStab, 0.85, 0.6), 7,
          "D4+F4+A4/3 D4+F4+A4/3 D4+F4+A4/2 D4+F4+A4/4 D4+F4+A4/4 |"
          "C4+F4+A4/3 C4+F4+A4/3 C4+F4+A4/2 C4+E4+G4/4 C4+E4+G4/4 |"
          "Bb3+D4+G4/3 Bb3+D4+G4/3 Bb3+D4+G4/2 C#4+E4+A4/4 C#4+E4+A4/4");
@@ -607,7 +612,8 @@ void heat(Song& song) {
     }
     line(song, with(kArp, kPluck, 1.3, 0.9), 10, "-/12 A4/1 C5/1 D5/1 A4/1 | -/12 Bb4/1 Eb5/1 D5/1 Bb4/1");
     addBurst(song, kAir, {.start = at(12, 0), .length = 1.9, .level = 1.3, .swell = 0.02, .decay = 0.45,
-                          .fromHz = 7000.0, .toHz = 1100.0, .resonance = 0.3, .band = Band::band, .width = 1.0});
+                          .fromHz = 7000.0, .toHz = 1100.0, .resonance = 0.3, .band = Band::band,
+                          .width = 1.0});
     Patch cold = kWarmPad;
     cold.attack = 0.9;
     line(song, with(kPad, cold, 0.7), 12, "-/4 A3+D4+E4+A4/6 A3+C#4+E4+A4/6");
@@ -659,14 +665,16 @@ void trail(Song& song) {
                               .resonance = 0.5, .band = Band::band, .fromPan = bar % 2 ? -0.6 : 0.6,
                               .toPan = bar % 2 ? 0.6 : -0.6, .width = 0.3});
     }
-    line(song, bells(1.1, 0.95), 17, "F5/6 D5/2 C5/8 | A4/6 C5/2 G5/8 | F5/6 D5/2 Bb4/4 A4/4 | D5/6 E5/2 C#5/8");
+    line(song, bells(1.1, 0.95), 17,
+         "F5/6 D5/2 C5/8 | A4/6 C5/2 G5/8 | F5/6 D5/2 Bb4/4 A4/4 | D5/6 E5/2 C#5/8");
     Player answer = bells(0.7, 0.4);
     answer.transpose = 12;
     line(song, answer, 17, "-/10 F5/2 A5/4 | -/10 A5/2 C6/4 | -/10 F5/2 D5/4 | -/10 A5/2 E5/4");
     Patch airy = kWarmPad;
     airy.cutoff = 2600.0;
     airy.attack = 0.5;
-    line(song, with(kPad, airy, 0.8), 17, "F4+A4+C5+D5/16 | F4+A4+C5+G5/16 | F4+A4+Bb4+D5/16 | E4+A4+D5/8 E4+A4+C#5/8");
+    line(song, with(kPad, airy, 0.8), 17,
+         "F4+A4+C5+D5/16 | F4+A4+C5+G5/16 | F4+G4+D5/16 | E4+A4+D5/8 E4+A4+C#5/8");
     Patch deep = kFlowBass;
     deep.cutoff = 300.0;
     deep.bend = 0.6;
@@ -700,12 +708,14 @@ void monolith(Song& song) {
     beat(song, Drum::tomLow, 24, ".............x.X");
     addSteel(song, at(21, 0), 587.33, 1.2, 0.9, 0.0);
     addSteel(song, at(23, 0), 698.46, 0.8, 0.7, 0.0);
-    const char* theme = "D5/6 A4/2 F5/4 E5/4 | D5/6 F5/2 Bb5/4 A5/4 | A5/6 G5/2 F5/4 C5/4 | E5/6 F5/2 G5/6 E5/2";
+    const char* theme =
+        "D5/6 A4/2 F5/4 E5/4 | D5/6 F5/2 Bb5/4 A5/4 | A5/6 G5/2 F5/4 C5/4 | E5/6 F5/2 G5/6 E5/2";
     line(song, with(kLead, kSolo, 1.0, 0.98), 21, theme);
     Player low = with(kLead, kBrass, 0.9, 0.95);
     low.transpose = -12;
     line(song, low, 21, theme);
-    line(song, with(kPad, kWarmPad, 1.1), 21, "A3+D4+F4+A4/16 | Bb3+D4+F4+Bb4/16 | A3+C4+F4+A4/16 | G3+C4+E4+G4/16");
+    line(song, with(kPad, kWarmPad, 1.1), 21,
+         "A3+D4+A4+D5/16 | Bb3+D4+F4+D5/16 | A3+C4+F4+A4/16 | G3+C4+E4+G4/16");
     line(song, with(kBass, kIronBass, 1.0, 0.9), 21,
          "D2/2 D2/2 D2/2 D2/2 D2/2 D2/2 A1/2 C2/2 | Bb1/2 Bb1/2 Bb1/2 Bb1/2 Bb1/2 Bb1/2 D2/2 Bb1/2 |"
          "F2/2 F2/2 F2/2 F2/2 F2/2 F2/2 C2/2 D2/2 | C2/2 C2/2 C2/2 C2/2 C2/2 C2/2 G1/2 C2/2");
@@ -719,7 +729,7 @@ void monolith(Song& song) {
     riser(song, at(24, 8), 1.0, 0.8);
 }
 
-// Bars 25-28: embers; the bells remember the theme and stop on the leading note of the strike that opens the show.
+// Bars 25-28: embers; the bells remember the theme and stop on the leading note of the strike in bar 0.
 void rest(Song& song) {
     hit(song, Drum::kick, at(25, 0), 0.9);
     hit(song, Drum::crash, at(25, 0), 0.7);
@@ -732,13 +742,15 @@ void rest(Song& song) {
     pad.cutoff = 2200.0;
     Player fade = with(kPad, pad, 0.9);
     fade.swell = -0.35;
-    line(song, fade, 25, "Bb3+D4+F4+A4/16 | A3+D4+F4+A4/16 | F3+Bb3+D4+A4/16 | E3+A3+D4+G4/8 E3+A3+C#4+G4/8");
+    line(song, fade, 25,
+         "Bb3+D4+F4+D5/16 | A3+D4+F4+A4/16 | F3+Bb3+D4+A4/16 | E3+A3+D4+G4/8 E3+A3+C#4+G4/4 -/4");
     Patch deep = kFlowBass;
     deep.cutoff = 300.0;
     deep.bend = 0.7;
     deep.glide = 0.0;
     line(song, with(kBass, deep, 0.7, 0.97), 25, "G1/16 | F1/16 | Bb1/16 | A1/12 -/4");
-    line(song, bells(1.2, 0.8), 25, "D5/6 A4/2 Bb4/8 | A4/6 F4/2 D5/8 | D5/6 F5/2 A5/4 F5/4 | E5/6 D5/2 C#5/8");
+    line(song, bells(1.2, 0.8), 25, "D5/6 A4/2 Bb4/8 | A4/6 F4/2 D5/8 | D5/6 F5/2 A5/4 F5/4");
+    line(song, bells(0.6, 0.75), 28, "E5/6 D5/2 C#5/8");
     Player dust = with(kArp, kPluck, 0.45, 0.9);
     dust.sway = 0.7;
     dust.swell = -0.4;
@@ -792,7 +804,7 @@ void addEcho(const Ring (&in)[2], Ring (&out)[2]) {
         size_t place = static_cast<size_t>(i % kFrames), slot = static_cast<size_t>(i) % length;
         double heard[2] = {lines[0][slot], lines[1][slot]};
         for (int c = 0; c < 2; ++c) {
-            double fed = (c == 0 ? in[0][place] + 0.5 * in[1][place] : 0.5 * in[1][place]) + 0.52 * heard[1 - c];
+            double fed = 0.5 * in[1][place] + (c == 0 ? in[0][place] : 0.0) + 0.52 * heard[1 - c];
             high[c].feed(fed);
             low[c].feed(high[c].high);
             lines[c][slot] = low[c].low;
@@ -899,7 +911,7 @@ void limit(Ring (&sides)[2], double ceiling) {
 }
 
 void mix(Song& song, const std::string& only, Ring (&master)[2]) {
-    constexpr double kLoudness = 1.22, kCeiling = 0.79, kShelf = 0.35; // kShelf: added share above 1.5 kHz
+    constexpr double kLoudness = 1.16, kCeiling = 0.69, kShelf = 0.35; // kShelf: added share above 1.5 kHz
     Ring duck = duckCurve(song), hall[2], echo[2];
     for (int c = 0; c < 2; ++c) {
         hall[c].assign(kFrames, 0.0);
@@ -948,7 +960,8 @@ void mix(Song& song, const std::string& only, Ring (&master)[2]) {
 
 void printLevels(const Song& song) {
     constexpr int kScenes[] = {0, 4, 7, 10, 13, 17, 21, 25, 29};
-    constexpr const char* kNames[] = {"ignite", "melt", "guard", "heat", "descent", "trail", "monolith", "rest"};
+    constexpr const char* kNames[] = {"ignite", "melt", "guard", "heat",
+                                      "descent", "trail", "monolith", "rest"};
     for (int s = 0; s < 8; ++s) {
         std::printf("%-9s", kNames[s]);
         for (const Part& part : song.parts) {

@@ -9,7 +9,7 @@ kPlayerPackages=(
     libsdl2-dev libsdl2-image-dev libsdl2-mixer-dev libmodplug-dev libegl-dev libopengl-dev libgl-dev
     libegl1 libegl-mesa0 libgl1 libgl1-mesa-dri
 )
-kContactSheetPackages=(imagemagick fonts-dejavu-core)
+kContactSheetPackages=(imagemagick fonts-dejavu-core ffmpeg)
 # xvfb-run needs xauth, which xvfb only recommends.
 kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
 

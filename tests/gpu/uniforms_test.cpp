@@ -2,6 +2,8 @@
 
 #include "gpu/uniforms.h"
 
+#include <algorithm>
+
 #include <cstring>
 
 namespace {
@@ -105,7 +107,8 @@ TEST_F(UniformsTest, ChannelsAreBoundUnderEveryName) {
     const auto expectSampled = [&](const char* name, const InputTexture* input, Pixel wanted) {
         SCOPED_TRACE(name);
         use(std::string("uniform sampler2D ") + name + ";", std::string("texture(") + name + ", vec2(0.5))");
-        EXPECT_EQ(samplesChannel0(program), !std::strpbrk(name, "1B3"));
+        const std::string other[] = {"iChannel1", "uTexB", "iChannel3"};
+        EXPECT_EQ(samplesChannel0(program), std::find(std::begin(other), std::end(other), name) == std::end(other));
         bindChannels(program, channels, 8, 4, input);
         EXPECT_PIXEL(paint(), wanted);
     };

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the player if need be and plays a show; without a display it renders the show to pictures and a
-# contact sheet of them.
+# Builds the player if need be and plays a show; without a display it renders the show to a video and a
+# contact sheet of stills.
 set -euo pipefail
 
 usage() {
@@ -10,8 +10,8 @@ Usage: ./play.sh [SHOW] [player options...]
 SHOW is a show's JSON file or a folder with a config.json; shows/showcase when left out.
 
 In a graphical session the show opens in its window. Without one (neither DISPLAY nor WAYLAND_DISPLAY is set)
-it is rendered to build/show/NAME/ and the path of a contact sheet, stills with their times, is printed last;
-of the player's options --fps, --size, --start and --end are useful there. SHOW --help lists them all.
+it is rendered to build/show/NAME/: a video with the music, and a contact sheet, stills with their times, whose
+path is printed last; of the player's options --fps, --size, --start and --end are useful there. SHOW --help lists them all.
 
 Packages that are missing on a Debian system are installed first, through sudo where needed.
 TEXT
@@ -48,7 +48,7 @@ optionValue() {
 
 kStillsRate=2 # a second of video
 
-# Renders the show to a video and prints its path and the the contact sheet's; returns the player's exit code.
+# Renders the show to a video and prints its path and the contact sheet's; returns the player's exit code.
 renderShow() {
     local output video begin code=0
     output=$root/build/show/$(showName "$show")

@@ -62,7 +62,7 @@ TEST(Options, ReadWhatIsGiven) {
         {{"--start=0"}, "config.json start=0"},
         {{"-o", "f-%04d.PNG", "--fps", "23.976"}, "config.json headless fps=23.976 rate=2997/125 to f-%04d.PNG"},
         {{"--fps", "30000/1001", "-o", "a.MKV", "--no-audio"},
-         "config.json headless fps=29.97002997002997 rate=30000/1001 no-audio to a.MKV"},
+         "config.json headless fps=29.97 rate=30000/1001 no-audio to a.MKV"},
         {{"-o", "a.gif"}, "config.json headless fps=50 rate=50/1 to a.gif"}, // faster ones play slowly
         {{"-o", "a.mp4", "--ffmpeg-args", " -crf  30 -x \"a \\\" b\"'c \\'\\ d '' "},
          "config.json headless [-crf] [30] [-x] [a \" bc \\ d] [] to a.mp4"},

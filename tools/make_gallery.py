@@ -125,7 +125,7 @@ def transition_parameters():
 
 def glitch_sentence(style):
     files = {path.stem.lower(): path for path in (SHADERS / "glitch").glob("*.frag")}
-    path = files.get("glitch" + style) or files.get(style) or files["glitchboi" if style == "glitchboi" else "glitch"]
+    path = files.get("glitch" + style) or files.get(style) or files["glitch"]
     lines = path.read_text().splitlines()
     sentence = lines[1].lstrip("/ ")
     listed = []
@@ -199,7 +199,7 @@ def write_stills(show, player):
         pictures = sorted(Path(folder).glob("*.png"))
         assert len(pictures) == len(show.pages)
         for picture, (group, name, *_) in zip(pictures, show.pages):
-            subprocess.run(["convert", picture, "-filter", "Lanczos", "-resize", STILL_SIZE, "-strip", "-quality", "80",
+            subprocess.run(["convert", picture, "-filter", "Lanczos", "-resize", STILL_SIZE, "-strip", "-quality", "76",
                             "-sampling-factor", "4:2:0", STILLS / f"{slug(group, name)}.jpg"], check=True)
     size = sum(path.stat().st_size for path in STILLS.glob("*.jpg"))
     print(f"{STILLS}  {len(show.pages)} stills, {size // 1024} KiB")

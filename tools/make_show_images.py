@@ -456,10 +456,11 @@ def draw_credits(path):
     bone, ember, steel = Field(w, h), Field(w, h), Field(w, h)
     width, letters, blade = word_mark()
     em = 78.0
-    bone.add(letters, em, 236, 372)
-    ember.add(blade, em, 236, 372)
-    for y, line in ((560, "A SHOW IN EIGHT SCENES"), (606, "EVERY FRAME DRAWN LIVE"),
-                    (652, "NOTHING PLAYED BACK")):
+    # The upper left stays free for the show's reel.
+    bone.add(letters, em, 236, 464)
+    ember.add(blade, em, 236, 464)
+    for y, line in ((608, "A SHOW IN EIGHT SCENES"), (648, "EVERY FRAME DRAWN LIVE"),
+                    (688, "NOTHING PLAYED BACK")):
         steel.add(lettering(line, 0.055, 0.3)[1], 19.0, 238, y)
     names = ["IGNITE", "MELT", "GUARD", "HEAT", "DESCENT", "TRAIL", "MONOLITH", "REST"]
     kinds = ["EMBER FIELD", "PLASMA", "ROTOZOOM", "RASTER BARS", "TUNNEL", "FEEDBACK", "RAY MARCH", "LAST EMBERS"]

@@ -6,12 +6,12 @@
 # holds the software renderer for machines without a graphics card.
 kPlayerPackages=(
     g++ cmake ninja-build pkg-config
-    libsdl2-dev libsdl2-image-dev libegl-dev libopengl-dev libgl-dev
+    libsdl2-dev libsdl2-image-dev libsdl2-mixer-dev libmodplug-dev libegl-dev libopengl-dev libgl-dev
     libegl1 libegl-mesa0 libgl1 libgl1-mesa-dri
 )
 kContactSheetPackages=(imagemagick fonts-dejavu-core)
 # xvfb-run needs xauth, which xvfb only recommends.
-kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3)
+kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
 
 say() {
     printf '==> %s\n' "$*" >&2

@@ -1,10 +1,15 @@
 #include "app/loop.h"
 
 #include "app/steering.h"
-#include "effects/shader_effect.h"
 #include "platform/shell_state.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+constexpr double kFrameTolerance = 1e-3; // frames
+}
 
 VisualRange visualRange(const RuntimeConfig& config) {
     VisualRange range;
@@ -46,7 +51,15 @@ bool beginFrame(Player& player) {
 }
 
 bool stopTimeReached(const Player& player) {
-    return static_cast<float>(player.passesTime + player.clock.showTime) >= static_cast<float>(player.stopTime);
+    return hasReached(player, player.passesTime + player.clock.showTime, player.stopTime);
+}
+
+bool hasReached(const Player& player, double time, double end) {
+    const float t = static_cast<float>(time), last = static_cast<float>(end);
+    if (!isOffline(player)) return t >= last;
+    // A show of D seconds has D x fps frames, whatever its floats lost when start and duration were added.
+    const double lost = 2.0 * static_cast<double>(std::nextafter(last, std::numeric_limits<float>::max()) - last);
+    return time >= end - std::max(lost, kFrameTolerance / player.clock.fps);
 }
 
 void clearFrame() {
@@ -65,7 +78,5 @@ void finishFrame(Player& player) {
 }
 
 void clearFeedback(Timeline& timeline) {
-    for (RuntimeEntry& entry : timeline.entries) {
-        if (entry.effect.hasBuffer) clearBufferTargets(entry.effect);
-    }
+    for (RuntimeEntry& entry : timeline.entries) clearFeedback(entry.effect);
 }

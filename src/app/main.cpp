@@ -2,10 +2,12 @@
 #include "app/options.h"
 #include "app/player.h"
 #include "foundation/log.h"
+#include "platform/output.h"
 
 #include <cstdio>
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     Options options;
     std::string error;
     if (!parseOptions(argc - 1, argv + 1, options, error)) {

@@ -1,6 +1,7 @@
 #include "app/options.h"
 
 #include "foundation/text.h"
+#include "platform/image.h"
 
 #include <algorithm>
 #include <charconv>
@@ -38,6 +39,7 @@ bool parseSize(std::string_view text, Options& options) {
         if (parts[i].find('.') != std::string_view::npos || !parseDecimal(parts[i], sides[i])) return false;
         if (sides[i] < 1 || sides[i] > kMaxSide) return false;
     }
+    if (sides[0] * sides[1] > static_cast<double>(kMaxImagePixels)) return false;
     options.width = static_cast<int>(sides[0]);
     options.height = static_cast<int>(sides[1]);
     return true;
@@ -112,12 +114,14 @@ bool readFlag(const std::string& name, Options& options) {
         options.version = true;
     } else if (name == "--headless") {
         options.headless = true;
+    } else if (name == "--audio") {
+        options.audio = true;
+    } else if (name == "--no-audio") {
+        options.audio = false;
     } else if (name == "--fullscreen" || name == "--fs") {
         options.fullscreen = true;
     } else if (name == "--windowed") {
         options.fullscreen = false;
-    } else if (name == "--no-audio") {
-        options.audio = false;
     } else {
         return false;
     }
@@ -192,7 +196,8 @@ const char* const kUsage =
     "  --fullscreen, --fs   full screen, whatever the show says\n"
     "  --windowed           in a window, whatever the show says\n"
     "  --size WxH           size of the picture in pixels\n"
-    "  --headless           play without a window or display\n"
+    "  --headless           play without a window or display, and without music\n"
+    "  --audio, --no-audio  play the show's music, or do not, with or without a window\n"
     "  --start S            begin at S seconds; all times may be written [hh:]mm:ss\n"
     "  --end S              stop before the frame that reaches S\n"
     "  --length S           stop S seconds after the start\n"
@@ -203,7 +208,6 @@ const char* const kUsage =
     "                       made by ffmpeg), a picture sequence (frame-%04d.png), raw RGBA frames\n"
     "                       (show.rgba), or raw frames to standard output (-)\n"
     "  --fps N              frames a second (default 60, of a .gif 50); also N/D\n"
-    "  --no-audio           no music\n"
     "  --ffmpeg-args \"...\"  more arguments for ffmpeg, behind the player's own\n"
     "  --still T[,T...]     only the pictures at these times\n"
     "\n"

@@ -27,7 +27,7 @@ struct Options {
     std::optional<double> length; // seconds
     double fps = 60.0;            // frames a second, offline
     FrameRate rate = {0, 1};      // the same as a fraction; 0 until the command line has been read
-    std::optional<bool> audio;    // unset: with music where it is played or rendered to a video
+    std::optional<bool> audio;    // unset: music in a window and in a video
     std::vector<std::string> ffmpegArguments; // the user's own
     std::string output;           // empty: no offline rendering
     std::vector<double> stills;   // seconds

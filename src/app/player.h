@@ -1,6 +1,7 @@
 // One run of the player: what start-up made and what the main loop keeps from frame to frame.
 #pragma once
 
+#include "app/audio_player.h"
 #include "app/options.h"
 #include "app/recorder.h"
 #include "app/run_clock.h"
@@ -21,6 +22,7 @@ struct Player {
     Options options;
     RuntimeConfig config;
     Surface* surface = nullptr;
+    AudioPlayer audio;
     RunClock clock;
     Timeline timeline;
     PlayState state;

@@ -42,10 +42,12 @@ void seekInScene(Player& player, const ScenePosition& position) {
     restartCounter(player.clock);
 }
 
-// Moves on when the scene is over; false when the run is.
+// Moves on when the scene is over; false when the run is. A scene begins at its time 0, but offline where
+// the frame's time falls: frames are a fixed step apart.
 bool advanceScene(Player& player, int& index) {
     const float duration = sceneDuration(player.config, index);
-    if (duration <= 0.0f || showTime(player) < duration) return true;
+    if (duration <= 0.0f || !hasReached(player, player.clock.showTime, static_cast<double>(duration))) return true;
+    const double rest = isOffline(player) ? std::max(0.0, player.clock.showTime - static_cast<double>(duration)) : 0.0;
     player.passesTime += static_cast<double>(duration);
     if (++index == static_cast<int>(player.config.scenes.size())) {
         if (!player.config.loop) {
@@ -56,7 +58,8 @@ bool advanceScene(Player& player, int& index) {
         index = 0;
     }
     loadPlayerScene(player, index);
-    return true;
+    jumpClock(player.clock, rest);
+    return advanceScene(player, index); // a scene may be shorter than the step
 }
 
 void drawFrame(Player& player, float delta) {
@@ -70,6 +73,7 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
+    if (player.audio.ready) playFrom(player.audio, start.before + start.time);
     loadPlayerScene(player, index);
     player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
     if (player.options.start) seekInScene(player, start);

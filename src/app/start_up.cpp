@@ -48,33 +48,46 @@ bool openSurface(Player& player) {
     return false;
 }
 
-// Show time of the first frame, in seconds.
+bool wantsMusic(const Options& options) {
+    return options.output.empty() && options.audio.value_or(!options.headless);
+}
+
+void openMusic(Player& player) {
+    const RuntimeConfig& config = player.config;
+    if (!wantsMusic(player.options) || config.audioPath.empty()) return;
+    if (!isRegularFile(config.audioPath)) {
+        logLine("[AUDIO] File not found: %s\n", config.audioPath.c_str());
+        return;
+    }
+    openAudio(player.audio, config.audioPath, config.volume, config.startOffset);
+}
+
+// Show time of the first frame: the option's, kept inside the show, else the show's own.
 double firstTime(const Player& player) {
-    const std::optional<double>& start = player.options.start;
-    if (!player.config.nativeRuntime) return start.value_or(0.0);
+    const double start = player.options.start.value_or(0.0);
+    if (!player.config.nativeRuntime) return start;
     const VisualRange range = visualRange(player.config);
-    return static_cast<double>(start ? clampToRange(range, static_cast<float>(*start)) : range.start);
+    const bool given = player.options.start.has_value();
+    return static_cast<double>(given ? clampToRange(range, static_cast<float>(start)) : range.start);
 }
 
 // Where the run stops, whatever the show says: the earlier of the end and the start plus the length.
 void setStopTime(Player& player) {
     const Options& options = player.options;
     if (options.end) player.stopTime = *options.end;
-    if (!options.length) return;
-    player.stopTime = std::min(player.stopTime, firstTime(player) + *options.length);
+    if (options.length) player.stopTime = std::min(player.stopTime, firstTime(player) + *options.length);
 }
 
-// Frames that offline rendering will write; 0 when nothing ends it.
+// Frames that offline rendering will write; 0 when nothing ends it, negative when it would write none.
 long long expectedFrames(const Player& player) {
     if (!player.options.stills.empty()) return static_cast<long long>(player.options.stills.size());
     const double ownEnd = showEnd(player.config);
     const double end = ownEnd > 0.0 ? std::min(ownEnd, player.stopTime) : player.stopTime;
-    const double firstStart = player.config.nativeRuntime ? static_cast<double>(visualRange(player.config).start) : 0.0;
-    const double start = std::max(player.options.start.value_or(firstStart), firstStart);
     constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
-    constexpr double kRounding = 1e-4; // frames; times pass through floats
-    const double frames = std::ceil((end - start) * player.options.fps - kRounding);
-    return frames < kMostFrames ? std::max(1LL, static_cast<long long>(frames)) : 0;
+    constexpr double kRounding = 1e-3; // frames; times pass through floats
+    const double frames = std::ceil((end - firstTime(player)) * player.options.fps - kRounding);
+    if (frames <= 0.0) return -1;
+    return frames < kMostFrames ? static_cast<long long>(frames) : 0;
 }
 
 // The show's music from where the rendering begins; none where there is none to be heard.
@@ -107,6 +120,10 @@ bool openOffline(Player& player) {
         printError("%s has no end; give --end or --length to render it\n", player.options.configPath.c_str());
         return false;
     }
+    if (frames < 0) {
+        printError("%s has no picture between the start and the end that were given\n", player.options.configPath.c_str());
+        return false;
+    }
     const Options& options = player.options;
     VideoJob job;
     job.output = options.output;
@@ -136,6 +153,7 @@ bool closeOffline(Player& player) {
 
 void shutDown(Player& player) {
     releaseTransitionStage(player.stage);
+    closeAudio(player.audio);
     recordExitReason("main loop finished");
     logLine("[EXIT] %s\n", shellState().exitReason.c_str());
     releaseTimeline(player.timeline);
@@ -167,6 +185,7 @@ int runPlayer(const Options& options) {
     logLine("[GL] %s\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
     logLine("[GL] OpenGL %s\n", reinterpret_cast<const char*>(glGetString(GL_VERSION)));
     createQuad();
+    openMusic(player);
 
     setStopTime(player);
     const bool ready = openOffline(player);

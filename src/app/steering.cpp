@@ -72,6 +72,9 @@ void applyControls(Player& player, const VisualRange& range) {
     }
     seekTo(player, range, t);
     t = static_cast<float>(player.clock.showTime);
+    if (player.audio.ready && !playFrom(player.audio, static_cast<double>(t))) {
+        logLine("[SEEK] Audio seek failed; continuing visual-only.\n");
+    }
 
     if (scene.empty()) {
         activeScenes(player.timeline, t, player.scenes);

@@ -24,14 +24,16 @@ void wrapTimeline(Player& player, const VisualRange& range) {
     const double passed = std::max(0.0, player.clock.showTime - static_cast<double>(range.start));
     const double rest = std::fmod(passed, static_cast<double>(range.duration));
     player.passesTime += passed - rest;
-    jumpClock(player.clock, static_cast<double>(range.start) + rest);
+    const double t = static_cast<double>(range.start) + rest;
+    jumpClock(player.clock, t);
+    if (player.audio.ready && playFrom(player.audio, t)) logLine("[AUDIO] Loop seek to %.3fs\n", t);
     loadPlayerTimeline(player);
     player.log.lastKey.clear();
 }
 
 // Ends or wraps a timeline that has reached its end; false when the run is over.
 bool applyEnd(Player& player, const VisualRange& range) {
-    if (range.duration <= 0.0f || showTime(player) < range.end) return true;
+    if (range.duration <= 0.0f || !hasReached(player, player.clock.showTime, static_cast<double>(range.end))) return true;
     if (!player.config.loop) {
         endTimeline(player, range);
         return false;
@@ -64,15 +66,27 @@ void drawFrame(Player& player, const VisualRange& range, float delta) {
     finishFrame(player);
 }
 
-// Loads the timeline and announces it.
+// Music and picture meet here, at seeks and at loops; in between each keeps its own time.
+void startMusic(Player& player, const VisualRange& range) {
+    if (!player.audio.ready) return;
+    const double duration = static_cast<double>(player.audio.duration);
+    logLine("[TIMELINE] BASS audio duration=%.3fs; visual/audio delta=%.3fs\n", duration,
+            static_cast<double>(range.end) - duration);
+    const std::optional<double>& start = player.options.start;
+    const float t = start ? clampToRange(range, static_cast<float>(*start)) : range.start;
+    if (playFrom(player.audio, static_cast<double>(t))) {
+        logLine("[AUDIO] Playback sync enabled (duration=%.3fs, visual clock=delta time)\n", duration);
+    }
+}
+
+// Loads the timeline, announces it and starts the music.
 VisualRange prepareTimeline(Player& player) {
     loadPlayerTimeline(player);
-    if (initTransitionRenderer(player.stage.renderer, player.config.baseDir)) {
-        warmUpProgram(player.stage.renderer.program, DrawState::opaque, DrawTarget::screen);
-    }
+    initTransitionStage(player.stage, player.config.baseDir, shellState().clientWidth, shellState().clientHeight);
     const VisualRange range = visualRange(player.config);
     logLine("[TIMELINE] Visual range %.3fs -> %.3fs (duration=%.3fs)\n", static_cast<double>(range.start),
             static_cast<double>(range.end), static_cast<double>(range.duration));
+    startMusic(player, range);
     logLine("[CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit\n");
     return range;
 }

@@ -1,5 +1,6 @@
 #include "config/paths.h"
 
+#include "foundation/text.h"
 #include "platform/files.h"
 
 namespace {
@@ -20,6 +21,7 @@ std::string resolveAssetPath(const std::string& path, const AssetMap& assets, co
     }
     // Thousands of entries may name the same path, and each keeps a copy.
     if (resolved.size() > kMaxPathBytes) resolved.clear();
+    resolved = printableName(std::move(resolved));
     for (char& c : resolved) {
         if (c == '/' || c == '\\') c = kPathSeparator;
     }

@@ -1,6 +1,7 @@
 #include "config/runtime_config.h"
 
 #include "foundation/log.h"
+#include "foundation/text.h"
 #include "platform/files.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr const char* kNativeSchema = "native-runtime/v1";
+constexpr size_t kMaxEntries = 16384; // each takes some kilobytes, and a shader to build
 constexpr const char* kDefaultFallbackImage = "assets/images/Logo.png";
 
 std::string parentDirectory(const std::string& path) {
@@ -46,33 +48,39 @@ void readFallbackImage(RuntimeConfig& config, const JsonValue& root) {
     config.fallbackImagePath = resolveAssetPath(path, *config.assets, config.baseDir);
 }
 
-std::vector<TimelineEntry> readEntries(const RuntimeConfig& config, const JsonValue& list) {
+// `room` is what the show may still hold, in all its lists.
+std::vector<TimelineEntry> readEntries(const RuntimeConfig& config, const JsonValue& list, size_t& room) {
     std::vector<TimelineEntry> entries;
-    entries.reserve(list.items.size());
     for (const JsonValue& item : list.items) {
+        if (room == 0) {
+            logLine("[WARN] More than %d entries; the rest is left out\n", static_cast<int>(kMaxEntries));
+            break;
+        }
         TimelineEntry entry = parseTimelineEntry(item, config, config.baseDir);
-        if (entry.enabled) entries.push_back(std::move(entry));
+        if (!entry.enabled) continue;
+        entries.push_back(std::move(entry));
+        --room;
     }
     return entries;
 }
 
-void readScenes(RuntimeConfig& config, const JsonValue& scenes) {
+void readScenes(RuntimeConfig& config, const JsonValue& scenes, size_t& room) {
     for (const JsonValue& item : scenes.items) {
         SceneSpec scene;
-        scene.id = getString(find(item, "id"), "");
+        scene.id = printableName(getString(find(item, "id"), ""));
         scene.enabled = getBool(find(item, "enabled"), true);
         const JsonValue& transition = find(item, "transition");
         scene.transitionType = getString(find(transition, "type"), "cut");
         scene.transitionDuration = getFinite(find(transition, "duration"), 0.0f);
-        scene.entries = readEntries(config, find(item, "entries"));
+        scene.entries = readEntries(config, find(item, "entries"), room);
         if (scene.enabled && !scene.entries.empty()) config.scenes.push_back(std::move(scene));
     }
 }
 
-void readRootEntries(RuntimeConfig& config, const JsonValue& list) {
+void readRootEntries(RuntimeConfig& config, const JsonValue& list, size_t& room) {
     if (list.kind != JsonKind::array) return;
     config.nativeRuntime = true;
-    config.entries = readEntries(config, list);
+    config.entries = readEntries(config, list, room);
     std::stable_sort(config.entries.begin(), config.entries.end(),
                      [](const TimelineEntry& a, const TimelineEntry& b) {
                          if (a.start != b.start) return a.start < b.start;
@@ -129,8 +137,9 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
     readAssets(config, find(root, "assets"));
     readAudio(config, find(root, "audio"));
     readFallbackImage(config, root);
-    readScenes(config, find(root, "scenes"));
-    readRootEntries(config, find(root, "entries"));
+    size_t room = kMaxEntries;
+    readScenes(config, find(root, "scenes"), room);
+    readRootEntries(config, find(root, "entries"), room);
     readTransitions(config, find(root, "transitions"));
 
     logLine("[CONFIG] %d scenes, %d timeline entries, %dx%d %s%s\n", static_cast<int>(config.scenes.size()),

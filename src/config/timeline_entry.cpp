@@ -1,8 +1,15 @@
 #include "config/timeline_entry.h"
 
 #include "config/runtime_config.h"
+#include "foundation/text.h"
 
 namespace {
+
+// A name that a show gives: cut to a length that log and memory bear, however often it is copied, and kept
+// to one line.
+std::string readName(const JsonValue& value) {
+    return printableName(getString(value, "").substr(0, kMaxNameBytes));
+}
 
 void readParams(TimelineEntry& entry, const JsonValue& params) {
     entry.params = params;
@@ -31,9 +38,9 @@ TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& con
     entry.assets = config.assets;
     entry.shaders = config.shaders;
 
-    entry.id = getString(find(json, "id"), "");
-    entry.type = getString(find(json, "type"), "");
-    entry.scene = getString(find(json, "scene"), "");
+    entry.id = readName(find(json, "id"));
+    entry.type = readName(find(json, "type"));
+    entry.scene = readName(find(json, "scene"));
     entry.start = getFinite(find(json, "start"), entry.start);
     entry.delay = getFinite(find(json, "delay"), entry.delay);
     entry.duration = getFinite(find(json, "duration"), entry.duration);
@@ -54,7 +61,7 @@ TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& paren
     entry.shaders = parent.shaders;
 
     entry.id = parent.id + "_" + suffix;
-    entry.type = getString(find(json, "type"), "");
+    entry.type = readName(find(json, "type"));
     entry.scene = parent.scene;
     entry.start = parent.start;
     entry.duration = parent.duration;

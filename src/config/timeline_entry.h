@@ -10,6 +10,7 @@
 #include <string>
 
 constexpr int kChannelCount = 4;
+constexpr size_t kMaxNameBytes = 1024; // of ids, types and scene names
 
 struct RuntimeConfig;
 struct TimelineEntry;

@@ -2,7 +2,6 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
-#include "foundation/text.h"
 
 #include <algorithm>
 
@@ -32,8 +31,8 @@ bool createBlend(const TimelineEntry& entry, Effect& effect) {
     effect.children.push_back(createChild(source, entry, "source"));
     effect.children.push_back(createChild(target, entry, "target"));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kTarget])) {
-        logLine("    [ERROR] Blend child failed: source=%s target=%s\n", orNone(effect.children[kSource]->type),
-                orNone(effect.children[kTarget]->type));
+        logLine("    [ERROR] Blend child failed: source=%s target=%s\n", childType(source).c_str(),
+                childType(target).c_str());
         return false;
     }
     effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);

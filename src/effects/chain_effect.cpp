@@ -2,7 +2,6 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
-#include "foundation/text.h"
 
 namespace {
 enum Child { kSource, kPost };
@@ -18,8 +17,7 @@ bool createChain(const TimelineEntry& entry, Effect& effect) {
     effect.children.push_back(createChild(source, entry, "source"));
     effect.children.push_back(createChild(post, entry, "post"));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kPost])) {
-        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", orNone(effect.children[kSource]->type),
-                orNone(effect.children[kPost]->type));
+        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", childType(source).c_str(), childType(post).c_str());
         return false;
     }
     effect.mainProgram = kPlaceholderProgram;

@@ -6,6 +6,7 @@
 #include "gpu/program.h"
 #include "gpu/program_pool.h"
 #include "gpu/quad.h"
+#include "gpu/textures.h"
 
 namespace {
 
@@ -26,7 +27,6 @@ JsonValue fallbackChild(const std::string& image) {
 std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix) {
     auto child = std::make_unique<Effect>();
     if (parent.depth >= kMaxNesting) {
-        child->type = toLower(getString(find(json, "type"), ""));
         logLine("    [WARN] %s_%s is nested deeper than %d effects and left out\n", parent.id.c_str(), suffix.c_str(),
                 kMaxNesting);
         return child;
@@ -35,6 +35,11 @@ std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& 
     *child = createEffect(isMissing ? deriveChildEntry(fallbackChild(parent.fallbackImage), parent, suffix)
                                     : deriveChildEntry(json, parent, suffix));
     return child;
+}
+
+std::string childType(const JsonValue& json) {
+    const std::string type = printableName(getString(find(json, "type"), "").substr(0, kMaxNameBytes));
+    return orNone(type);
 }
 
 GLuint borrowBlitProgram() {
@@ -49,6 +54,9 @@ void propagateClock(const Effect& parent, Effect& child, float parentTime) {
 void renderToTarget(Effect& effect, RenderTarget& target, int width, int height, const InputTexture* input) {
     const DrawBinding output = saveBinding();
     ensureTarget(target, width, height);
+    // What the frame before left on the units of the children's pictures may be this very target.
+    bindBlackTexture(1);
+    bindBlackTexture(0);
     bindTarget(target);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

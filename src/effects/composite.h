@@ -10,6 +10,9 @@ constexpr int kMaxNesting = 16;
 // runnable. The name is the parent's with "_" and the suffix.
 std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix);
 
+// The type of the child that `json` describes, as written; "(none)" without one.
+std::string childType(const JsonValue& json);
+
 // The program that shows a child's picture.
 GLuint borrowBlitProgram();
 

@@ -1,5 +1,6 @@
 #include "effects/effect.h"
 
+#include "effects/shader_effect.h"
 #include "gpu/program_pool.h"
 
 #include <algorithm>
@@ -22,6 +23,11 @@ void releaseEffect(Effect& effect) {
     for (RenderTarget& target : effect.bufferTargets) deleteTarget(target);
     for (RenderTarget& target : effect.childTargets) deleteTarget(target);
     effect = {};
+}
+
+void clearFeedback(Effect& effect) {
+    for (const auto& child : effect.children) clearFeedback(*child);
+    if (effect.hasBuffer) clearBufferTargets(effect);
 }
 
 void seekEffect(Effect& effect, float seconds) {

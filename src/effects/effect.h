@@ -3,7 +3,6 @@
 
 #include "config/timeline_entry.h"
 #include "effects/transition.h"
-#include "foundation/json.h"
 #include "gpu/render_target.h"
 #include "gpu/uniforms.h"
 
@@ -80,7 +79,6 @@ struct Effect {
     float timeScale = 1.0f;
     float duration = 5.0f; // seconds
     BlendMode blendMode = BlendMode::alpha;
-    JsonValue params;
 
     // Programs are borrowed from the pool. A kind without a main program of its own has a placeholder in
     // its place, so that it counts as runnable.
@@ -103,6 +101,7 @@ struct Effect {
     TransitionLook mixLook;
     BlendBlock blend;
     std::vector<BlendStep> steps; // one a child
+    float stepsEnd = 0.0f; // seconds, of the last one to end
     bool loopSteps = true;
     SplitBlock split;
     SplitUniforms splitUniforms;
@@ -130,6 +129,9 @@ void releaseEffect(Effect& effect);
 // with the blending that is set. `input` (may be null) is the picture of another effect for one of its
 // channels. Leaves the viewport over the whole output.
 void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input);
+
+// Empties the pictures of every buffer pass, those of children included, as before the first frame.
+void clearFeedback(Effect& effect);
 
 // Sets the effect's clock as if it had been drawn from its start on: `seconds` since then, at 60 frames
 // a second. Negative seconds count as none.

@@ -12,6 +12,7 @@
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "gpu/textures.h"
+#include "platform/files.h"
 
 namespace {
 
@@ -75,8 +76,11 @@ GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertex
     return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
 }
 
+// A picture that is not there is no fault; a directory in its place is one, and is said like a broken picture.
 void loadChannel(ChannelBinding& channel, const std::string& path) {
-    if (path.empty() || !fileExists(path)) return;
+    if (path.empty()) return;
+    const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
+    if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
     const TextureInfo info = loadTexture(path);
     channel = {info.texture, info.width, info.height, path};
 }
@@ -99,13 +103,13 @@ bool createShaderEffect(const TimelineEntry& entry, EffectKind kind, Effect& eff
     if (!readSources(entry, kind, sources)) return false;
     const std::string settings = programSettings(entry);
     effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
-    if (!effect.mainProgram) return false;
-    if (kind == EffectKind::image) effect.fit = readFitMode(entry.params);
+    if (effect.type == "image") effect.fit = readFitMode(entry.params);
     effect.isDreamEntity = effect.type == "dreamentity";
 
     effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
     effect.hasBuffer = effect.bufferProgram != 0;
     loadChannels(entry, effect);
+    if (!effect.mainProgram) return false; // not before all that is wrong with the entry has been said
     writeParamUniforms(effect.mainProgram, entry.params);
     if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
     return true;
@@ -135,7 +139,6 @@ Effect createEffect(const TimelineEntry& entry) {
     effect.timeScale = entry.timeScale;
     effect.duration = entry.duration;
     effect.blendMode = entry.blendMode == "additive" ? BlendMode::additive : BlendMode::alpha;
-    effect.params = entry.params;
 
     const EffectKind kind = kindOf(entry, effect.type);
     if (createKind(entry, kind, effect)) {

@@ -3,7 +3,10 @@
 #include "gpu/gl_functions.h"
 #include "gpu/uniforms.h"
 
+#include <cmath>
 #include <cstdio>
+#include <string_view>
+#include <unordered_set>
 
 namespace {
 
@@ -17,13 +20,13 @@ struct ParamValue {
 ParamValue readValue(const JsonValue& json) {
     ParamValue value;
     if (json.kind == JsonKind::number || json.kind == JsonKind::boolean) {
-        const float flag = json.boolean ? 1.0f : 0.0f;
-        value.components[0] = getNumber(json, flag);
-        value.count = 1;
+        value.components[0] = getNumber(json, json.boolean ? 1.0f : 0.0f);
+        value.count = std::isfinite(value.components[0]) ? 1 : 0;
     } else if (json.kind == JsonKind::array && json.items.size() >= 2 && json.items.size() <= kMaxComponents) {
         for (const JsonValue& item : json.items) {
-            if (item.kind != JsonKind::number) return {};
-            value.components[value.count++] = getNumber(item, 0.0f);
+            const float component = getNumber(item, 0.0f);
+            if (item.kind != JsonKind::number || !std::isfinite(component)) return {};
+            value.components[value.count++] = component;
         }
     }
     return value;
@@ -36,7 +39,8 @@ bool isEntrySetting(const std::string& name) {
 
 std::string prefixed(const std::string& name) {
     std::string uniform = "u" + name;
-    if (uniform.size() > 1 && uniform[1] >= 'a' && uniform[1] <= 'z') uniform[1] = static_cast<char>(uniform[1] - 'a' + 'A');
+    if (name.empty() || name[0] < 'a' || name[0] > 'z') return uniform;
+    uniform[1] = static_cast<char>(name[0] - 'a' + 'A');
     return uniform;
 }
 
@@ -51,11 +55,12 @@ void writeValue(GLuint program, const std::string& name, const ParamValue& value
     }
 }
 
-// Calls `use(name, value)` for the first member of each name that holds a value for a uniform.
+// Calls `use(name, value)` for the first member of each name, where it holds a value for a uniform.
 template <typename Use>
 void forEachParam(const JsonValue& params, Use use) {
+    std::unordered_set<std::string_view> seen;
     for (const auto& [name, json] : params.members) {
-        if (isEntrySetting(name) || &find(params, name) != &json) continue;
+        if (isEntrySetting(name) || !seen.insert(name).second) continue;
         const ParamValue value = readValue(json);
         if (value.count > 0) use(name, value);
     }

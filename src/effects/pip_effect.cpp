@@ -47,7 +47,7 @@ void createInsetChild(const TimelineEntry& entry, Effect& effect) {
         effect.children.push_back(std::move(inset));
         return;
     }
-    logLine("    [WARN] PiP child failed: type=%s\n", orNone(inset->type));
+    logLine("    [WARN] PiP child failed: type=%s\n", childType(find(entry.params, "pip")).c_str());
     releaseEffect(*inset);
 }
 
@@ -96,7 +96,7 @@ bool createPip(const TimelineEntry& entry, Effect& effect) {
     if (!effect.blitProgram) return false;
     effect.children.push_back(createChild(find(entry.params, "main"), entry, "main"));
     if (!isRunnable(*effect.children[kMain])) {
-        logLine("    [ERROR] PiP main child failed: type=%s\n", orNone(effect.children[kMain]->type));
+        logLine("    [ERROR] PiP main child failed: type=%s\n", childType(find(entry.params, "main")).c_str());
         return false;
     }
     effect.pip = readPip(entry.params);

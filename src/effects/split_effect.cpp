@@ -71,18 +71,16 @@ SplitBlock readSplit(const JsonValue& params) {
 
 bool createDynamicSplit(const TimelineEntry& entry, Effect& effect) {
     ShaderPair sources;
-    if (!readShaderPair(entry.baseDir, "composition", "DynamicSplit", sources)) {
-        logLine("    [ERROR] Frag not found: %s\n", "DemoSceneResources/assets/shaders/composition/DynamicSplit.frag");
-        return false;
-    }
+    if (!readShaderPair(entry.baseDir, "composition", "DynamicSplit", sources)) return false;
     effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, "", effect.type);
     if (!effect.mainProgram) return false;
     effect.splitUniforms = resolveUniforms(effect.mainProgram);
-    effect.children.push_back(createChild(eitherObject(entry.params, "a", "source"), entry, "a"));
-    effect.children.push_back(createChild(eitherObject(entry.params, "b", "target"), entry, "b"));
+    const JsonValue& a = eitherObject(entry.params, "a", "source");
+    const JsonValue& b = eitherObject(entry.params, "b", "target");
+    effect.children.push_back(createChild(a, entry, "a"));
+    effect.children.push_back(createChild(b, entry, "b"));
     if (!isRunnable(*effect.children[kA]) || !isRunnable(*effect.children[kB])) {
-        logLine("    [ERROR] DynamicSplit child failed: a=%s b=%s\n", orNone(effect.children[kA]->type),
-                orNone(effect.children[kB]->type));
+        logLine("    [ERROR] DynamicSplit child failed: a=%s b=%s\n", childType(a).c_str(), childType(b).c_str());
         return false;
     }
     effect.split = readSplit(entry.params);

@@ -2,7 +2,6 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
-#include "foundation/text.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
@@ -33,20 +32,19 @@ void appendStep(const TimelineEntry& entry, Effect& effect, int index, const Jso
     }
     std::unique_ptr<Effect> child = createChild(description, entry, "step" + std::to_string(index));
     if (!isRunnable(*child)) {
-        logLine("    [WARN] TimelineBlend step %d failed: type=%s\n", index, orNone(child->type));
+        logLine("    [WARN] TimelineBlend step %d failed: type=%s\n", index, childType(description).c_str());
         releaseEffect(*child);
         return;
     }
     effect.children.push_back(std::move(child));
     effect.steps.push_back(readStep(json));
+    effect.stepsEnd = std::max(effect.stepsEnd, endOf(effect.steps.back()));
 }
 
 // The time within the steps, wrapped when they loop.
 float stepTime(const Effect& effect) {
-    float total = 0.0f;
-    for (const BlendStep& step : effect.steps) total = std::max(total, endOf(step));
-    const bool wraps = effect.loopSteps && total > kLeastDuration;
-    return wraps ? std::fmod(std::max(effect.localTime, 0.0f), total) : effect.localTime;
+    const bool wraps = effect.loopSteps && effect.stepsEnd > kLeastDuration;
+    return wraps ? std::fmod(std::max(effect.localTime, 0.0f), effect.stepsEnd) : effect.localTime;
 }
 
 // The two steps that play at t and start first, -1 where there are none; earlier in the list on ties.

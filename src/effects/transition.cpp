@@ -82,7 +82,7 @@ int transitionStyleCode(const std::string& name) {
 
 TransitionLook readTransitionLook(const std::string& style, const JsonValue& params) {
     TransitionLook look;
-    const auto read = [&](const char* key, float& value) { value = getNumber(find(params, key), value); };
+    const auto read = [&](const char* key, float& value) { value = getFinite(find(params, key), value); };
     look.effectId = transitionStyleCode(style);
     read("startDelay", look.startDelay);
     read("softness", look.softness);

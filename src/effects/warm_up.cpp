@@ -1,9 +1,11 @@
 #include "effects/warm_up.h"
 
+#include "effects/pip_effect.h"
 #include "effects/shader_effect.h"
 #include "gpu/gl_functions.h"
 #include "gpu/program_pool.h"
 #include "gpu/quad.h"
+#include "gpu/textures.h"
 
 namespace {
 
@@ -23,25 +25,45 @@ void drawOnePixel(DrawState state, Draw draw) {
     glFlush();
 }
 
-// Children draw into targets, blending off; the last of a chain draws where the chain does.
+// Children draw into targets of the size that they will have, blending off; the last of a chain draws where
+// the chain does.
 void warmUpChildren(Effect& effect, DrawState state, DrawTarget drawTarget, int width, int height) {
-    if (effect.children.empty()) return;
     const DrawBinding output = saveBinding();
     for (size_t i = 0; i < effect.children.size(); ++i) {
+        Effect& child = *effect.children[i];
         if (effect.kind == EffectKind::chain && i > 0) {
-            restoreBinding(output);
-            warmUpEffect(*effect.children[i], state, drawTarget, width, height);
+            warmUpEffect(child, state, drawTarget, width, height);
             continue;
         }
+        const bool isInset = effect.kind == EffectKind::pip && i > 0;
+        const PipRect size = isInset ? pipRect(effect.pip, width, height) : PipRect{0, 0, width, height};
         RenderTarget& target = effect.childTargets[i % effect.childTargets.size()];
-        ensureTarget(target, width, height);
+        ensureTarget(target, size.width, size.height);
         bindTarget(target);
-        warmUpEffect(*effect.children[i], DrawState::opaque, DrawTarget::offscreen, width, height);
+        warmUpEffect(child, DrawState::opaque, DrawTarget::offscreen, size.width, size.height);
+        restoreBinding(output);
     }
-    restoreBinding(output);
+}
+
+// The composite's own passes over its children's pictures.
+void warmUpComposite(Effect& effect, DrawState state, DrawTarget target) {
+    for (const int unit : {1, 0}) {
+        gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+        glBindTexture(GL_TEXTURE_2D, effect.childTargets[static_cast<size_t>(unit)].texture);
+    }
+    warmUpProgram(effect.mixer.program, DrawState::opaque, target);
+    warmUpProgram(effect.blitProgram, state, target);
+    if (effect.kind == EffectKind::pip) warmUpProgram(effect.blitProgram, DrawState::alpha, target);
+    if (effect.kind == EffectKind::dynamicSplit) warmUpProgram(effect.mainProgram, blendedState(effect), target);
+    bindBlackTexture(1);
+    bindBlackTexture(0);
 }
 
 } // namespace
+
+DrawState blendedState(const Effect& effect) {
+    return effect.blendMode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+}
 
 void applyDrawState(DrawState state) {
     switch (state) {
@@ -58,13 +80,11 @@ void applyDrawState(DrawState state) {
 }
 
 void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width, int height) {
-    warmUpChildren(effect, state, target, width, height);
-    for (const GLuint program : {effect.mixer.program, effect.blitProgram}) {
-        warmUpProgram(program, DrawState::opaque, target);
-        warmUpProgram(program, DrawState::alpha, target);
+    if (!effect.children.empty()) {
+        warmUpChildren(effect, state, target, width, height);
+        warmUpComposite(effect, state, target);
+        return;
     }
-    if (effect.kind == EffectKind::dynamicSplit) warmUpProgram(effect.mainProgram, state, target);
-    if (!effect.children.empty()) return;
 
     if (effect.hasBuffer) ensureBufferTargets(effect, width, height);
     const bool mainIsCold = markWarm(effect.mainProgram, warmState(state, target));

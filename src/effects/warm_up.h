@@ -12,6 +12,9 @@ enum class DrawState : uint32_t {
     additive = 4, // source alpha, one
 };
 
+// The state in which the effect is blended over what lies below it.
+DrawState blendedState(const Effect& effect);
+
 // Sets blending for a draw.
 void applyDrawState(DrawState state);
 
@@ -23,9 +26,9 @@ enum class DrawTarget {
 
 // Draws one pixel of every pass into the current target, which is of the kind given, unless the effect's
 // programs have been drawn in this state before. Drivers compile code at the first draw, for the blending,
-// the formats of target and textures and their filters; sizes do not matter, but textures are the very ones
-// of the show. The pixel is left behind: the caller's next clear takes it. Targets are made for the output
-// size, buffers left cleared.
+// the formats of target and textures, their filters, some even for whether a side is a power of two: so
+// targets and textures are the very ones of the show. The pixel is left behind, the caller's next clear
+// takes it; buffers are left cleared.
 void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width, int height);
 
 // The same for a program that draws the quad with textures of the show.

@@ -31,7 +31,7 @@ struct JsonValue::Member {
 constexpr int kJsonMaxDepth = 512;
 
 // Parsing stops at so many values: a comma is enough for one, and each takes a hundred bytes of memory.
-constexpr int kJsonMaxValues = 1 << 21;
+constexpr int kJsonMaxValues = 1 << 19;
 
 // Parses the value at `cursor`, which points into NUL-terminated text and is advanced past what was
 // consumed. Never fails: malformed input gives a partial tree, text that is no JSON the number 0.

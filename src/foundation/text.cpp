@@ -32,6 +32,13 @@ bool containsText(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
+std::string printableName(std::string text) {
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < 32 || c == 127) c = '?';
+    }
+    return text;
+}
+
 const char* orNone(const std::string& text) {
     return text.empty() ? "(none)" : text.c_str();
 }

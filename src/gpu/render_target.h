@@ -10,6 +10,10 @@ struct RenderTarget {
     int height = 0;
 };
 
+// Storage of the texture that is bound, RGBA8, linear and clamped; `pixels` may be null. The filters come
+// first: by default a texture is mipmapped, and drivers make room for the levels.
+void allocateTexels(int width, int height, const void* pixels);
+
 // Framebuffer and texture of a new target; the content is undefined. Sizes are raised to at least 1.
 RenderTarget createRenderTarget(int width, int height);
 

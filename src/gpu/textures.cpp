@@ -2,6 +2,7 @@
 
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
+#include "gpu/render_target.h"
 #include "gpu/uniforms.h"
 #include "platform/image.h"
 
@@ -10,8 +11,11 @@
 
 namespace {
 
+constexpr int64_t kMaxTexels = 1 << 28; // of all pictures together: a gigabyte
+
 struct TextureCache {
     std::unordered_map<std::string, TextureInfo> byPath;
+    int64_t texels = 0;
     GLuint black = 0;
 };
 
@@ -26,11 +30,7 @@ GLuint uploadTexture(const uint8_t* pixels, int width, int height) {
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    allocateTexels(width, height, pixels);
     if (glGetError() == GL_NO_ERROR) return texture;
     glDeleteTextures(1, &texture);
     return 0;
@@ -47,11 +47,17 @@ TextureInfo createTexture(const std::string& path, std::string& reason) {
         reason = "larger than the driver's limit of " + std::to_string(limit) + " pixels";
         return info;
     }
+    const int64_t texels = int64_t{image.width} * image.height;
+    if (cache().texels + texels > kMaxTexels) {
+        reason = "the show's pictures are too many; there is room for " + std::to_string(kMaxTexels >> 20) + " megapixels";
+        return info;
+    }
     const GLuint texture = uploadTexture(image.pixels.data(), image.width, image.height);
     if (!texture) {
         reason = "the driver has no memory for it";
         return info;
     }
+    cache().texels += texels;
     return {texture, image.width, image.height, path};
 }
 
@@ -75,15 +81,16 @@ TextureInfo loadTexture(const std::string& path) {
 }
 
 void bindBlackTextures() {
+    for (int unit = kBufferUnit; unit >= 0; --unit) bindBlackTexture(unit);
+}
+
+void bindBlackTexture(int unit) {
     if (!cache().black) {
         const uint8_t texel[4] = {0, 0, 0, 255};
         cache().black = uploadTexture(texel, 1, 1);
     }
-    for (int unit = 0; unit <= kBufferUnit; ++unit) {
-        gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
-        glBindTexture(GL_TEXTURE_2D, cache().black);
-    }
-    gl.ActiveTexture(GL_TEXTURE0);
+    gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+    glBindTexture(GL_TEXTURE_2D, cache().black);
 }
 
 void deleteTextures() {

@@ -17,8 +17,9 @@ struct TextureInfo {
 // Failures are not remembered. The texture belongs to the cache, whose key is the path as given.
 TextureInfo loadTexture(const std::string& path);
 
-// Binds a 1x1 black texture to every unit. Sampling it looks like sampling no texture at all, but to the
-// driver it is an RGBA8 texture like all others: code compiled for one draw then fits the next.
+// Binds a 1x1 black texture to a unit, or to all. Sampling it looks like sampling no texture at all, but to
+// the driver it is an RGBA8 texture, like all others that code is compiled for.
+void bindBlackTexture(int unit);
 void bindBlackTextures();
 
 // Deletes every cached texture: at shutdown.

@@ -8,3 +8,10 @@ void* openLibrary(const char* path);
 void* librarySymbol(void* library, const char* name);
 
 void closeLibrary(void* library); // null is ignored
+
+// Points `function` to the symbol of its type; false when there is none.
+template <typename Function>
+bool resolveSymbol(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(librarySymbol(library, name));
+    return function != nullptr;
+}

@@ -4,6 +4,10 @@
 #include <cstdio>
 #include <string>
 
+// Makes sure that the three standard streams lead somewhere: a file that is opened while one of them is
+// closed would take its place, and the log with it. First thing in the process.
+void openStandardStreams();
+
 // Opens a file for writing raw bytes; "-" is standard output. From then on a reader that goes away is a
 // failed write instead of a signal. Null, with the system's words in `reason`, when it cannot be opened.
 std::FILE* openOutput(const std::string& path, std::string& reason);

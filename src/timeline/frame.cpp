@@ -1,6 +1,6 @@
 #include "timeline/frame.h"
 
-
+#include "effects/warm_up.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
@@ -38,6 +38,17 @@ void drawTransitionFrame(TransitionStage& stage, const Timeline& timeline, const
     renderSceneToTarget(state.in, stage.incoming, delta, width, height);
     renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, state.progress,
                      timeline.scenes[state.outgoing].transition);
+}
+
+bool initTransitionStage(TransitionStage& stage, const std::string& baseDir, int width, int height) {
+    if (!initTransitionRenderer(stage.renderer, baseDir)) return false;
+    ensureTarget(stage.outgoing, width, height);
+    ensureTarget(stage.incoming, width, height);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 1, 1);
+    renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, 0.5f, {});
+    glDisable(GL_SCISSOR_TEST);
+    return true;
 }
 
 void releaseTransitionStage(TransitionStage& stage) {

@@ -24,6 +24,10 @@ void renderSceneToTarget(const PlayState& state, RenderTarget& target, float del
 void drawTransitionFrame(TransitionStage& stage, const Timeline& timeline, const TransitionState& state, float delta,
                          int width, int height);
 
+// Finds the show's transition shader, makes the targets and draws one pixel of a transition, so that the
+// first one does not stall; false, with a line in the log, when there is no shader.
+bool initTransitionStage(TransitionStage& stage, const std::string& baseDir, int width, int height);
+
 void releaseTransitionStage(TransitionStage& stage);
 
 // Every entry of the loaded scene that plays `sceneTime` seconds into it, in the order of the list; both

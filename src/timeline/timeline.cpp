@@ -5,6 +5,7 @@
 #include "gpu/textures.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 #include <unordered_map>
 
@@ -73,20 +74,27 @@ void buildScenes(Timeline& timeline, const RuntimeConfig& config) {
     }
 }
 
-// Whether another scene plays at the same time at some point. The table is sorted by start.
-std::vector<bool> findOverlaps(const std::vector<SceneSpan>& scenes) {
+// For each scene whether another one plays at the same time at some point.
+std::vector<bool> findOverlaps(const Timeline& timeline) {
+    const std::vector<SceneSpan>& scenes = timeline.scenes;
+    std::vector<float> ends;
+    for (const SceneSpan& scene : scenes) ends.push_back(scene.end);
+    for (const RuntimeEntry& entry : timeline.entries) {
+        const bool isOpenEnded = entry.duration <= 0.0f;
+        if (entry.scene >= 0 && isOpenEnded) ends[entry.scene] = std::numeric_limits<float>::infinity();
+    }
     std::vector<bool> overlaps(scenes.size(), false);
-    size_t latest = 0; // of the scenes so far the one that ends last
+    size_t latest = 0; // of the scenes so far, which are sorted by start, the one that ends last
     for (size_t i = 1; i < scenes.size(); ++i) {
-        if (scenes[i].start < scenes[latest].end) overlaps[i] = overlaps[latest] = true;
-        if (scenes[i].end > scenes[latest].end) latest = i;
+        if (scenes[i].start < ends[latest]) overlaps[i] = overlaps[latest] = true;
+        if (ends[i] > ends[latest]) latest = i;
     }
     return overlaps;
 }
 
 // Scenes that pass into each other are drawn into targets meanwhile.
 void warmUpForTransitions(Timeline& timeline, int width, int height) {
-    const std::vector<bool> overlaps = findOverlaps(timeline.scenes);
+    const std::vector<bool> overlaps = findOverlaps(timeline);
     if (std::find(overlaps.begin(), overlaps.end(), true) == overlaps.end()) return;
     const DrawBinding output = saveBinding();
     RenderTarget target = createRenderTarget(width, height);
@@ -97,10 +105,7 @@ void warmUpForTransitions(Timeline& timeline, int width, int height) {
     }
     restoreBinding(output);
     deleteTarget(target);
-}
-
-DrawState blendedState(const Effect& effect) {
-    return effect.blendMode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+    bindBlackTextures();
 }
 
 } // namespace
@@ -129,7 +134,7 @@ void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int w
     if (index < 0 || index >= static_cast<int>(config.scenes.size())) return;
     const SceneSpec& scene = config.scenes[index];
     logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
-            scene.id.c_str(), static_cast<int>(scene.entries.size()), static_cast<double>(sceneDuration(config, index)));
+            orNone(scene.id), static_cast<int>(scene.entries.size()), static_cast<double>(sceneDuration(config, index)));
     timeline.entries.reserve(scene.entries.size());
     for (const TimelineEntry& entry : scene.entries) {
         if (skipCpuOnly(entry)) continue;

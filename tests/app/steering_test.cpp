@@ -34,12 +34,7 @@ SceneSpan spanOf(const char* name, float start, float end) {
 TEST(Navigation, StepsFromSceneToScene) {
     Timeline timeline;
     timeline.scenes = {spanOf("a", 2, 9), spanOf("b", 10, 19), spanOf("c", 20, 29)};
-    const struct {
-        float t;
-        int step;
-        const char* scene;
-        float time;
-    } cases[] = {
+    const struct { float t; int step; const char* scene; float time; } cases[] = {
         {0, 1, "b", 10},     {0, -1, "a", 2}, // before all of them the first is the current one
         {5, 1, "b", 10},     {5, -1, "a", 2},      {2.5f, -1, "a", 2},
         {9.94f, 1, "b", 10}, {9.96f, 1, "c", 20}, // just reached is reached
@@ -47,7 +42,7 @@ TEST(Navigation, StepsFromSceneToScene) {
         {11.01f, -1, "b", 10}, {25, 1, "c", 20},   {25, -1, "c", 20},   {20.5f, -1, "b", 10}, {1e6f, 1, "c", 20},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.t << " step " << c.step);
+        SCOPED_TRACE(c.t);
         const SceneStep step = stepScene(timeline, c.t, c.step);
         EXPECT_EQ(step.scene, c.scene);
         EXPECT_EQ(step.time, c.time);
@@ -62,14 +57,12 @@ TEST(Navigation, MeasuresTheVisualRange) {
         const char* name;
         std::vector<std::pair<float, float>> entries;
         float start, end, duration;
-        double showEnd;
     } cases[] = {
-        {"nothing", {}, 0, 0, 0, 0},
-        {"the longest, not the last", {{1, 9}, {2, 1}}, 1, 10, 9, 10},
-        {"open-ended entries alone", {{0, 0}, {0, 0}}, 0, 0, 0, 0},
-        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, 0, 6, 6, 6},
-        {"an end before its start", {{5, -3}}, 5, 2, 0, 0},
-        {"all before 0", {{-5, 2}}, -5, 0, 5, 0},
+        {"nothing", {}, 0, 0, 0},
+        {"the longest, not the last", {{1, 9}, {2, 1}}, 1, 10, 9},
+        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, 0, 6, 6},
+        {"an end before its start", {{5, -3}}, 5, 2, 0},
+        {"all before 0", {{-5, 2}}, -5, 0, 5},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -77,10 +70,9 @@ TEST(Navigation, MeasuresTheVisualRange) {
         EXPECT_EQ(range.start, c.start);
         EXPECT_EQ(range.end, c.end);
         EXPECT_EQ(range.duration, c.duration);
-        EXPECT_EQ(showEnd(configOf(c.entries)), c.showEnd);
     }
     RuntimeConfig list; // scenes one after another; one without an end holds the show for ever
-    list.scenes = {SceneSpec{}, SceneSpec{}};
+    list.scenes.resize(2);
     for (SceneSpec& scene : list.scenes) scene.entries.emplace_back();
     list.scenes[1].entries[0].delay = 1;
     EXPECT_EQ(showEnd(list), 11.0);
@@ -89,32 +81,24 @@ TEST(Navigation, MeasuresTheVisualRange) {
 }
 
 TEST(Navigation, StaysInsideTheRange) {
-    const struct {
-        VisualRange range;
-        float t, clamped;
-    } cases[] = {
+    const struct { VisualRange range; float t, clamped; } cases[] = {
         {{2, 10, 8}, 5, 5},   {{2, 10, 8}, 1, 2},       {{2, 10, 8}, 10, 10 - 0.001f},
         {{2, 10, 8}, 1e9f, 10 - 0.001f},                {{2, 10, 8}, -1e9f, 2},
         {{2, 2.0005f, 0.0005f}, 2.0004f, 2},            {{3, 3, 0}, 9, 3},
         {{3, 0, 0}, 9, 3},    {{-5, 0, 5}, 7, -0.001f},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.range.start << " to " << c.range.end << " at " << c.t);
-        EXPECT_EQ(clampToRange(c.range, c.t), c.clamped);
+        EXPECT_EQ(clampToRange(c.range, c.t), c.clamped) << c.range.start << " to " << c.range.end << " at " << c.t;
     }
     // A step back of a millisecond is lost where floats lie further apart; the end itself would end the show.
     for (const float end : {100.0f, 30000.0f, 40000.0f, 1e6f}) {
-        SCOPED_TRACE(end);
         EXPECT_LT(lastVisibleTime({0, end, end}), end);
         EXPECT_GT(lastVisibleTime({0, end, end}), end - 0.1f);
     }
 }
 
 TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {
-    const struct {
-        float start, timeScale, t, localTime;
-        int frames;
-    } cases[] = {
+    const struct { float start, timeScale, t, localTime; int frames; } cases[] = {
         {2, 0.5f, 6, 2, 240},         {2, 1, 1, 0, 0}, // not begun yet
         {0, -1, 3, -3, 180},          {0, 1, 0.025f, 0.025f, 2}, // half a frame rounds away from 0
         {0, 1, 0.02f, 0.02f, 1},      {-1e30f, 0, 0, 0, 2147483520},
@@ -157,20 +141,12 @@ protected:
     Player player;
 };
 
-TEST_F(ControlTest, DoesNothingUnasked) {
-    shellState().pendingSeekSeconds = 0.0005f;
-    EXPECT_EQ(apply(), "");
-    pressKey(PlayerKey::up);
-    pressKey(PlayerKey::down);
-    EXPECT_EQ(apply(), "");
-    EXPECT_EQ(player.clock.showTime, 5.0);
-    EXPECT_EQ(player.log.lastKey, "before");
-}
-
 TEST_F(ControlTest, StepsFirstAndSeeksThen) {
-    pressKey(PlayerKey::left);
-    pressKey(PlayerKey::right); // the last one wins
-    pressKey(PlayerKey::up);
+    shellState().pendingSeekSeconds = 0.0005f; // less than a seek
+    EXPECT_EQ(apply(), "");
+    EXPECT_EQ(player.log.lastKey, "before");
+    shellState().pendingSeekSeconds = 0.0f;
+    for (const PlayerKey key : {PlayerKey::left, PlayerKey::right, PlayerKey::up}) pressKey(key); // the last step wins
     EXPECT_EQ(apply(), "[SEEK] t=30.000s scene=b\n");
     EXPECT_EQ(player.clock.showTime, 30.0);
     EXPECT_EQ(player.timeline.entries[1].effect.localTime, 10.0f);
@@ -180,16 +156,19 @@ TEST_F(ControlTest, StepsFirstAndSeeksThen) {
 }
 
 TEST_F(ControlTest, AddsSeeksUpAndNamesTheLastSceneThatPlays) {
-    for (int i = 0; i < 2; ++i) pressKey(PlayerKey::up);
-    EXPECT_EQ(apply(), "[SEEK] t=25.000s scene=b\n"); // both play
-    pressKey(PlayerKey::down);
-    EXPECT_EQ(apply(), "[SEEK] t=15.000s scene=a\n");
-    for (int i = 0; i < 3; ++i) pressKey(PlayerKey::down);
-    EXPECT_EQ(apply(), "[SEEK] t=0.000s scene=a\n");
-    for (int i = 0; i < 9; ++i) pressKey(PlayerKey::up);
-    EXPECT_EQ(apply(), "[SEEK] t=59.999s scene=b\n");
-    player.timeline.entries.clear();
-    player.timeline.scenes.clear();
+    const struct { int ups, downs; const char* log; } cases[] = {
+        {1, 1, ""},
+        {2, 0, "[SEEK] t=25.000s scene=b\n"}, // both play
+        {0, 1, "[SEEK] t=15.000s scene=a\n"},
+        {0, 3, "[SEEK] t=0.000s scene=a\n"},
+        {9, 0, "[SEEK] t=59.999s scene=b\n"},
+    };
+    for (const auto& c : cases) {
+        for (int i = 0; i < c.ups; ++i) pressKey(PlayerKey::up);
+        for (int i = 0; i < c.downs; ++i) pressKey(PlayerKey::down);
+        EXPECT_EQ(apply(), c.log);
+    }
+    player.timeline = {};
     pressKey(PlayerKey::right);
     EXPECT_EQ(apply(), "[SEEK] t=59.999s scene=(none)\n");
 }
@@ -227,16 +206,12 @@ TEST(Clock, SteppedFramesCarryNoRounding) {
     }
 }
 
-TEST(Clock, RealFramesAreMeasuredAndStallsCutShort) {
+TEST(Clock, StallsAreCutShort) {
     RunClock clock = startClock(3, 0);
     clock.lastCounter -= 5 * clockFrequency();
     tickClock(clock);
     EXPECT_EQ(clock.delta, 0.1f);
     EXPECT_EQ(clock.showTime, 3 + static_cast<double>(0.1f));
-    clock.lastCounter -= clockFrequency() / 50;
-    tickClock(clock);
-    EXPECT_GE(clock.delta, 0.02f);
-    EXPECT_EQ(clock.elapsed, clock.showTime - 3);
     clock.lastCounter -= 5 * clockFrequency();
     restartCounter(clock);
     tickClock(clock);
@@ -244,30 +219,20 @@ TEST(Clock, RealFramesAreMeasuredAndStallsCutShort) {
 }
 
 TEST(Output, NumbersFrames) {
-    const struct {
-        const char* pattern;
-        long long number;
-        const char* path; // null: no pattern
-        bool hasNumber;
-    } cases[] = {
-        {"f.png", 7, "f.png", false},         {"f%d.png", 0, "f0.png", true},
-        {"f-%04d.png", 42, "f-0042.png", true}, {"%02d/f.png", 12345, "12345/f.png", true},
-        {"%09d", 1, "000000001", true},       {"%0d", 3, "3", true},
-        {"100%%.png", 1, "100%.png", false},  {"%%%d%%d", 5, "%5%d", true},
-        {"%010d", 1, nullptr, false},         {"%99999999999999999999d", 1, nullptr, false},
-        {"%4d", 1, nullptr, false},           {"%d-%d", 1, nullptr, false},
-        {"%s", 1, nullptr, false},            {"%n", 1, nullptr, false},
-        {"%ld", 1, nullptr, false},           {"%-4d", 1, nullptr, false},
-        {"f%", 1, nullptr, false},            {"f%04", 1, nullptr, false},
+    const struct { const char* pattern; long long number; const char* path; } cases[] = {
+        {"f-%04d.png", 42, "f-0042.png"}, {"%02d/f.png", 12345, "12345/f.png"}, {"%09d", 1, "000000001"},
+        {"%0d", 3, "3"},                  {"%%%d%%d", 5, "%5%d"},               {"100%%.png", 7, "100%.png"},
     };
+    std::string path;
+    bool hasNumber = false;
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.pattern);
-        std::string path = "old";
-        bool hasNumber = true;
-        ASSERT_EQ(framePath(c.pattern, c.number, path, hasNumber), c.path != nullptr);
-        if (!c.path) continue;
+        ASSERT_TRUE(framePath(c.pattern, c.number, path, hasNumber)) << c.pattern;
         EXPECT_EQ(path, c.path);
-        EXPECT_EQ(hasNumber, c.hasNumber);
+    }
+    EXPECT_FALSE(hasNumber); // "%%" is none
+    for (const char* pattern : {"%010d", "%99999999999999999999d", "%4d", "%d-%d", "%s", "%n", "%ld", "%-4d", "f%",
+                                "f%04", "%5$d", "%*d"}) {
+        EXPECT_FALSE(framePath(pattern, 1, path, hasNumber)) << pattern;
     }
 }
 

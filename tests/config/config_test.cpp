@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -40,23 +39,16 @@ TimelineEntry parseEntry(const std::string& json, const AssetMap& assets = {}) {
 }
 
 TEST(Config, TakesEveryDefaultFromWhatIsMissingOrOfTheWrongKind) {
-    const char* const cases[] = {
-        "{}",
-        "\xEF\xBB\xBF{}",
-        "no json at all",
-        "[1,2",
-        R"({"globals":{"width":"640","height":true,"fullscreen":1,"loop":0}})",
-        R"({"globals":{"width":nan,"Height":1}})",
-        R"({"audio":"music.mp3"})",
-        R"({"audio":{"path":3,"volume":"1","startOffset":true}})",
-        R"({"assets":["a","b"],"scenes":{"id":"a"},"entries":{},"transitions":[{"type":"wipe"}]})",
-        R"({"scenes":[3,null,"x",[],{}],"transitions":{}})",
-        R"({"schemaVersion":"native-runtime/v2"})",
-        R"({"schemaVersion":["native-runtime/v1"]})",
-        R"({"fallbackImage":7,"imagePath":[]})",
-    };
     const TempShow show;
-    for (const char* json : cases) {
+    for (const char* json : {
+             "\xEF\xBB\xBF{}",
+             "no json at all",
+             R"({"globals":{"width":"640","height":true,"fullscreen":1,"loop":0}})",
+             R"({"globals":{"width":nan,"Height":1}, "audio":"music.mp3"})",
+             R"({"audio":{"path":3,"volume":"1","startOffset":true}})",
+             R"({"assets":["a","b"],"scenes":{"id":"a"},"entries":{},"transitions":[{"type":"wipe"}]})",
+             R"({"scenes":[3,null,"x",[],{}],"transitions":{},"schemaVersion":["native-runtime/v1"]})",
+             R"({"schemaVersion":"native-runtime/v2","fallbackImage":7,"imagePath":[]})"}) {
         SCOPED_TRACE(json);
         const LogCapture log;
         const RuntimeConfig config = load(show, json);
@@ -67,169 +59,81 @@ TEST(Config, TakesEveryDefaultFromWhatIsMissingOrOfTheWrongKind) {
         EXPECT_EQ(config.volume, 1.0f);
         EXPECT_EQ(config.startOffset, 0.0f);
         EXPECT_EQ(config.fallbackImagePath, show.path("assets/images/Logo.png"));
-        EXPECT_EQ(config.baseDir, show.baseDir);
     }
 }
 
-TEST(Config, NamesAFileThatItCannotRead) {
-    const TempShow show;
-    std::filesystem::create_directory(show.path("folder"));
-    for (const std::string& path : {show.path("missing.json"), show.path("folder"), show.write("empty.json", "")}) {
-        SCOPED_TRACE(path);
-        const LogCapture log;
-        const RuntimeConfig config = loadRuntimeConfig(path, {[](const std::string&) { ADD_FAILURE(); }, nullptr});
-        EXPECT_EQ(log.text(), "[ERROR] Cannot read " + path + "\n");
-        EXPECT_EQ(config.baseDir, "");
-        EXPECT_EQ(config.width, 1280);
-    }
-}
-
-TEST(Config, LogsWhatItLoadsInOrder) {
+TEST(Config, ReadsTheShowsOwnSettings) {
     const TempShow show;
     const LogCapture log;
     const ShaderLookup shaders = {[](const std::string& baseDir) { logLine("pack below %s\n", baseDir.c_str()); },
                                   [](TimelineEntry& entry) { logLine("look up %s\n", entry.type.c_str()); }};
     const RuntimeConfig config = load(show, R"({
-        "transitions": {"a": {"type": "wipe", "duration": 1.5, "params": {"angle": 30}}, "b": 1, "a": {}},
+        "transitions": {"a": {"type": "wipe", "duration": 1}, "b": {"type": "wipe", "duration": 1.5, "params": {"angle": 30}}, "a": {}},
         "entries": [{"type": "flat"}, {"type": "off", "enabled": false}],
         "scenes": [{"id": "one", "entries": [{"type": "listed"}, {}]}],
-        "globals": {"width": 1919.9, "height": -3, "fullscreen": true, "loop": false},
+        "audio": {"path": "@music", "volume": 0.25, "startOffset": -2},
+        "assets": {"music": "old.mp3", "number": 3, "music": "audio/track.mp3"},
+        "globals": {"width": 1e12, "height": -3.9, "fullscreen": true, "loop": false},
         "schemaVersion": "native-runtime/v1"})", shaders);
     EXPECT_EQ(log.text(), "[CONFIG] baseDir = " + show.baseDir + "\npack below " + show.baseDir +
                               "\n[CONFIG] native runtime schema: native-runtime/v1\n"
                               "look up listed\nlook up \nlook up flat\nlook up off\n"
                               "[CONFIG] 2 transitions\n"
-                              "[CONFIG] 1 scenes, 1 timeline entries, 1919x-3 fullscreen\n");
-    EXPECT_TRUE(config.nativeRuntime);
-    // The later preset of a name replaces the earlier one as a whole.
-    EXPECT_EQ(config.transitions.at("a").type, "fade");
-    EXPECT_EQ(config.transitions.at("a").params.kind, JsonKind::null);
-    EXPECT_EQ(config.transitions.at("b").duration, 0.0f);
-}
-
-TEST(Config, ReadsPresetsAudioAndSizesAtTheirLimits) {
-    const TempShow show;
-    const LogCapture log;
-    const RuntimeConfig config = load(show, R"({
-        "audio": {"path": "@music", "volume": 0.25, "startOffset": -2},
-        "assets": {"music": "old.mp3", "number": 3, "music": "audio/track.mp3"},
-        "transitions": {"intro": {"type": "wipe", "duration": 1.5, "params": {"angle": 30}}},
-        "globals": {"width": 1e12, "height": -1e12}})");
+                              "[CONFIG] 1 scenes, 1 timeline entries, 2147483647x-3 fullscreen\n");
     EXPECT_EQ(config.audioPath, show.path("audio/track.mp3"));
     EXPECT_EQ(config.volume, 0.25f);
     EXPECT_EQ(config.startOffset, -2.0f);
     EXPECT_EQ(config.assets->count("number"), 0u);
-    EXPECT_EQ(config.transitions.at("intro").type, "wipe");
-    EXPECT_EQ(config.transitions.at("intro").duration, 1.5f);
-    EXPECT_EQ(getNumber(find(config.transitions.at("intro").params, "angle"), 0.0f), 30.0f);
-    EXPECT_NE(log.text().find("2147483647x-2147483648 windowed loop\n"), std::string::npos) << log.text();
-    // Volume and offset count without a path too.
-    EXPECT_EQ(load(show, R"({"audio": {"volume": 0.5}})").volume, 0.5f);
+    EXPECT_EQ(config.transitions.at("a").type, "fade"); // the later preset of a name replaces the earlier one as a whole
+    EXPECT_EQ(config.transitions.at("b").type, "wipe");
+    EXPECT_EQ(config.transitions.at("b").duration, 1.5f);
+    EXPECT_EQ(getNumber(find(config.transitions.at("b").params, "angle"), 0.0f), 30.0f);
 }
 
 TEST(Config, ResolvesPathsOfShows) {
     const AssetMap assets = {{"music", "audio\\track.mp3"}, {"drive", "C:/x/y.png"}, {"chain", "@music"}};
-    const struct {
-        const char* path;
-        const char* resolved;
-    } cases[] = {
-        {"a/b\\c.png", "/show/a/b/c.png"},
-        {"", "/show/"},
-        {"@music", "/show/audio/track.mp3"},
-        {"@drive", "C:/x/y.png"},
+    const std::pair<const char*, const char*> cases[] = {
+        {"a/b\\c.png", "/show/a/b/c.png"},  {"", "/show/"},
+        {"@music", "/show/audio/track.mp3"}, {"@drive", "C:/x/y.png"},
         {"@chain", "/show/@music"}, // aliases do not chain
-        {"@Music", "/show/@Music"},
-        {"@music/more", "/show/@music/more"},
-        {"@", "/show/@"},
-        {"a@music", "/show/a@music"},
-        {"C:\\x/y.png", "C:/x/y.png"},
-        {"/srv/x.png", "/srv/x.png"},
-        {"\\srv\\x.png", "/srv/x.png"},
-        {"../x.png", "/show/../x.png"},
+        {"@Music", "/show/@Music"},          {"@music/more", "/show/@music/more"},
+        {"a@music", "/show/a@music"},        {"C:\\x/y.png", "C:/x/y.png"},
+        {"\\srv\\x.png", "/srv/x.png"},      {"../x.png", "/show/../x.png"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.path);
-        EXPECT_EQ(resolveAssetPath(c.path, assets, "/show"), c.resolved);
-    }
-    EXPECT_EQ(joinPath("", "x"), "x");
-    EXPECT_EQ(joinPath("a/", "x"), "a/x");
-    EXPECT_EQ(joinPath("a", ""), "a/");
-}
+    for (const auto& [path, resolved] : cases) EXPECT_EQ(resolveAssetPath(path, assets, "/show"), resolved) << path;
 
-TEST(Config, ChoosesTheFallbackImage) {
-    const struct {
-        const char* json;
-        const char* relative;
-    } cases[] = {
+    const std::pair<const char*, const char*> fallbacks[] = {
         {R"({"fallbackImage": "a.png", "imagePath": "b.png"})", "a.png"},
         {R"({"fallbackImage": "", "imagePath": "b.png"})", "b.png"},
         {R"({"fallbackImage": 1, "imagePath": "@b", "assets": {"b": "pics\\b.png"}})", "pics/b.png"},
     };
     const TempShow show;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.json);
-        const LogCapture log;
-        EXPECT_EQ(load(show, c.json).fallbackImagePath, show.path(c.relative));
-    }
+    const LogCapture quiet;
+    for (const auto& [json, path] : fallbacks) EXPECT_EQ(load(show, json).fallbackImagePath, show.path(path)) << json;
 }
 
-TEST(Config, SortsTheFlatTimeline) {
+TEST(Config, SortsTheFlatTimelineAndKeepsScenesThatPlaySomething) {
     const TempShow show;
-    const LogCapture log;
+    const LogCapture quiet;
     // At one time the base comes before overlays whatever the layers; layers order what is left.
-    const RuntimeConfig config = load(show, R"({"entries": [
-        {"id": "f", "start": 2},
-        {"id": "c", "overlay": true, "layer": 1},
-        {"id": "x", "enabled": false},
-        {"id": "e", "start": 1, "layer": 9},
-        {"id": "b", "layer": 5},
-        {"id": "a", "start": -1, "overlay": true, "layer": 9},
-        {"id": "d", "overlay": true, "layer": 2}]})");
-    EXPECT_EQ(idsOf(config.entries), "abcdef");
+    const RuntimeConfig flat = load(show, R"({"entries": [
+        {"id": "f", "start": 2}, {"id": "c", "overlay": true, "layer": 1}, {"id": "x", "enabled": false},
+        {"id": "e", "start": 1, "layer": 9}, {"id": "b", "layer": 5},
+        {"id": "a", "start": -1, "overlay": true, "layer": 9}, {"id": "d", "overlay": true, "layer": 2}]})");
+    EXPECT_EQ(idsOf(flat.entries), "abcdef");
     EXPECT_TRUE(load(show, R"({"entries": []})").nativeRuntime);
-}
 
-TEST(Config, KeepsScenesThatPlaySomething) {
-    const TempShow show;
-    const LogCapture log;
-    const RuntimeConfig config = load(show, R"({"scenes": [
-        {"id": "z", "entries": [{"id": "b", "start": 5}, {"id": "off", "enabled": false}, {"id": "a"}],
-         "transition": {"type": "wipe", "duration": 2}},
+    const RuntimeConfig list = load(show, R"({"scenes": [
+        {"id": "z", "entries": [{"id": "b", "start": 5}, {"id": "off", "enabled": false}, {"id": "a"}]},
         {"id": "off", "enabled": false, "entries": [{}]},
         {"id": "empty", "entries": []},
         {"id": "all off", "entries": [{"enabled": false}]},
-        {"id": 5, "enabled": "no", "entries": [{}], "transition": {"type": 1}}]})");
-    ASSERT_EQ(config.scenes.size(), 2u);
-    EXPECT_EQ(config.scenes[0].id, "z"); // document order, and so are the entries
-    EXPECT_EQ(idsOf(config.scenes[0].entries), "ba");
-    EXPECT_EQ(config.scenes[0].transitionType, "wipe");
-    EXPECT_EQ(config.scenes[0].transitionDuration, 2.0f);
-    EXPECT_EQ(config.scenes[1].id, "");
-    EXPECT_EQ(config.scenes[1].transitionType, "cut");
-    EXPECT_FALSE(config.nativeRuntime);
-    EXPECT_NE(log.text().find("[CONFIG] 2 scenes, 0 timeline entries,"), std::string::npos);
-}
-
-TEST(Config, SurvivesEveryTruncationAndDeepNesting) {
-    const std::string json = R"({"schemaVersion": "native-runtime/v1", "globals": {"width": 640, "loop": false},
-        "assets": {"m": "C:\\m.png"}, "audio": {"path": "@m", "volume": 1e0}, "imagePath": "\u00e9.png",
-        "scenes": [{"id": "s", "transition": {"type": "cut"}, "entries": [{"type": "x", "params": {"image": "@m"}}]}],
-        "entries": [{"start": 1.5e1, "overlay": true, "params": {"alpha": .5, "list": [1, [2, {}]]}}, {}],
-        "transitions": {"s": {"duration": 1, "params": null}}})";
-    const TempShow show;
-    const LogCapture log;
-    for (size_t length = 1; length <= json.size(); ++length) {
-        SCOPED_TRACE(length);
-        const RuntimeConfig config = load(show, json.substr(0, length));
-        EXPECT_EQ(config.baseDir, show.baseDir);
-        EXPECT_FALSE(config.fallbackImagePath.empty());
-    }
-    EXPECT_EQ(load(show, json).entries.size(), 2u);
-    for (const char* opening : {"[", "{\"entries\":[", "{\"params\":", "{\"scenes\":[{\"entries\":[{\"params\":["}) {
-        std::string nested;
-        while (nested.size() < 200000) nested += opening;
-        load(show, nested);
-    }
+        {"id": 5, "enabled": "no", "entries": [{}]}]})");
+    ASSERT_EQ(list.scenes.size(), 2u);
+    EXPECT_EQ(list.scenes[0].id, "z"); // document order, and so are the entries
+    EXPECT_EQ(idsOf(list.scenes[0].entries), "ba");
+    EXPECT_EQ(list.scenes[1].id, "");
+    EXPECT_FALSE(list.nativeRuntime);
 }
 
 // A file of a few kilobytes must not grow into gigabytes by a long path that every entry repeats.
@@ -253,10 +157,7 @@ TEST(Config, LongPathsDoNotMultiply) {
 }
 
 TEST(TimelineEntry, ReadsItsKeys) {
-    const struct {
-        const char* json;
-        const char* fields;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"{}", kDefaultEntry},
         {"[1]", kDefaultEntry},
         {R"({"id":"i","type":"T","scene":"s","start":1.5,"delay":2,"duration":3,"overlay":true,"enabled":false,"layer":4,
@@ -269,43 +170,34 @@ TEST(TimelineEntry, ReadsItsKeys) {
         {R"({"params":[{"alpha":0.5,"image":"x"}]})", kDefaultEntry},
         {R"({"layer":2.9,"duration":0})", "|| 0+0 for 0 layer 2 alpha 1 scale 1 alpha"},
         {R"({"layer":-1.5,"duration":-3})", "|| 0+0 for -3 layer -1 alpha 1 scale 1 alpha"},
-        {R"({"layer":1e10})", "|| 0+0 for 5 layer 2147483647 alpha 1 scale 1 alpha"},
         {R"({"layer":-1e10,"start":-0.5})", "|| -0.5+0 for 5 layer -2147483648 alpha 1 scale 1 alpha"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.json);
-        const TimelineEntry entry = parseEntry(c.json);
-        EXPECT_EQ(describe(entry), c.fields);
+    for (const auto& [json, fields] : cases) {
+        SCOPED_TRACE(json);
+        const TimelineEntry entry = parseEntry(json);
+        EXPECT_EQ(describe(entry), fields);
         EXPECT_EQ(entry.channels, (decltype(entry.channels){}));
-        EXPECT_EQ(entry.imagePath + entry.vertPath + entry.fragPath + entry.bufferPath, "");
         EXPECT_EQ(entry.fallbackImage, "/show/fallback.png");
-        EXPECT_EQ(entry.baseDir, "/show");
     }
     EXPECT_EQ(parseEntry(R"({"params":[1,2]})").params.items.size(), 2u); // kept whole, whatever its kind
 }
 
 TEST(TimelineEntry, BindsAChannelToTheFirstKeyThatIsAString) {
-    const std::vector<std::vector<const char*>> keysOf = {
+    const std::vector<std::vector<std::string>> keysOf = {
         {"image", "imagePath", "texture", "channel0", "iChannel0", "uTex", "uTexture", "uBackground", "uTexA"},
-        {"channel1", "iChannel1", "uTexB"},
-        {"channel2", "iChannel2"},
-        {"channel3", "iChannel3"}};
+        {"channel1", "iChannel1", "uTexB"}, {"channel2", "iChannel2"}, {"channel3", "iChannel3"}};
     for (size_t channel = 0; channel < keysOf.size(); ++channel) {
-        const std::vector<const char*>& keys = keysOf[channel];
-        for (size_t winner = 0; winner < keys.size(); ++winner) {
-            SCOPED_TRACE(keys[winner]);
-            // The document names the keys in the wrong order, and the better ones hold no string.
-            std::string params;
-            for (size_t i = keys.size(); i-- > 0;) {
-                const std::string value = i < winner ? "3" : std::string("\"") + keys[i] + ".png\"";
-                params += std::string(params.empty() ? "" : ",") + "\"" + keys[i] + "\":" + value;
-            }
-            const TimelineEntry entry = parseEntry("{\"params\":{" + params + "}}");
-            EXPECT_EQ(entry.channels[channel], std::string("/show/") + keys[winner] + ".png");
-            EXPECT_EQ(entry.imagePath, entry.channels[0]);
+        // The document names the keys in the wrong order, and the better ones hold no string.
+        std::string worse;
+        for (size_t i = keysOf[channel].size(); i-- > 0;) {
+            const std::string& key = keysOf[channel][i];
+            SCOPED_TRACE(key);
+            worse += "\"" + key + "\":\"" + key + ".png\",";
+            std::string params = worse;
+            for (size_t better = 0; better < i; ++better) params += "\"" + keysOf[channel][better] + "\":3,";
+            EXPECT_EQ(parseEntry("{\"params\":{" + params + "\"last\":0}}").channels[channel], "/show/" + key + ".png");
         }
     }
-    EXPECT_EQ(parseEntry(R"({"params":{"image":""}})").channels[0], "/show/");
     EXPECT_EQ(parseEntry(R"({"params":{"texture":"@t"}})", {{"t", "D:\\t.png"}}).imagePath, "D:/t.png");
 
     TimelineEntry entry = parseEntry(R"({"params":{"channel1":"a","post":"b"}})");

@@ -31,49 +31,27 @@ std::string pathsOf(const TempShow& show, const TimelineEntry& entry) {
     return text;
 }
 
-TEST(ShaderLookup, NamesTheFilesOfGlitchStyles) {
-    const char* const names[][2] = {
-        {"vhstape", "GlitchVHSTape"},   {"rain", "GlitchRain"},           {"pattern", "GlitchPattern"},
-        {"rainingblood", "GlitchRainingBlood"}, {"glitchboi", "GlitchBoi"}, {"sinewave", "GlitchSineWave"},
-        {"rgbsplit", "GlitchRGBSplit"}, {"gridvid", "GlitchGridVid"},     {"moving", "GlitchMoving"},
-        {"signal", "GlitchSignal"},     {"blurmist", "GlitchBlurMist"},   {"sw", "GlitchSW"},
-        {"hardcode", "GlitchHardcode"}, {"brokentv", "GlitchBrokenTV"},   {"liquiddos", "GlitchLiquidDOS"},
-        {"memleak", "GlitchMemleak"},   {"crttube", "CRTTube"},           {"pixel", "GlitchPixel"},
-        {"chromaticaberration", "GlitchChromaticAberration"},             {"retrobn", "GlitchRetroBN"},
-        {"RGBSplit", "GlitchRGBSplit"}, {"rgb split", "Glitch"},          {"", "Glitch"},
-        {"rain ", "Glitch"},            {"rains", "Glitch"},              {"GlitchRain", "Glitch"},
-    };
-    for (const auto& [style, name] : names) EXPECT_EQ(glitchShaderName(style), name) << style;
-}
-
 TEST(ShaderLookup, FindsGlitchShadersByStyle) {
     const struct {
-        const char* name;
         std::vector<std::string> files; // below "glitch" of root 0 or 1
-        const char* params;
+        const char* style;
         const char* paths; // "0" stands for the glitch directory of root 0
     } cases[] = {
-        {"shared vertex shader", {"1GlitchRain.frag", "1Glitch.vert"}, R"({"style":"rain"})",
-         "1Glitch.vert 1GlitchRain.frag -"},
-        {"the style's own vertex shader", {"0GlitchRain.frag", "0Glitch.vert", "0GlitchRain.vert"}, R"({"style":"RAIN"})",
-         "0GlitchRain.vert 0GlitchRain.frag -"},
-        {"no vertex shader", {"1CRTTube.frag"}, R"({"style":"crttube"})", "- 1CRTTube.frag -"},
-        {"the root is chosen by the fragment shader", {"0Glitch.vert", "0GlitchRain.vert", "1GlitchRain.frag"},
-         R"({"style":"rain"})", "- 1GlitchRain.frag -"},
-        {"both roots", {"0GlitchRain.frag", "1GlitchRain.frag", "1Glitch.vert"}, R"({"style":"rain"})",
-         "- 0GlitchRain.frag -"},
-        {"unknown style", {"0Glitch.frag", "0Glitch.vert"}, R"({"style":"haze"})", "0Glitch.vert 0Glitch.frag -"},
-        {"style of the wrong kind", {"0Glitch.frag", "0CRTTube.frag"}, R"({"style":["crttube"]})", "- 0Glitch.frag -"},
-        {"no parameters", {"0Glitch.frag"}, "null", "- 0Glitch.frag -"},
-        {"missing fragment shader", {"0Glitch.frag", "0Glitch.vert"}, R"({"style":"rain"})", "- - -"},
+        {{"1GlitchRain.frag", "1Glitch.vert"}, R"("rain")", "1Glitch.vert 1GlitchRain.frag -"},
+        {{"0GlitchRain.frag", "0Glitch.vert", "0GlitchRain.vert"}, R"("RAIN")", "0GlitchRain.vert 0GlitchRain.frag -"},
+        {{"1CRTTube.frag"}, R"("crttube")", "- 1CRTTube.frag -"},
+        // The root is chosen by the fragment shader.
+        {{"0Glitch.vert", "0GlitchRain.vert", "1GlitchRain.frag"}, R"("rain")", "- 1GlitchRain.frag -"},
+        {{"0GlitchRain.frag", "1GlitchRain.frag", "1Glitch.vert"}, R"("rain")", "- 0GlitchRain.frag -"},
+        {{"0Glitch.frag", "0Glitch.vert"}, R"("rains")", "0Glitch.vert 0Glitch.frag -"},
+        {{"0Glitch.frag", "0CRTTube.frag"}, R"(["crttube"])", "- 0Glitch.frag -"},
+        {{"0Glitch.frag", "0Glitch.vert"}, R"("rain")", "- - -"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.paths);
         const TempShow show;
-        for (const std::string& file : c.files) {
-            show.write(kRoots[file[0] - '0'] + std::string("glitch/") + file.substr(1), "x");
-        }
-        TimelineEntry entry = entryOf(show, "glitch", c.params);
+        for (const std::string& file : c.files) show.write(kRoots[file[0] - '0'] + ("glitch/" + file.substr(1)), "x");
+        TimelineEntry entry = entryOf(show, "glitch", std::string("{\"style\":") + c.style + "}");
         resolveShaderSources(entry);
         std::string expected = c.paths;
         for (size_t at = expected.size(); at-- > 0;) {
@@ -82,11 +60,6 @@ TEST(ShaderLookup, FindsGlitchShadersByStyle) {
         }
         EXPECT_EQ(pathsOf(show, entry), expected);
     }
-    const TempShow show; // nothing found: what stood there stays
-    TimelineEntry entry = entryOf(show, "glitch");
-    entry.vertPath = "kept.vert";
-    resolveGlitchShaders(entry, show.baseDir);
-    EXPECT_EQ(pathsOf(show, entry), "kept.vert - -");
 }
 
 TEST(ShaderLookup, FindsBuiltinShaders) {
@@ -107,20 +80,13 @@ TEST(ShaderLookup, FindsBuiltinShaders) {
         TimelineEntry entry = entryOf(show, name);
         resolveShaderSources(entry);
         EXPECT_EQ(pathsOf(show, entry), folder + vertex + " " + folder + fragment + " -");
-        EXPECT_EQ(builtinShaderFileName(name, ".vert"), vertex);
-        EXPECT_EQ(builtinShaderFileName(name, ".frag"), fragment);
-        EXPECT_EQ(builtinShaderFileName(name, ".geom"), "");
     }
     // The first root that has the directory wins, whatever is in it.
     show.write(std::string(kRoots[0]) + "rotozoom/OldSchoolRotozoom.frag", "x");
     TimelineEntry entry = entryOf(show, "rotozoom");
     resolveShaderSources(entry);
     EXPECT_EQ(pathsOf(show, entry), "- DemoSceneResources/assets/shaders/rotozoom/OldSchoolRotozoom.frag -");
-
-    EXPECT_EQ(builtinShaderDir(show.baseDir, "RotoZoom"), show.path("DemoSceneResources/assets/shaders/rotozoom"));
-    EXPECT_EQ(builtinShaderDir(show.baseDir, "Starfields"), show.path("assets/shaders/starfields"));
     EXPECT_EQ(builtinShaderDir(show.baseDir, "overlayers"), ""); // only begins with a name of the table
-    EXPECT_EQ(builtinShaderFileName("overlayers", ".vert"), "");
 }
 
 TEST(ShaderLookup, ChoosesAmongTheFilesOfADirectory) {
@@ -147,7 +113,6 @@ TEST(ShaderLookup, ChoosesAmongTheFilesOfADirectory) {
         {"pack and disk together", "fx", {"fx/b.vert", "fx/M.frag"}, {"fx/A.vert", "fx/bufferA.frag"},
          "a.vert M.frag buffera.frag"},
         {"the same file in both", "fx", {"fx/Fx.vert", "fx/Fx.frag"}, {"fx/fx.vert", "fx/fx.frag"}, "Fx.vert Fx.frag -"},
-        {"no directory", "fx", {"fxs/fx.vert"}, {"other/fx.vert"}, "- - -"},
         {"empty type", "", {"a.vert", "a.frag"}, {"b.vert"}, "- - -"},
     };
     for (const auto& c : cases) {

@@ -71,6 +71,7 @@ class NativeLog(PlayerTest):
     [WARN] Vert not found: (none) (using default)
     [ERROR] Frag not found: (none)
   [SKIP] (none) (shader failed)
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 1.000s (duration=1.000s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 [PLAY] t=0.000s scene=intro sceneIn=0.000s sceneOut=0.500s base=Sky type=plain entryIn=0.000s entryOut=0.500s overlays=2
@@ -102,6 +103,7 @@ class NativeLog(PlayerTest):
   [OK] image
   [LOAD] t=0.000s dur=0.100s scene=(none) type=textured
   [OK] textured
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 0.100s (duration=0.100s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 [PLAY] t=0.000s scene=(none) base=(none) overlays=3
@@ -141,6 +143,7 @@ class NativeLog(PlayerTest):
 [GL] ...
 [GL] ...
 """ + load + """\
+[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or assets/shaders/transition
 [TIMELINE] Visual range 0.000s -> 0.300s (duration=0.300s)
 [CONTROLS] Right/Left: next/previous scene | Up/Down: +/-10s | ESC: exit
 """ + play + load + play + load + play.splitlines(keepends=True)[0] + """\
@@ -176,7 +179,7 @@ class LegacyLog(PlayerTest):
   [LOAD] clock vert={folder}/assets/shaders/clock/clock.vert frag={folder}/assets/shaders/clock/clock.frag
   [OK] clock
   [SKIP] neon_text (CPU-only, not supported)
-[SCENE 2/2] "" (2 entries, duration=0.2s)
+[SCENE 2/2] "(none)" (2 entries, duration=0.2s)
   [LOAD] broken vert={folder}/assets/shaders/broken/broken.vert frag={folder}/assets/shaders/broken/broken.frag
 [SHADER ERROR] broken:
 ...
@@ -190,7 +193,7 @@ class LegacyLog(PlayerTest):
         looped = self.run_player("--headless", "--length", 0.55, self.write_show({**config, "globals": {}}))
         self.assertEqual(re.findall(r"\[(?:SCENE|EXIT).*", looped.log),
                          ['[SCENE 1/2] "first" (2 entries, duration=0.3s)',
-                          '[SCENE 2/2] "" (2 entries, duration=0.2s)',
+                          '[SCENE 2/2] "(none)" (2 entries, duration=0.2s)',
                           '[SCENE 1/2] "first" (2 entries, duration=0.3s)', "[EXIT] main loop finished"])
 
 

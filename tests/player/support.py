@@ -95,8 +95,8 @@ def show(*entries, loop=False, size=(4, 4), **more):
 
 
 class Result:
-    def __init__(self, code, out, err, seconds, peak_kb=0):
-        self.code, self.out, self.seconds, self.peak_kb = code, out, seconds, peak_kb
+    def __init__(self, code, out, err, seconds):
+        self.code, self.out, self.seconds = code, out, seconds
         self.log = out.decode(errors="surrogateescape")
         self.err = err.decode(errors="surrogateescape")
 
@@ -264,7 +264,8 @@ class Display:
 
     def window(self):
         """Waits for the player's window and gives it the keyboard, there being no window manager."""
-        window = self.xdotool("search", "--sync", "--onlyvisible", "--name", "^Quillon DemoScene - Native Player$")[0]
+        title = "^Quillon DemoScene - Native Player$"
+        window = self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
         self.xdotool("windowfocus", "--sync", window)
         return window
 

@@ -25,7 +25,8 @@ class Window(PlayerTest):
         player, _ = self.open()
         seconds = r"^\[SEEK\] t=(\d+\.\d{3})s scene=%s$"
         times = []
-        for key, scene in (("Right", "two"), ("Up", "two"), ("Down", "two"), ("Left", "one"), ("Right", "two"), ("Down", "one")):
+        keys = {"Right": "two", "Up": "two", "Down": "two", "Left": "one"}
+        for key, scene in (*keys.items(), ("Right", "two"), ("Down", "one")):
             self.display.xdotool("key", key)
             times.append(float(player.wait_for(seconds % scene).group(1)))
         self.assertEqual((times[0], times[4]), (100.0, 100.0))
@@ -65,8 +66,8 @@ class Window(PlayerTest):
     def test_sizes_and_picture(self):
         player, window = self.open()
         self.assertIn("[WIN] Client size: 64x48 (requested=64x48, fullscreen=false)", player.lines)
-        at = {name: int(value) for name, value in
-              (word.split("=") for word in self.display.xdotool("getwindowgeometry", "--shell", window) if "=" in word)}
+        geometry = self.display.xdotool("getwindowgeometry", "--shell", window)
+        at = {name: int(value) for name, _, value in (word.partition("=") for word in geometry)}
 
         def wait_for_color(x, y, color):
             deadline = time.monotonic() + 20
@@ -87,7 +88,8 @@ class Window(PlayerTest):
             result = self.run_player(*arguments, "--length", 0.1, "config.json", env=self.display.env)
             self.assertIn(f"[WIN] Client size: {line}\n", result.log)
             self.assertIn("[EXIT] main loop finished\n[DONE]\n", result.log)
-        result = self.run_player("--length", 0, self.write_show(show(entry("clock"), size=(-5, 0))), env=self.display.env)
+        path = self.write_show(show(entry("clock"), size=(-5, 0)))
+        result = self.run_player("--length", 0, path, env=self.display.env)
         self.assertIn("requested=1x1", result.log)
 
 

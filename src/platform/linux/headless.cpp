@@ -27,7 +27,7 @@ void catchStopSignal(int number) {
     if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
     action = {};
     action.sa_handler = requestStop;
-    action.sa_flags = SA_RESTART;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND); // a second one ends a load that takes too long
     sigaction(number, &action, nullptr);
 }
 

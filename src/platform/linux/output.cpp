@@ -4,7 +4,15 @@
 #include <csignal>
 #include <cstring>
 
+#include <fcntl.h>
 #include <unistd.h>
+
+void openStandardStreams() {
+    for (int stream = 0; stream <= 2; ++stream) {
+        // The lowest free descriptor is the one that open gives.
+        if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) return;
+    }
+}
 
 std::FILE* openOutput(const std::string& path, std::string& reason) {
     std::signal(SIGPIPE, SIG_IGN);

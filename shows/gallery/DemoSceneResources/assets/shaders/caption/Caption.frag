@@ -1,5 +1,5 @@
 #version 330 core
-// Name of the thing shown, on a plate of ink at the lower left, after the sign of its group in ember.
+// Name of the thing shown, on a plate of ink at the lower right, after the sign of its group in ember.
 in vec2 vUV;
 out vec4 fragColor;
 
@@ -32,11 +32,13 @@ float groupSign(vec2 q) {
 
 void main() {
     float aspect = iResolution.x / iResolution.y;
-    float rowHeight = max(0.06, 20.0 / iResolution.y);      // frame heights; never too small to read
-    vec2 low = vec2(0.045);
+    vec2 size = vec2(uLabel + 1.45, 1.0);                   // of the plate, in row heights
+    // In frame heights: never too small to read, never wider than the frame.
+    float rowHeight = min(max(0.06, 20.0 / iResolution.y), (aspect - 0.09) / size.x);
+    vec2 low = vec2(aspect - 0.045 - size.x * rowHeight, 0.045);
     vec2 q = (vec2(vUV.x * aspect, vUV.y) - low) / rowHeight; // rows from the plate's lower left
 
-    float plate = step(0.0, min(q.x, q.y)) * step(q.x, uLabel + 1.45) * step(q.y, 1.0);
+    float plate = step(0.0, min(q.x, q.y)) * step(q.x, size.x) * step(q.y, size.y);
     float rowTexels = iChannelResolution[0].y / uRows;
     float width = iChannelResolution[0].x / rowTexels;      // row width in row heights
     vec2 at = vec2(q.x - 1.0, clamp(q.y, 0.0, 1.0));

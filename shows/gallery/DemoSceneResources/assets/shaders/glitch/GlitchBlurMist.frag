@@ -19,7 +19,7 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
-const int kTaps = 11;
+const int kTaps = 10;
 const mat2 kGolden = mat2(-0.737369, 0.675490, -0.675490, -0.737369);
 
 float hash(float x, float y, float z) {
@@ -30,17 +30,25 @@ float hash(float x, float y, float z) {
     return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
-float noise(vec2 p, float seed) {
+// Two smooth noises at once, from the halves of one hash.
+vec2 corner(vec2 i) {
+    float h = hash(i.x, i.y, 1.0) * 256.0;
+    return vec2(floor(h) / 256.0, fract(h));
+}
+
+vec2 noise2(vec2 p) {
     vec2 i = floor(p), f = fract(p);
     f *= f * (3.0 - 2.0 * f);
-    return mix(mix(hash(i.x, i.y, seed), hash(i.x + 1.0, i.y, seed), f.x),
-               mix(hash(i.x, i.y + 1.0, seed), hash(i.x + 1.0, i.y + 1.0, seed), f.x), f.y);
+    return mix(mix(corner(i), corner(i + vec2(1.0, 0.0)), f.x),
+               mix(corner(i + vec2(0.0, 1.0)), corner(i + 1.0), f.x), f.y);
 }
 
 // Lights of a town at night.
 vec3 card(vec2 uv) {
-    vec2 p = vec2((uv.x - 0.5) * iResolution.x / iResolution.y, uv.y) * 14.0, cell = floor(p);
-    float h = fract(dot(cell, vec2(0.7549, 3.5698))), skyline = 0.3 + 0.4 * fract(floor(cell.x * 0.5) * 0.618 + 0.3);
+    vec2 p = vec2((uv.x - 0.5) * iResolution.x / iResolution.y, uv.y) * 14.0;
+    vec2 cell = floor(p);
+    float h = fract(dot(cell, vec2(0.7549, 3.5698)));
+    float skyline = 0.3 + 0.4 * fract(floor(cell.x * 0.5) * 0.618 + 0.3);
     float d = length(fract(p) - 0.5), on = step(0.35, h) * step(uv.y, skyline);
     vec3 sky = mix(vec3(0.24, 0.07, 0.06), kInk, smoothstep(0.25, 0.95, uv.y));
     vec3 house = step(uv.y, skyline) * vec3(0.5);
@@ -75,10 +83,9 @@ void main() {
     float amount = clamp(uMist, 0.0, 1.0);
     vec2 p = vec2(vUV.x * aspect, vUV.y);
     // Two banks pass through each other, torn by a finer one.
-    float low = noise(p * 1.7 + vec2(-0.4, 0.05) * time, 1.0);
-    float high = noise(p * 3.1 + vec2(0.3, -0.12) * time + low, 2.0);
-    float wisp = noise(p * vec2(5.0, 8.0) + vec2(-0.7, 0.2) * time + 2.0 * high, 3.0);
-    float bank = low * 0.55 + high * 0.3 + wisp * 0.15;
+    vec2 low = noise2(p * 1.9 + vec2(-0.4, 0.05) * time);
+    vec2 high = noise2(p * vec2(3.2, 4.6) + vec2(0.45, -0.14) * time + 1.4 * low.y);
+    float wisp = high.y, bank = low.x * 0.55 + high.x * 0.3 + wisp * 0.15;
     float mist = smoothstep(0.5 - 0.45 * amount, 0.86 - 0.35 * amount, bank + 0.1 * (0.5 - vUV.y));
     float radius = clamp(uRadius, 0.0, 0.15) * (0.18 + 0.82 * mist);
 

@@ -44,8 +44,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -75,7 +75,8 @@ void main() {
     vec3 seen = source(mirror((look + 0.5) / dots));
     float light = pow(clamp(dot(seen, vec3(0.3, 0.59, 0.11)), 0.0, 1.0), 0.7);
     vec2 bit = mod(dot_, 8.0);
-    if (junk > 0.5) light = step(0.5, hash(bit.x + 8.0 * tile.x, floor(bit.y / 2.0), floor(tile.y + tick * 0.5)));
+    float noise_ = hash(bit.x + 8.0 * tile.x, floor(bit.y / 2.0), floor(tile.y + tick * 0.5));
+    if (junk > 0.5) light = step(0.5, noise_);
 
     // Four shades through an ordered 4 x 4 pattern.
     ivec2 b = ivec2(mod(dot_, 4.0));

@@ -38,7 +38,8 @@ float noise(vec2 p, float seed) {
 // Eight bars with a saw-tooth edge over a slogan plate.
 vec3 card(vec2 uv) {
     float bar = floor(clamp(uv.x + 0.01 * step(0.5, fract(uv.y * 24.0)), 0.0, 0.999) * 8.0) / 7.0;
-    vec3 warm = mix(kBone, kEmber, smoothstep(0.0, 0.45, bar)), cold = mix(kSteel, kInk, smoothstep(0.6, 1.0, bar));
+    vec3 warm = mix(kBone, kEmber, smoothstep(0.0, 0.45, bar));
+    vec3 cold = mix(kSteel, kInk, smoothstep(0.6, 1.0, bar));
     vec3 colour = mix(warm, cold, step(0.5, bar));
     vec2 p = abs(uv - vec2(0.5, 0.5)) - vec2(0.3, 0.1);
     float plate = step(max(p.x, p.y), 0.0);
@@ -46,8 +47,8 @@ vec3 card(vec2 uv) {
     return mix(colour, mix(kInk, kBone, mark), plate);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);

@@ -62,17 +62,19 @@ void main() {
     vec2 out_ = p * spread * (0.35 + 1.3 * d2) / 0.6;
     vec2 at = (bent - out_ + axis) / vec2(aspect, 1.0) + 0.5, way = 2.0 * out_ / vec2(aspect, 1.0);
 
+    // Pixels look at slightly different places of the spectrum, which turns bands into fine grain.
+    float jitter = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy), vec2(0.06711056, 0.00583715))));
     vec3 sum = vec3(0.0), weight = vec3(0.0);
     // The card takes the place of a missing picture, in a loop of its own: a rasterizer in software would work
     // out both sides of a branch.
     int taps = bound() ? kTaps : 0;
     for (int i = 0; i < taps; ++i) {
-        float s = float(i) / float(kTaps - 1);
+        float s = (float(i) + jitter) / float(kTaps);
         sum += spectrum(s) * picture(mirror(at + way * s));
         weight += spectrum(s);
     }
     for (int i = taps; i < kTaps; ++i) {
-        float s = float(i) / float(kTaps - 1);
+        float s = (float(i) + jitter) / float(kTaps);
         sum += spectrum(s) * card(at + way * s);
         weight += spectrum(s);
     }

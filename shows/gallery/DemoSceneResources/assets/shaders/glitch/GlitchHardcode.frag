@@ -56,8 +56,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);

@@ -1,5 +1,5 @@
 #version 330 core
-// Memory leak: the picture's memory fills from below with other people's bytes until it is freed and fills again.
+// Memory leak: the picture fills from below with other people's bytes until they are freed, and fills again.
 //   uCells   memory cells a frame height, 12..96
 //   uPeriod  s from one release to the next, 2..60
 //   uLevel   highest level of the leak, 0..1
@@ -57,8 +57,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);

@@ -1,5 +1,5 @@
 #version 330 core
-// Pattern corruption: the picture caught in a turning kaleidoscope of repeating tiles, some of which fold wrongly.
+// Pattern corruption: the picture in a turning kaleidoscope of repeating tiles, some of which fold wrongly.
 //   uTiles     tiles a frame height, 1..8
 //   uSegments  mirrors in a tile, 2..16
 //   uSpin      turns of the mirrors a minute, -30..30
@@ -43,8 +43,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -71,10 +71,10 @@ void main() {
     // Rings of the tile slip against each other in steps.
     float ring = floor(r * 9.0);
     a += broken * 0.6 * (hash(ring, cell.x + cell.y, tick) - 0.5);
-    vec2 at = r * vec2(cos(a), sin(a)) * 0.95;
-    // The mirrors wander over the picture, off its middle.
-    vec2 eye = vec2(0.3 * sin(iTime * 0.31 + 0.8), 0.14 * cos(iTime * 0.23 + 1.2));
-    vec2 uv = 0.5 + (eye + at * 1.9) / vec2(aspect, 1.0);
+    vec2 at = (r - 0.34) * vec2(cos(a), sin(a));
+    // Each wedge looks across the whole picture; the point that it looks at wanders.
+    vec2 eye = vec2(0.2 * sin(iTime * 0.31 + 0.8), 0.12 * cos(iTime * 0.23 + 1.2));
+    vec2 uv = 0.5 + (eye + at * 1.6) / vec2(aspect, 1.0);
     vec3 colour = source(mirror(uv));
 
     // Facets: the mirrors' edges catch light, and every second wedge is a shade deeper.

@@ -36,8 +36,8 @@ vec3 card(vec2 uv) {
     return vec3(mix(0.12 * halo, 0.08 + 0.85 * lit * (0.7 + 0.3 * sin(p.y * 40.0 + sin(p.x * 11.0))), ball));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -58,7 +58,7 @@ float sign_(vec2 q, float which) {
 // Light of the fall in a cell: x trail 0..1, y head 0 or 1.
 vec2 fall(vec2 cell, float rows, float seed) {
     float h = hash(cell.x, seed, 41.0), h2 = hash(cell.x, seed, 43.0);
-    float way = mod(iTime, 3600.0) * uSpeed * (6.0 + 13.0 * h2) + h * 400.0;
+    float way = mod(iTime, 3600.0) * clamp(uSpeed, 0.0, 4.0) * (6.0 + 13.0 * h2) + h * 400.0;
     float length_ = rows * (0.7 + 0.9 * h);
     float behind = mod(cell.y + way, length_);
     float tail = rows * (0.25 + 0.45 * h2);

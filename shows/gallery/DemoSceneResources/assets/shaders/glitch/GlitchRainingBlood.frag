@@ -44,8 +44,8 @@ vec3 card(vec2 uv) {
     return mix(sky, kBone * seas, smoothstep(0.24, 0.235, d));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -58,7 +58,7 @@ vec3 source(vec2 uv) {
 void runs(vec2 p, float count, float seed, inout vec3 wet) {
     float column = floor(p.x * count);
     float h = hash(column, seed, 1.0), h2 = hash(column, seed, 2.0);
-    float phase = fract(mod(iTime, 3600.0) * uSpeed * (0.12 + 0.14 * h2) + h);
+    float phase = fract(mod(iTime, 3600.0) * clamp(uSpeed, 0.0, 4.0) * (0.12 + 0.14 * h2) + h);
     // Runs stick and slip; they are off the lower edge at two thirds of their time and dry for the last third.
     float drop = 1.12 - 1.75 * (phase + 0.012 * sin(phase * 70.0 + h * 40.0) + 0.02 * sin(phase * 23.0));
     float x = (fract(p.x * count) - 0.5 - 0.3 * (h2 - 0.5)) / count;

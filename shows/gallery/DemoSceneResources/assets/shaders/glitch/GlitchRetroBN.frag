@@ -53,8 +53,8 @@ vec2 mirror(vec2 uv) {
     return 1.0 - abs(mod(uv, 2.0) - 1.0);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -105,7 +105,7 @@ void main() {
     vec2 at = floor(p * 4.0);
     float spot = hash(at.x, at.y, tick + 30000.0);
     vec2 off = fract(p * 4.0) - 0.2 - 0.6 * vec2(hash(at.x, tick, 9.0), hash(at.y, tick, 10.0));
-    float blob = length(off) * (1.0 + 0.22 * sin(atan(off.y, off.x + 1e-6) * 3.0 + spot * 900.0));
+    float blob = length(off) * (1.0 + 0.25 * sin(atan(off.y, off.x + 1e-6) * 2.0 + spot * 900.0));
     float size = 0.015 + 0.05 * fract(spot * 57.0);
     float dust = step(spot, 0.11 * wear) * smoothstep(size, size * 0.6, blob);
     light = mix(light, step(0.5, fract(spot * 331.0)) * 0.9, dust);

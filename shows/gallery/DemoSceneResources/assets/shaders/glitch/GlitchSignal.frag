@@ -1,5 +1,5 @@
 #version 330 core
-// Signal: a weak analogue broadcast, with ghosts beside every edge, herringbone and a picture that will not hold.
+// Signal: a weak analogue broadcast with ghosts beside every edge, herringbone and a picture that rolls.
 //   uGhost  strength of the echoes, 0..1
 //   uRoll   pictures that roll by a second, -3..3
 //   uNoise  strength of the interference, 0..1
@@ -41,8 +41,8 @@ vec3 card(vec2 uv) {
     return mix(colour, kBone, step(abs(d - 0.42), 0.008));
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -69,7 +69,8 @@ void main() {
 
     vec3 c = source(uv);
     float sway = 1.0 + 0.3 * sin(time * 0.7);
-    vec3 near = source(uv - vec2(0.03 * sway / aspect, 0.0)), far_ = source(uv - vec2(0.11 * sway / aspect, 0.0));
+    vec3 near = source(uv - vec2(0.03 * sway / aspect, 0.0));
+    vec3 far_ = source(uv - vec2(0.11 * sway / aspect, 0.0));
     float pre = dot(source(uv + vec2(0.016 / aspect, 0.0)), kLuma);
     float ghost = 0.42 * dot(near, kLuma) + 0.3 * dot(far_, kLuma) - 0.26 * pre;
     float light = dot(c, kLuma) * (1.0 - 0.25 * echo) + echo * ghost;

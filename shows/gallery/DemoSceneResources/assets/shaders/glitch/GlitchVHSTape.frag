@@ -41,8 +41,8 @@ vec3 card(vec2 uv) {
     return uv.y < 0.22 ? grey : (uv.y < 0.3 ? colour.bgr * 0.6 : colour);
 }
 
-// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs from
-// the one reported for the channel: then the card takes its place.
+// Channel 0 cut to fill the frame, over ink where it is transparent. The size of an unbound sampler differs
+// from the one reported for the channel: then the card takes its place.
 vec3 source(vec2 uv) {
     vec2 size = max(iChannelResolution[0], vec2(1.0));
     if (any(notEqual(textureSize(iChannel0, 0), ivec2(size + 0.5)))) return card(uv);
@@ -109,7 +109,8 @@ void main() {
         vec2 q = vec2(x * aspect, uv.y);
         float play = signs((q - vec2(0.08, 0.86)) / size, true);
         float count = signs((q - vec2(0.08, 0.09)) / size, false);
-        float shade = signs((q - vec2(0.086, 0.853)) / size, true) + signs((q - vec2(0.086, 0.083)) / size, false);
+        float shade = signs((q - vec2(0.086, 0.853)) / size, true);
+        shade += signs((q - vec2(0.086, 0.083)) / size, false);
         colour = mix(colour * (1.0 - 0.6 * min(shade, 1.0)), vec3(0.93, 0.95, 0.92), max(play, count) * 0.92);
     }
     fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);

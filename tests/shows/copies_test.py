@@ -1,0 +1,23 @@
+"""Shows stand alone, so some shaders lie in several of them: copies, which must not drift apart."""
+
+import pathlib
+import unittest
+
+SHOWS = pathlib.Path(__file__).parents[2] / "shows"
+ROOT = "DemoSceneResources/assets/shaders"
+
+
+class Copies(unittest.TestCase):
+    def test_showcase_has_the_gallerys_shaders(self):
+        compared = 0
+        for folder in ("transition", "composition", "glitch"):
+            for copy in (SHOWS / "showcase" / ROOT / folder).iterdir():
+                with self.subTest(copy.name):
+                    original = SHOWS / "gallery" / ROOT / folder / copy.name
+                    self.assertEqual(copy.read_bytes(), original.read_bytes())
+                    compared += 1
+        self.assertGreaterEqual(compared, 5)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,6 +1,7 @@
 #include "app/frame_sink.h"
 
 #include "app/options.h"
+#include "foundation/text.h"
 #include "platform/files.h"
 #include "platform/image.h"
 #include "platform/output.h"
@@ -91,9 +92,14 @@ bool writePlanes(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>
     return writeBytes(sink, sink.yuv.planes.data(), sink.yuv.planes.size(), cancelled);
 }
 
+// Some versions end with exit code 0 although the disk was full, if that comes out at the end.
+bool saysNotWritten(const std::string& words) {
+    return containsText(words, "Error writing") || containsText(words, "Error closing file");
+}
+
 void closeVideo(FrameSink& sink, const std::atomic<bool>& cancelled) {
     std::string words;
-    const bool finished = finishProcess(sink.encoder, cancelled, words);
+    const bool finished = finishProcess(sink.encoder, cancelled, words) && !saysNotWritten(words);
     sink.encoder = nullptr;
     if (!finished) fail(sink, sink.output, "ffmpeg: " + words);
     if (cancelled || !sink.failure.empty() || !renameFile(sink.partPath, sink.output, words)) {

@@ -104,7 +104,7 @@ VideoMusic videoMusic(const Player& player) {
     music.path = locateFile(config.audioPath);
     std::string reason;
     if (!canDecodeMusic(music.path, reason)) {
-        logLine("[AUDIO] Rendering without music: %s\n", reason.c_str());
+        logLine("[AUDIO] Rendering without music; ffmpeg cannot read %s: %s\n", music.path.c_str(), reason.c_str());
         return {};
     }
     const auto finite = [](float value) { return std::isfinite(value) ? static_cast<double>(value) : 0.0; };

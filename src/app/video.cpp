@@ -23,12 +23,13 @@ struct VideoKind {
 const VideoKind& videoKind(const std::string& output) {
     static const Arguments kH264 = {"-c:v", "libx264", "-preset", "medium", "-crf", "18"};
     static const Arguments kAac = {"-c:a", "aac", "-b:a", "192k"};
-    // Matroska has a field for Opus's delay but none for AAC's, with which the picture would begin late.
-    static const Arguments kOpus = {"-c:a", "libopus", "-b:a", "160k"};
+    // In Matroska the start that AAC and Opus need would make the picture begin late; FLAC needs none.
+    static const Arguments kFlac = {"-c:a", "flac"};
+    static const Arguments kOpus = {"-c:a", "libopus", "-b:a", "160k", "-avoid_negative_ts", "disabled"};
     static const VideoKind kKinds[] = {
         {".mp4", "mp4", {"-c:v", "libx264", "-preset", "medium", "-crf", "18", "-movflags", "+faststart"}, kAac},
         {".mov", "mov", kH264, kAac},
-        {".mkv", "matroska", kH264, kOpus},
+        {".mkv", "matroska", kH264, kFlac},
         {".webm", "webm",
          {"-c:v", "libvpx-vp9", "-crf", "24", "-b:v", "0", "-deadline", "realtime", "-cpu-used", "5", "-row-mt", "1"},
          kOpus},

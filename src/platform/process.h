@@ -19,5 +19,5 @@ Process* startProcess(const std::vector<std::string>& arguments, std::string& re
 bool feedProcess(Process* process, const void* bytes, size_t size, const std::atomic<bool>& cancelled);
 
 // Closes its input, waits for its end and releases it; kills it once `cancelled` is set. True when it
-// ended with exit code 0; otherwise `words` holds its last lines, or how it ended if it said nothing.
+// ended with exit code 0. `words` are its last lines; how it failed if it said nothing.
 bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words);

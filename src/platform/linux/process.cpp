@@ -168,10 +168,8 @@ bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::st
     if (process->errors >= 0) readErrors(*process);
     closeFile(process->errors);
     const bool succeeded = ended == process->id && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    if (!succeeded) {
-        words = lastLines(process->said);
-        if (words.empty()) words = describeEnd(status);
-    }
+    words = lastLines(process->said);
+    if (!succeeded && words.empty()) words = describeEnd(status);
     delete process;
     return succeeded;
 }

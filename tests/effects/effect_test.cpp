@@ -15,6 +15,8 @@ TEST_F(EffectTest, FactorySaysWhatIsMissing) {
     writeShader("halved", "void main() { c = vec4(1); }");
     show.write("assets/shaders/halved/halvedBufferA.frag", "");
     writeShader("broken", "void main() { c = nothing; }");
+    writeShader("cracked", "void main() { c = vec4(1); }");
+    writeShader("cracked", "void main() { c = nothing; }", "crackedBufferA.frag");
 
     const std::string noVert = "    [WARN] Vert not found: (none) (using default)\n";
     const struct {
@@ -26,6 +28,7 @@ TEST_F(EffectTest, FactorySaysWhatIsMissing) {
         {R"({})", false, noVert + "    [ERROR] Frag not found: (none)\n"},
         {R"({"type": "halved"})", true,
          "    [WARN] BufferA not found: " + show.path("assets/shaders/halved/halvedBufferA.frag") + "\n"},
+        {R"({"type": "Cracked"})", true, "[SHADER ERROR] Cracked_Buf:\n"},
         {R"({"type": "broken"})", false, "[SHADER ERROR] broken:\n"},
         {R"({"type": "image", "params": {"image": "missing.png"}})", true, ""},
     };

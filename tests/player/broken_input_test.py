@@ -33,11 +33,10 @@ class BrokenTest(PlayerTest):
 class BrokenConfiguration(BrokenTest):
     def test_truncated(self):
         whole = json.dumps(show(entry("textured", 0, 1, scene="a", params={"image": "p.png", "alpha": 0.5}),
-                                entry("plain", 0.5, 1, overlay=True, params={"color": [1, 0, 0.5, 1]}),
                                 fallbackImage="p.png", assets={"x": "y"}), separators=(",", ":"))
         self.write("p.png", PIXEL)
-        self.survive(whole, "2 timeline entries")
-        for length in range(0, len(whole), 11):
+        self.survive(whole, "1 timeline entries")
+        for length in range(0, len(whole), 17):
             with self.subTest(whole[:length]):
                 self.survive(whole[:length], ends=None)
 
@@ -48,7 +47,6 @@ class BrokenConfiguration(BrokenTest):
             "trailing text": good + "}}]",
             "deep params": '{"entries":[{"type":"clock","params":' + "[" * 300000,
             "deep objects": '{"entries":[' + '{"type":"clock","params":{"a":' * 30000,
-            "repeated keys": '{"entries":[{"type":"clock"}],"entries":[],"globals":{},"globals":[]}',
             "wrong kinds": '{"globals":[],"assets":7,"audio":"x","fallbackImage":{},"transitions":[1],'
                            '"scenes":[1,"x",{"entries":[[],null]}],"entries":[null,7,"x",[],'
                            '{"type":7,"id":{},"start":"1","duration":true,"layer":[],"params":[1]}]}'}
@@ -61,8 +59,7 @@ class BrokenConfiguration(BrokenTest):
 
     def test_numbers(self):
         keys = ("--press", "0:Right", "--press", "0:Up", "--press", "0.02:Escape")
-        for number in ("1e999", "-1e999", "1e38", "-1e38", "nan", "-nan", "inf", "0x7fffffff", "1e-320", "-0",
-                       "2147483648", "-2147483649", "16777217", "9" * 4000):
+        for number in ("1e999", "-1e38", "nan", "1e-320", "2147483648", "-2147483649", "9" * 4000):
             with self.subTest(number[:20]):
                 entries = [f'{{"type": "clock", "id": "{key}", "{key}": {number}}}'
                            for key in ("start", "duration", "delay", "layer")]
@@ -72,26 +69,19 @@ class BrokenConfiguration(BrokenTest):
                 entries = f'"entries": [{", ".join(entries)}]'
                 self.survive(f"{start} {entries}}}", "[PLAY] ", arguments=keys)
                 self.survive(f'{start} "scenes": [{{{entries}}}]}}')
-
-    def test_sizes(self):
-        for width, height, ends in (("-5", "0", 0), ("2147483647", "2147483647", 1), ("1e999", "1", 1),
-                                    ("65536", "65536", 1), ("-1e38", "nan", None), ("1", "100000", 1)):
+        for width, height, ends in (("-5", "0", 0), ("2147483647", "2147483647", 1), ("-1e38", "nan", None)):
             with self.subTest(f"{width} x {height}"):
                 size = f'{{"width": {width}, "height": {height}}}'
                 self.survive(f'{{"globals": {size}, "entries": [{{"type": "clock"}}]}}', ends=ends)
 
     def test_many_and_long(self):
-        image = entry("image", params={"image": "@a"})
         for config, line in (
-                (show(*(entry("clock", k / 100, scene=f"s{k}") for k in range(1500))), "1500 timeline entries"),
                 (show(*(entry("none", k / 100) for k in range(10000))), "10000 timeline entries"),
                 (show(*(entry("clock", overlay=True, layer=-k) for k in range(500))), "overlays=500"),
                 (show(entry("clock", params={f"p{k}": k for k in range(100000)})), "  [OK] clock"),
-                (show(entry("clock"), assets={f"a{k}": "x" for k in range(100000)}), "  [OK] clock"),
                 (show(entry("clock", id="n" * 3000000)), "base=nnn"),
                 (show(entry("t" * 1000000)), "[SKIP] ttt"),
-                (show(image, assets={"a": "../" * 100000 + "x.png"}), "[OK] image"),
-                (show(image, assets={"a": "@a"}), "[OK] image")):
+                (show(entry("image", params={"image": "@a"}), assets={"a": "../" * 100000 + "x.png"}), "[OK] image")):
             with self.subTest(json.dumps(config)[:120]):
                 self.survive(config, line)
 
@@ -114,9 +104,10 @@ class BrokenShaders(BrokenTest):
 
     def test_sources(self):
         failed, fine = "[SHADER ERROR] x:\n", "  [OK] x\n"
-        clock, wide = SHADERS["clock"], "+".join(["iTime"] * 3000)
+        clock = SHADERS["clock"]
         for name, fragment, vertex, line in (
                 ("syntax", "}{", VERTEX, failed),
+                ("escapes", "#version 330 core\n#error \x1b[31m\x9b\x07\n", VERTEX, failed),
                 ("vertex syntax", clock, "}{", failed),
                 ("no main", HEADER, VERTEX, "  [SKIP] x (shader failed)\n"),
                 ("binary", bytes(range(1, 256)), VERTEX, failed),
@@ -125,11 +116,7 @@ class BrokenShaders(BrokenTest):
                  "[WARN] Vert not found: {folder}/" + self.HOME + "x.vert (using default)\n"),
                 ("link", HEADER.replace("vec2 vUV", "vec4 vUV") + "void main() { FragColor = vUV; }", VERTEX,
                  "[LINK ERROR] x:\n"),
-                ("version", "#version 999\nvoid main() {}", VERTEX, failed),
-                ("include", '#version 330 core\n#include "/etc/passwd"\nvoid main() {}', VERTEX, failed),
-                ("escapes", "#version 330 core\n#error \x1b[31m\x9b\x07\n", VERTEX, failed),
                 ("zero byte", HEADER + "void main() {}\0}{", VERTEX, fine),
-                ("long", HEADER + f"void main() {{ FragColor = vec4({wide}); }}", VERTEX, fine),
                 ("no numbers", HEADER + "void main() { FragColor = vec4(1 / (iFrame - iFrame), sqrt(-1.), 0, 0); }",
                  VERTEX, fine)):
             with self.subTest(name):
@@ -137,31 +124,11 @@ class BrokenShaders(BrokenTest):
                 self.write(self.HOME + "x.vert", vertex)
                 self.survive(show(entry("clock"), entry("x", overlay=True)), line, "  [OK] clock\n", "base=clock")
 
-    def test_broken_buffer_pass(self):
-        self.write(self.HOME + "x.frag", SHADERS["clock"])
-        for source, line in (("}{", "[SHADER ERROR] x_Buf:\n"),
-                             ("", "[WARN] BufferA not found: {folder}/" + self.HOME + "xBufferA.frag\n")):
-            with self.subTest(source):
-                self.write(self.HOME + "xBufferA.frag", source)
-                self.survive(show(entry("x")), line, "  [OK] x\n")
-
     def test_packs(self):
-        def pack(count, *numbers, body=bytes(64)):
-            return b"DSPAK01\0" + struct.pack(f"<{1 + len(numbers)}I", count, *numbers) + body
-
-        big = 0xFFFFFFFF
-        second_wraps = b"ab" + struct.pack("<II", 2, big - 1) + bytes(9)
-        for loaded, packs in (
-                (None, (b"", b"DSPAK01", b"DSPAK01\0\0\0\0", os.urandom(5000))),
-                (0, (pack(0), pack(big, body=b""), pack(big, big, big), pack(1, 16, big - 15), pack(2, 1, big - 20),
-                     pack(1, 5, 5, body=bytes(9)))),
-                (1, (pack(3, 1, 1, body=second_wraps),))):
-            line = "Invalid pack: " if loaded is None else f"Loaded {loaded} shaders from "
-            for content in packs:
-                with self.subTest(content[:30]):
-                    self.write("shaders.pak", content)
-                    self.survive(show(entry("clock")), f"[SHADERPACK] {line}{{folder}}/shaders.pak\n",
-                                 "  [OK] clock\n")
+        # The pack's own faults are a unit's matter; here the show goes on.
+        for content, line in ((os.urandom(5000), "Invalid pack: "), (b"DSPAK01\0" + b"\xff" * 64, "Loaded 0 shaders from ")):
+            self.write("shaders.pak", content)
+            self.survive(show(entry("clock")), f"[SHADERPACK] {line}{{folder}}/shaders.pak\n", "  [OK] clock\n")
         packed = Path(__file__).resolve().parent.parent / "shows/packed/config.json"
         self.assertNotIn("[SKIP]", self.survive(packed, "[SHADERPACK] Loaded ", "  [OK] ").log)
 
@@ -209,18 +176,11 @@ class BrokenFiles(BrokenTest):
             self.survive(config, "  [OK] textured\n", "[SHADERPACK] Invalid pack: " if looks_like_file else "")
 
     def test_pictures(self):
-        def bmp(width, height):
-            return b"BM" + struct.pack("<IIIIiiHHIIiiII", 54, 0, 54, 40, width, height, 1, 32, 0, 0, 0, 0, 0, 0)
-
         good = png(40, 30, os.urandom(40 * 30 * 4))
-        frame = b"," + struct.pack("<HHHHB", 0, 0, 60000, 60000, 0) + b"\2\0;"
         for name, content in {
-                "png": png(60000, 60000), "largest": png(2147483647, 2147483647), "flat": png(0, 5),
-                "bmp": bmp(60000, 60000), "negative": bmp(1, -2147483648),
-                "gif": b"GIF89a" + struct.pack("<HHBBB", 60000, 60000, 0, 0, 0) + frame,
+                "huge": png(60000, 60000), "flat": png(0, 5), "empty": b"", "half": good[:len(good) // 2],
                 "tga": bytes([0, 0, 2]) + bytes(9) + struct.pack("<HHBB", 60000, 60000, 32, 0),
                 "svg": b"<svg width='60000' height='60000' xmlns='http://www.w3.org/2000/svg'/>",
-                "empty": b"", "text": b"no picture", "half": good[:len(good) // 2], "head": good[:33],
                 "damaged": good[:60] + b"\xff" * 40 + good[100:]}.items():
             with self.subTest(name):
                 path = self.write("p.png", content)
@@ -231,8 +191,8 @@ class BrokenFiles(BrokenTest):
 
 class Names(BrokenTest):
     def test_places_of_a_show(self):
-        for place in ("a b", "Größe 日本", "new\nline", "it's \"quoted\" $HOME %s", "-o", "...",
-                      "a" * 200 + "/" + "b" * 200, os.fsdecode(b"latin\xe9")):
+        for place in ("Größe 日本", "new\nline", "it's \"quoted\" $HOME %s", "-o", "a" * 200 + "/" + "b" * 200,
+                      os.fsdecode(b"latin\xe9")):
             with self.subTest(place):
                 self.write(f"{place}/p.png", PIXEL)
                 path = self.write_show(show(entry("textured", params={"image": "p.png"})), f"{place}/config.json")
@@ -241,22 +201,13 @@ class Names(BrokenTest):
 
     def test_names_in_other_letters_and_separators(self):
         self.write("textures/logo.png", png(3, 2, bytes(24)))
-        self.write("Both/empty", "")
-        self.write("both/logo.png", png(5, 4, bytes(80)))
         self.write("assets/SHADERS/Mixed/mIXed.FRAG", SHADERS["clock"])
-        absolute = str(self.write("elsewhere/a.png", png(7, 1, bytes(28))))
-        sizes = {"3x2": ("Textures\\LOGO.PNG", "textures/logo.png", "./TEXTURES//Logo.png", "@pic",
-                         "elsewhere/../textures\\logo.PNG"),
-                 "5x4": ("Both\\Logo.png",), "7x1": (absolute, "@abs", absolute.replace("/", "\\"))}
-        for size, spellings in sizes.items():
-            for written in spellings:
-                with self.subTest(written):
-                    config = show(entry("image", params={"image": written}), entry("mixed"),
-                                  assets={"pic": "textures\\Logo.png", "abs": absolute})
-                    result = self.survive(config, "  [OK] mixed\n")
-                    self.assertRegex(result.log, rf"  \[TEX\] .*\({size}\)\n")
-        for config in ("CONFIG.JSON", "./Config.json"):
-            self.assertIn("  [OK] mixed\n", self.run_player("--headless", "--length", 0, config).log)
+        for written in ("Textures\\LOGO.PNG", "@pic", "./TEXTURES//Logo.png"):
+            with self.subTest(written):
+                config = show(entry("image", params={"image": written}), entry("mixed"),
+                              assets={"pic": "textures\\Logo.png"})
+                self.assertRegex(self.survive(config, "  [OK] mixed\n").log, r"  \[TEX\] .*\(3x2\)\n")
+        self.assertIn("  [OK] mixed\n", self.run_player("--headless", "--length", 0, "./Config.JSON").log)
 
 
 if __name__ == "__main__":

@@ -20,35 +20,24 @@ def times(frames):
 class Frames(PlayerTest):
     def test_count_is_duration_times_rate_rounded_up(self):
         for start, duration, fps in (
-                ("0", "0.3", "10"), ("0", "1.1", "10"), ("0", "0.7", "30"), ("0", "0.1", "24"), ("0", "0.35", "60"),
-                ("0", "1", "29.97"), ("0", "0.001", "60"), ("0", "2.3", "7"), ("0", "1.001", "1000"),
-                ("0", "3600", "0.1"), ("12.1", "0.7", "50"), ("0.7", "19.6", "25"), ("0.1", "0.2", "10"),
-                ("9.8", "19.6", "25"), ("36000.3", "1.7", "30")):
+                ("0", "0.3", "10"), ("0", "1.1", "10"), ("0", "1", "29.97"), ("0", "0.001", "60"),
+                ("0", "1.001", "1000"), ("0", "3600", "0.1"), ("12.1", "0.7", "50"), ("9.8", "19.6", "25"),
+                ("36000.3", "1.7", "30")):
             with self.subTest(start=start, duration=duration, fps=fps):
                 frames, result = self.frames(show(entry("clock", float(start), float(duration))), "--fps", fps)
                 self.assertEqual(len(frames), math.ceil(Fraction(duration) * Fraction(fps)), result.err[-300:])
 
     def test_frame_k_shows_start_plus_k_steps(self):
-        for fps in (10, 60):
-            frames, _ = self.frames(show(entry("clock", 2.5, 3)), "--fps", fps)
-            for k, time in enumerate(times(frames)):
-                self.assertAlmostEqual(time, 1000 * k / fps, delta=1)
-            self.assertEqual([frame[0][2] for frame in frames], [(k + 1) % 256 for k in range(len(frames))])
+        frames, _ = self.frames(show(entry("clock", 2.5, 3)), "--fps", 60)
+        for k, time in enumerate(times(frames)):
+            self.assertAlmostEqual(time, 1000 * k / 60, delta=1)
+        self.assertEqual([frame[0][2] for frame in frames], [k + 1 for k in range(180)])
         # One entry a frame: which of them plays tells the time to the step, however the sums are rounded.
         for start in (0, 7.3):
             colors = [entry("plain", round(start + k / 10, 1), 0.1, id=str(k), params={"color": [k / 255, 0, 0, 1]})
                       for k in range(60)]
             frames, _ = self.frames(show(*colors), "--fps", 10)
             self.assertEqual([frame[0][0] for frame in frames], list(range(60)))
-
-    def test_time_scale_and_late_entries(self):
-        slow = entry("clock", 0, 1, params={"timeScale": 0.5})
-        still = entry("clock", 1, 1, params={"timeScale": 0})
-        late = entry("clock", 2, 1)
-        frames, _ = self.frames(show(slow, still, late), "--fps", 10)
-        expected = [50 * k for k in range(10)] + [0] * 10 + [100 * (k + 1) for k in range(10)]
-        for got, wanted in zip(times(frames), expected, strict=True):
-            self.assertAlmostEqual(got, wanted, delta=1)
 
     def test_one_pass_whether_it_loops_or_not(self):
         for loop, ending in ((True, "[EXIT] main loop finished\n[DONE]\n"),
@@ -69,7 +58,6 @@ class Frames(PlayerTest):
         frames, _ = self.frames(config, "--still", "0,2.5,0:07,1,99,7")
         for got, wanted in zip(times(frames), (0, 2500, 2000, 1000, 4999, 2000), strict=True):
             self.assertAlmostEqual(got, wanted, delta=1)
-        self.assertEqual([frame[0][2] for frame in frames[:4]], [1, 151, 121, 61])
         # Feedback and order leave no trace.
         echo = show(entry("echo", 0, 5))
         first, again = (self.frames(echo, "--still", stills, size=(4, 1))[0] for stills in ("1", "3,2,1"))
@@ -77,27 +65,6 @@ class Frames(PlayerTest):
         scenes = {"scenes": [{"id": id, "entries": [entry("clock", 0, 2)]} for id in "ab"]}
         for got, wanted in zip(times(self.frames(scenes, "--still", "3,0.5")[0]), (1000, 500), strict=True):
             self.assertAlmostEqual(got, wanted, delta=1)
-        self.run_player("-o", "one.png", "--still", "1.5", self.write_show(config))
-        self.assertEqual(read_png(self.folder / "one.png"), (4, 4, bytes([1500 & 255, 1500 >> 8, 91]) * 16))
-
-    def test_pixels_of_blended_overlays(self):
-        def overlay(layer, color, **params):
-            return entry("plain", id=str(layer), overlay=True, layer=layer, params={"color": color, **params})
-
-        base = entry("plain", params={"color": [0.4, 0.2, 0, 0.1], "alpha": 0.3})
-        for overlays, wanted in (
-                ([], (0.4, 0.2, 0)),
-                ([overlay(0, [1, 1, 1, 0.5])], (0.7, 0.6, 0.5)),
-                ([overlay(0, [1, 1, 1, 1], alpha=0.25)], (0.55, 0.4, 0.25)),
-                ([overlay(0, [0, 0, 1, 0.5], blendMode="additive")], (0.4, 0.2, 0.5)),
-                ([overlay(0, [0, 0, 1, 0.5], blendMode="Additive")], (0.2, 0.1, 0.5)),
-                ([overlay(2, [1, 0, 0, 1]), overlay(-1, [0, 1, 0, 1])], (1, 0, 0)),
-                ([overlay(1, [0, 0, 0, 1]), overlay(2, [1, 1, 1, 0.2], blendMode="additive")], (0.2, 0.2, 0.2))):
-            with self.subTest(wanted=wanted):
-                frames, _ = self.frames(show(base, *overlays), "--length", "0.01")
-                self.assertEqual(len(frames), 1)
-                for got, part in zip(frames[0][0], (*wanted, 1)):
-                    self.assertAlmostEqual(got, 255 * part, delta=1.01)
 
     def test_rows_run_from_the_top_in_both_forms(self):
         corner = self.write("assets/shaders/corner/corner.frag", """#version 330 core
@@ -122,15 +89,6 @@ class Frames(PlayerTest):
         frames, _ = self.frames(show(entry("echo", 0, 1)), "--fps", 10, size=(4, 1))
         self.assertEqual(frames, [[(8 * k, (1 + x) * k, 0, 255) for x in range(4)] for k in range(1, 11)])
 
-    def test_raw_frames_alone_on_standard_output(self):
-        frames, result = self.frames(show(entry("clock", 0, 1)), "--fps", 10)
-        self.assertEqual(len(frames), 10)
-        self.assertTrue(result.err.startswith("=== Quillon DemoScene"), result.err)
-        self.assertNotIn("\r", result.err)
-        filed = self.run_player("-o", "raw.RGBA", "--fps", 10, "--size", "1x1", "config.json")
-        self.assertEqual((filed.out, len((self.folder / "raw.RGBA").read_bytes())), (b"", 40))
-        self.assertEqual(filed.err, result.err.replace(f"[LOAD] {self.folder}/", "[LOAD] "))
-
 
 class ScriptedKeys(PlayerTest):
     CONFIG = show(entry("clock", 0, 20, scene="one"), entry("clock", 20, 20, id="2", scene="two"),
@@ -138,23 +96,14 @@ class ScriptedKeys(PlayerTest):
 
     def test_steering(self):
         for keys, lines in (
-                # Right to the next scene; Left within a second of its start to the one before.
+                # Left within a second of a scene's start goes to the one before; later it restarts the scene.
                 ("0.5:Right 1:Left", ["t=20.000s scene=two", "t=0.000s scene=one"]),
-                # After more than a second Left restarts the scene.
                 ("0.5:Right 2:Left", ["t=20.000s scene=two", "t=20.000s scene=two"]),
-                ("0.1:Left", ["t=0.000s scene=one"]),
-                ("0.1:Right 0.2:Right 0.3:Right",
-                 ["t=20.000s scene=two", "t=40.000s scene=three", "t=40.000s scene=three"]),
-                ("0.5:Up 1:Up 1.5:Down", ["t=10.500s scene=one", "t=21.000s scene=two", "t=11.500s scene=one"]),
-                ("0.5:Down", ["t=0.000s scene=one"]),
-                # Seeks of one frame add up, steps replace each other and come before the seeks.
-                ("0.5:Up 0.5:Up 0.5:Up", ["t=30.500s scene=two"]),
-                ("0.41:Up 0.45:up 0.5:DOWN", ["t=10.500s scene=one"]),
-                ("0.5:Up 0.5:Down", []),
-                ("0.5:Right 0.5:Right", ["t=20.000s scene=two"]),
-                ("0.5:Right 0.5:Left", ["t=0.000s scene=one"]),
-                ("0.5:Up 0.5:Right", ["t=30.000s scene=two"]),
                 ("0:Right", ["t=20.000s scene=two"]),
+                ("0.5:Up 1:Up 1.5:Down", ["t=10.500s scene=one", "t=21.000s scene=two", "t=11.500s scene=one"]),
+                # Seeks of one frame add up, steps replace each other and come before the seeks.
+                ("0.41:Up 0.45:up 0.5:DOWN", ["t=10.500s scene=one"]),
+                ("0.5:Up 0.5:Right", ["t=30.000s scene=two"]),
                 # The end cannot be reached by seeking.
                 ("0.5:Right 1:Right 1.5:Up 2:Up",
                  ["t=20.000s scene=two", "t=40.000s scene=three", "t=50.500s scene=three", "t=59.999s scene=three"])):
@@ -185,11 +134,12 @@ class ScriptedKeys(PlayerTest):
         self.assertTrue(result.log.endswith("  [OK] clock\n[EXIT] ESC\n[DONE]\n"), result.log)
 
 
-class Failures(PlayerTest):
-    def failed_lines(self, result):
-        """What standard error holds beside the log."""
-        return "".join(line for line in result.err.splitlines(True) if not re.match(r" *\[|===", line))
+def beside_the_log(text):
+    """What standard error holds beside the log."""
+    return "".join(line for line in text.splitlines(True) if not re.match(r" *\[|===", line))
 
+
+class Failures(PlayerTest):
     def test_unwritable_output(self):
         config = show(entry("clock", 0, 2))
         path = self.write_show(config)
@@ -205,7 +155,7 @@ class Failures(PlayerTest):
                 with self.subTest(output, size=size):
                     result = self.run_player("-o", output, "--fps", 10, "--size", size, path, code=1)
                     named = output.replace("%d", "3" if output.startswith("disk") else "0")
-                    self.assert_one_line(self.failed_lines(result), named, reason)
+                    self.assert_one_line(beside_the_log(result.err), named, reason)
         self.assertEqual({file.name for file in self.folder.glob("disk-*")}, {f"disk-{k}.png" for k in range(4)})
 
     def test_closed_pipe(self):
@@ -219,8 +169,7 @@ class Failures(PlayerTest):
                 err = process.stderr.read().decode()
                 process.stderr.close()
                 self.assertEqual(process.wait(60), 1)
-                lines = [line for line in err.splitlines(True) if not re.match(r" *\[|===", line)]
-                self.assert_one_line("".join(lines), "standard output", "Broken pipe")
+                self.assert_one_line(beside_the_log(err), "standard output", "Broken pipe")
 
     def test_log_stays_out_of_the_pictures(self):
         # A file that is opened while standard error is closed takes the log's place.

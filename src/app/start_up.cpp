@@ -12,6 +12,7 @@
 #include "platform/files.h"
 #include "platform/image.h"
 #include "platform/shell_state.h"
+#include "text/bitmap_font.h"
 
 #include <algorithm>
 #include <cmath>
@@ -158,6 +159,7 @@ void shutDown(Player& player) {
     logLine("[EXIT] %s\n", shellState().exitReason.c_str());
     releaseTimeline(player.timeline);
     deleteTextures();
+    deleteBitmapFont();
     deletePooledPrograms();
     deleteQuad();
     destroySurface(player.surface);
@@ -185,6 +187,7 @@ int runPlayer(const Options& options) {
     logLine("[GL] %s\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
     logLine("[GL] OpenGL %s\n", reinterpret_cast<const char*>(glGetString(GL_VERSION)));
     createQuad();
+    loadBitmapFont(player.config.baseDir);
     openMusic(player);
 
     setStopTime(player);

@@ -15,6 +15,16 @@ void drawEffectPasses(Effect& effect, int width, int height, const InputTexture*
     case EffectKind::none: break;
     case EffectKind::image: drawImageEffect(effect, width, height, input); break;
     case EffectKind::shader: drawShaderEffect(effect, width, height, input); break;
+    case EffectKind::bitmapText: drawBitmapText(effect.bitmapText, effect.mainProgram, width, height); break;
+    case EffectKind::kineticText:
+        drawKineticText(effect.kineticText, effect.mainProgram, effect.localTime, width, height);
+        break;
+    case EffectKind::caption:
+        drawCaption(effect.caption, effect.mainProgram, effect.localTime, width, height);
+        break;
+    case EffectKind::shapeText:
+        drawShapeText(effect.shapeText, effect.mainProgram, effect.localTime, width, height);
+        break;
     case EffectKind::blend: drawBlend(effect, width, height, input); break;
     case EffectKind::timelineBlend: drawTimelineBlend(effect, width, height, input); break;
     case EffectKind::chain: drawChain(effect, width, height, input); break;

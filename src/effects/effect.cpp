@@ -22,6 +22,9 @@ void releaseEffect(Effect& effect) {
     for (const GLuint program : {effect.mainProgram, effect.bufferProgram, effect.blitProgram}) returnProgram(program);
     for (RenderTarget& target : effect.bufferTargets) deleteTarget(target);
     for (RenderTarget& target : effect.childTargets) deleteTarget(target);
+    releaseBitmapText(effect.bitmapText);
+    releaseKineticText(effect.kineticText);
+    releaseCaption(effect.caption);
     effect = {};
 }
 

@@ -3,8 +3,13 @@
 
 #include "config/timeline_entry.h"
 #include "effects/transition.h"
+#include "gpu/blending.h"
 #include "gpu/render_target.h"
 #include "gpu/uniforms.h"
+#include "text/bitmap_text.h"
+#include "text/caption.h"
+#include "text/kinetic_text.h"
+#include "text/shape_text.h"
 
 #include <array>
 #include <memory>
@@ -15,6 +20,10 @@ enum class EffectKind {
     none,          // default state: draws nothing
     image,         // the built-in image shader
     shader,        // a full-screen shader, with or without a buffer pass
+    bitmapText,    // text out of the bitmap font, drawn by its shader
+    kineticText,   // moving text of a colour font
+    caption,       // a lower third or a credit roll
+    shapeText,     // a vector logo
     blend,         // two children, one mixed into the other
     timelineBlend, // children one after the other, mixed where they overlap
     chain,         // a child's picture handed to another child
@@ -28,8 +37,6 @@ enum class FitMode {
     contain, // whole image, bars transparent
     cover,   // whole output, image cropped
 };
-
-enum class BlendMode { alpha, additive };
 
 enum class PipCorner { bottomRight, bottomLeft, topRight, topLeft };
 
@@ -89,6 +96,12 @@ struct Effect {
     Channels channels;      // textures belong to the cache
     FitMode fit = FitMode::stretch;
     bool isDreamEntity = false;
+
+    // Of these only the one of the effect's kind is used.
+    BitmapText bitmapText;
+    KineticText kineticText;
+    Caption caption;
+    ShapeText shapeText;
 
     // The buffer pass draws into one while it samples the other, the picture of the frame before.
     std::array<RenderTarget, 2> bufferTargets;

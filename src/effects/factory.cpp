@@ -11,8 +11,8 @@
 #include "gpu/program_pool.h"
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
-#include "gpu/textures.h"
 #include "platform/files.h"
+#include "text/pictures.h"
 
 namespace {
 
@@ -30,6 +30,11 @@ constexpr KindName kKinds[] = {
     {"piptexture", EffectKind::pip},
     {"pip", EffectKind::pip},
     {"image", EffectKind::image},
+    {"bitmaptext", EffectKind::bitmapText},
+    {"kinetictext", EffectKind::kineticText},
+    {"lowerthird", EffectKind::caption},
+    {"creditroll", EffectKind::caption},
+    {"shapetext", EffectKind::shapeText},
 };
 
 EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
@@ -81,7 +86,7 @@ void loadChannel(ChannelBinding& channel, const std::string& path) {
     if (path.empty()) return;
     const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
     if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
-    const TextureInfo info = loadTexture(path);
+    const TextureInfo info = loadPicture(path);
     channel = {info.texture, info.width, info.height, path};
 }
 
@@ -115,11 +120,38 @@ bool createShaderEffect(const TimelineEntry& entry, EffectKind kind, Effect& eff
     return true;
 }
 
+// Effects with a program of their own, then what their kind draws with it.
+bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+    if (!createShaderEffect(entry, kind, effect)) return false;
+    const GLuint program = effect.mainProgram;
+    switch (kind) {
+    case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, entry.params, program);
+    case EffectKind::kineticText: return createKineticText(effect.kineticText, entry.params, entry.baseDir, program);
+    case EffectKind::caption:
+        return createCaption(effect.caption, entry.params, effect.type == "creditroll", entry.duration, entry.baseDir,
+                             program);
+    case EffectKind::shapeText: return createShapeText(effect.shapeText, entry.params, entry.baseDir, program);
+    case EffectKind::none:
+    case EffectKind::image:
+    case EffectKind::shader:
+    case EffectKind::blend:
+    case EffectKind::timelineBlend:
+    case EffectKind::chain:
+    case EffectKind::dynamicSplit:
+    case EffectKind::pip: return true;
+    }
+    return true;
+}
+
 bool createKind(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     switch (kind) {
     case EffectKind::none: return false;
     case EffectKind::image:
-    case EffectKind::shader: return createShaderEffect(entry, kind, effect);
+    case EffectKind::shader:
+    case EffectKind::bitmapText:
+    case EffectKind::kineticText:
+    case EffectKind::caption:
+    case EffectKind::shapeText: return createProgramEffect(entry, kind, effect);
     case EffectKind::blend: return createBlend(entry, effect);
     case EffectKind::timelineBlend: return createTimelineBlend(entry, effect);
     case EffectKind::chain: return createChain(entry, effect);
@@ -138,7 +170,7 @@ Effect createEffect(const TimelineEntry& entry) {
     effect.alpha = entry.alpha;
     effect.timeScale = entry.timeScale;
     effect.duration = entry.duration;
-    effect.blendMode = entry.blendMode == "additive" ? BlendMode::additive : BlendMode::alpha;
+    effect.blendMode = blendModeFrom(entry.blendMode);
 
     const EffectKind kind = kindOf(entry, effect.type);
     if (createKind(entry, kind, effect)) {

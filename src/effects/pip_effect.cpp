@@ -5,7 +5,7 @@
 #include "foundation/text.h"
 #include "gpu/gl_functions.h"
 #include "gpu/shader_pack.h"
-#include "gpu/textures.h"
+#include "text/pictures.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,7 +33,7 @@ void loadInsetImage(const TimelineEntry& entry, Effect& effect) {
         break;
     }
     TextureInfo image;
-    if (fileExists(path)) image = loadTexture(path);
+    if (fileExists(path)) image = loadPicture(path);
     if (image.texture) {
         effect.pip.image = {image.texture, image.width, image.height, path};
     } else {
@@ -128,8 +128,7 @@ void drawPip(Effect& effect, int width, int height, const InputTexture* input) {
     if (!picture) return;
     const DrawBinding output = saveBinding();
     glViewport(rect.x, rect.y, rect.width, rect.height);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    setBlending(BlendMode::alpha);
     drawPicture(effect.blitProgram, picture, alpha);
     restoreBinding(output);
 }

@@ -94,8 +94,7 @@ void drawDynamicSplit(Effect& effect, int width, int height, const InputTexture*
     }
     glViewport(0, 0, width, height);
     glDisable(GL_DEPTH_TEST);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, effect.blendMode == BlendMode::additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA);
+    setBlending(effect.blendMode);
     gl.UseProgram(effect.mainProgram);
     writeSplitUniforms(effect);
     bindChannel(effect.mainProgram, 0, effect.childTargets[kA].texture);

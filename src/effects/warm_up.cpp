@@ -68,14 +68,8 @@ DrawState blendedState(const Effect& effect) {
 void applyDrawState(DrawState state) {
     switch (state) {
     case DrawState::opaque: glDisable(GL_BLEND); return;
-    case DrawState::alpha:
-        glEnable(GL_BLEND);
-        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-        return;
-    case DrawState::additive:
-        glEnable(GL_BLEND);
-        glBlendFunc(GL_SRC_ALPHA, GL_ONE);
-        return;
+    case DrawState::alpha: setBlending(BlendMode::alpha); return;
+    case DrawState::additive: setBlending(BlendMode::additive); return;
     }
 }
 

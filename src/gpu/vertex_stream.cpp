@@ -2,6 +2,8 @@
 
 #include "gpu/gl_functions.h"
 
+#include <cstddef>
+
 VertexStream createVertexStream(std::initializer_list<int> attributeSizes) {
     VertexStream stream;
     for (const int size : attributeSizes) stream.vertexFloats += size;

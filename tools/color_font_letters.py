@@ -149,7 +149,8 @@ def flattened(points, closed, font, steps=8):
             inner = closed or 0 < index < count - 1
             dx, dy = other[0] - x, other[1] - y
             length = (dx * dx + dy * dy) ** 0.5
-            room = length / 2 if inner and other[2] else length
+            # A straight rest is left at ends and corners, which shows where they point.
+            room = length / 2 if inner and other[2] else length * 0.92
             arms.append((dx / length, dy / length, min(room * roundness, font.max_radius)))
         # An arc much longer than high looks dented.
         ratio = 1.5

@@ -24,25 +24,25 @@ class Neon:
     """Glass tubes: wide letters of even weight with round bends, a white-hot core and a glow around it."""
     name = "demo_neon_32"
     cell = (32, 32)
-    left, right = 6.5, 25.5         # pixels, of the stems' centre lines
-    baseline = 9.0                  # pixels above the cell's lower edge
-    cap, x_height, descender = 17.0, 12.5, -4.0
-    baseline_row = 24               # pixels below the cell's upper edge
+    left, right = 6.5, 26.5         # pixels, of the stems' centre lines
+    baseline = 10.5                 # pixels above the cell's lower edge
+    cap, x_height, descender = 16.0, 12.0, -5.5
+    baseline_row = 23               # pixels below the cell's upper edge
     max_radius, squareness = 6.0, 0.56
     space = 18.0
 
-    tube = 1.15                     # half the tube's width
-    reach = 5.4                     # where the glow has gone out, in pixels from the centre line
+    tube = 1.45                     # half the tube's width
+    reach = 5.2                     # where the glow has gone out, in pixels from the centre line
 
     def texel(self, d, x, y):
         """RGBA of a pixel d away from the nearest centre line, y from the cell's lower edge."""
         height = min(max((y - self.baseline) / self.cap, 0.0), 1.0)
         hue = [a + (b - a) * height for a, b in zip((255, 38, 92), (255, 128, 44))] # rose below, amber above
-        core = math.exp(-(d / (self.tube * 0.95)) ** 2 * 1.1)
+        core = math.exp(-(d / 1.05) ** 2)
         colour = [h + (w - h) * core for h, w in zip(hue, (255, 246, 232))]
         tube = min(max(self.tube + 0.5 - d, 0.0), 1.0)
         fade = max(1 - d / self.reach, 0.0)
-        glow = 0.62 * fade * fade * math.exp(-max(d - self.tube, 0.0) * 0.22)
+        glow = 0.8 * fade ** 1.7
         return colour + [255 * max(tube, glow)]
 
     def distance(self, letter):
@@ -69,9 +69,9 @@ class Slab:
     name = "demo_slab_64"
     cell = (40, 64)
     left, right = 8.0, 32.0
-    baseline = 18.0
-    cap, x_height, descender = 36.0, 26.0, -9.5
-    baseline_row = 50
+    baseline = 19.0
+    cap, x_height, descender = 36.0, 26.0, -12.5
+    baseline_row = 48
     max_radius, squareness = 99.0, 0.6
     space = 26.0
 
@@ -93,7 +93,7 @@ class Slab:
                 r = self.half * 1.16
                 x, y, _ = points[0]
                 y = y * k + (r - h if y < self.baseline + 1 else 0)
-                parts.append(([(x, y, 1, 0, r, r)], [], (x - r, y - r, x + r, y + r)))
+                parts.append(([(x, y, 1, 0, r, r)], [], [], (x - r, y - r, x + r, y + r)))
                 continue
             points = [(x, self.overshot(points, i, closed), o) for i, (x, _, o) in enumerate(points)]
             parts.append(self.outline([(x, y * k, s) for x, y, s in flattened(points, closed, self)], closed, h))
@@ -101,7 +101,7 @@ class Slab:
         def at(x, y):
             y *= k
             nearest = 99.0
-            for boxes, joints, (x0, y0, x1, y1) in parts:
+            for boxes, joints, mitres, (x0, y0, x1, y1) in parts:
                 beyond = max(x0 - x, x - x1, y0 - y, y - y1)
                 if beyond >= nearest:
                     continue
@@ -113,6 +113,8 @@ class Slab:
                     d = min(d, math.hypot(a, b) if a > 0 and b > 0 else max(a, b))
                 for jx, jy in joints:
                     d = min(d, math.hypot(x - jx, y - jy) - h)
+                for sides in mitres:
+                    d = min(d, max(nx * x + ny * y - c for nx, ny, c in sides))
                 nearest = min(nearest, max(d, beyond))
             return nearest
         return at
@@ -127,38 +129,50 @@ class Slab:
         near = [points[j % count] for j in (i - 1, i + 1) if closed or 0 <= j < count]
         return y + lines[y] * self.overshoot * any(other[1] == y and other[2] == 1 for other in near)
 
+    def mitre(self, before, corner, after, h):
+        """What fills the outside of a corner, as the half-planes nx * x + ny * y <= c around it."""
+        x, y, _ = corner
+        directions = []
+        for other in (before, after):
+            dx, dy = x - other[0], y - other[1]
+            length = math.hypot(dx, dy)
+            directions.append((dx / length, dy / length))
+        (ax, ay), (bx, by) = directions
+        side = 1 if ax * by - ay * bx > 0 else -1    # of the outside
+        sides = [(-ax, -ay, 1.0), (-bx, -by, 1.0), (-side * ay, side * ax, h), (side * by, -side * bx, h)]
+        mx, my = ax + bx, ay + by
+        length = math.hypot(mx, my)
+        if length > 1e-6:
+            sides.append((mx / length, my / length, 1.45 * h))    # blunt where it would be a spike
+        return [(nx, ny, nx * x + ny * y + c) for nx, ny, c in sides]
+
     def outline(self, line, closed, h):
-        """(boxes, joints, clip) of a flattened stroke: square ends that run on as far as a stroke is half wide,
+        """(boxes, joints, mitres, clip) of a flattened stroke: square ends that run on as far as a stroke is half wide,
         mitred corners, and all of it cut where its own extent ends, so that slanted ends are level."""
         count = len(line)
-        boxes, joints = [], [(x, y) for x, y, smooth in line if smooth]
+        boxes, mitres, joints = [], [], [(x, y) for x, y, smooth in line if smooth]
 
-        def turn(i):
-            """How far the strokes at a corner must run on to meet outside."""
-            if not closed and i in (0, count - 1):
-                a, b = (line[0], line[1]) if i == 0 else (line[-1], line[-2])
-                return h if a[0] == b[0] or a[1] == b[1] else 1.6 * h
-            if line[i][2]:
+        def run_on(i, other):
+            """How far a stroke runs on past its end i."""
+            if closed or i not in (0, count - 1):
                 return 0.0
-            x, y, _ = line[i]
-            before, after = line[i - 1], line[(i + 1) % count]
-            a = math.atan2(before[1] - y, before[0] - x)
-            b = math.atan2(after[1] - y, after[0] - x)
-            angle = abs((a - b + math.pi) % (2 * math.pi) - math.pi)
-            return min(h / max(math.tan(angle / 2), 0.01), 2.4 * h)
+            return h if line[i][0] == line[other][0] or line[i][1] == line[other][1] else 1.6 * h
 
+        for i in range(0 if closed else 1, count if closed else count - 1):
+            if not line[i][2]:
+                mitres.append(self.mitre(line[i - 1], line[i], line[(i + 1) % count], h))
         for i in range(count if closed else count - 1):
             (x0, y0, _), (x1, y1, _) = line[i], line[(i + 1) % count]
             length = math.hypot(x1 - x0, y1 - y0)
             if length < 1e-6:
                 continue
             ux, uy = (x1 - x0) / length, (y1 - y0) / length
-            x0, y0 = x0 - ux * turn(i), y0 - uy * turn(i)
-            end = turn((i + 1) % count)
+            start, end = run_on(i, (i + 1) % count), run_on((i + 1) % count, i)
+            x0, y0 = x0 - ux * start, y0 - uy * start
             x1, y1 = x1 + ux * end, y1 + uy * end
             boxes.append(((x0 + x1) / 2, (y0 + y1) / 2, ux, uy, math.hypot(x1 - x0, y1 - y0) / 2, h))
         xs, ys = [p[0] for p in line], [p[1] for p in line]
-        return boxes, joints, (min(xs) - h, min(ys) - h, max(xs) + h, max(ys) + h)
+        return boxes, joints, mitres, (min(xs) - h, min(ys) - h, max(xs) + h, max(ys) + h)
 
 
 def draw_atlas(font):

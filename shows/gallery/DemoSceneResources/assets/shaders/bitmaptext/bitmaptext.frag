@@ -82,14 +82,21 @@ int codeAt(int line, int column) {
     return code;
 }
 
+// Boxes and blocks fill the gaps around them, so that they join.
+bool isJoining(int code) {
+    return (code >= 19 && code <= 31) || (code >= 127 && code <= 156) || (code >= 272 && code < 272 + 0xA0);
+}
+
 bool isLit(vec2 p) {
     vec2 cell = max(floor(vec2(6.0, 7.0) * uScale * vec2(uSpacing, uLineSpacing) + 0.5), 1.0); // px
     vec2 place = floor(p / cell);
     if (place.x < 0.0 || place.y < 0.0 || place.x >= float(vSize.y) || place.y >= float(vSize.x)) return false;
     vec2 inGlyph = floor((p - place * cell) / uScale);
-    if (any(greaterThanEqual(inGlyph, kGlyph))) return false;
-
     int code = codeAt(int(place.y), int(place.x));
+    bool isGap = any(greaterThanEqual(inGlyph, kGlyph));
+    if (isGap && !isJoining(code)) return false;
+    inGlyph = min(inGlyph, kGlyph - 1.0);
+
     // Without a font its unit holds another texture, whose size is no number of glyphs.
     int rows = textureSize(uGlyphTex, 0);
     int row = code * 7 + int(inGlyph.y);

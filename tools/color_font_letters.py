@@ -43,8 +43,8 @@ LETTERS = {
     "f": "1,c .4,co .4,b; .02,x .9,x",
     "g": ".08,d 1,do 1,x 0,xo8 0,bo8 1,b",
     "h": "0,c 0,b; 0,x 1,xo8 1,b",
-    "i": ".12,x .52,x .52,b; .06,b .98,b; .5,1.02",
-    "j": ".2,x .72,x .72,do .04,d; .72,1.02",
+    "i": ".12,x .52,x .52,b; .06,b .98,b; .5,1.04",
+    "j": ".2,x .72,x .72,do .04,d; .72,1.04",
     "k": "0,c 0,b; .94,x 0,.36x; .34,.59x 1,b",
     "l": ".12,c .52,c .52,b; .06,b .98,b",
     "m": "0,b 0,x 1,xo6 1,b; .5,x .5,b",
@@ -153,7 +153,7 @@ def flattened(points, closed, font, steps=8):
             room = length / 2 if inner and other[2] else length * 0.92
             arms.append((dx / length, dy / length, min(room * roundness, font.max_radius)))
         # An arc much longer than high looks dented.
-        ratio = 1.5
+        ratio = 1.25
         cut = [min(arms[0][2], arms[1][2] * ratio), min(arms[1][2], arms[0][2] * ratio)]
         (ax, ay, _), (bx, by, _) = arms
         for step in range(steps + 1):

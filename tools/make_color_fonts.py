@@ -69,14 +69,14 @@ class Slab:
     name = "demo_slab_64"
     cell = (40, 64)
     left, right = 8.0, 32.0
-    baseline = 19.0
-    cap, x_height, descender = 36.0, 26.0, -12.5
+    baseline = 19.5                 # with these heights all bars fill whole rows of pixels
+    cap, x_height, descender = 36.0, 26.0, -13.0
     baseline_row = 48
     max_radius, squareness = 99.0, 0.6
     space = 26.0
 
     half = 4.0                      # half a stem's width
-    thinning = 1.14                 # stems are so much thicker than bars
+    thinning = 8 / 7                # stems are so much thicker than bars
     overshoot = 0.7                 # pixels: round letters look smaller than flat ones
     lighter = {**dict.fromkeys("MWmw", 0.86), **dict.fromkeys("#%&@$*", 0.78), **dict.fromkeys("\"'^`~{}()[]/\\|", 0.86)}
 
@@ -90,7 +90,7 @@ class Slab:
         for points, closed in strokes(letter, self):
             if len(points) == 1:
                 # A dot sits on the line that bars sit on, and is a little larger than a stem.
-                r = self.half * 1.16
+                r = self.half * 1.25
                 x, y, _ = points[0]
                 y = y * k + (r - h if y < self.baseline + 1 else 0)
                 parts.append(([(x, y, 1, 0, r, r)], [], [], (x - r, y - r, x + r, y + r)))

@@ -31,6 +31,7 @@ struct Frame {
     float anchorX = 0.0f, anchorY = 0.0f; // pixels
     float lineStep = 0.0f;
     float glowPad = 0.0f; // pixels that a glow quad is larger on each side; 0: no glow
+    float waveSin = 0.0f, waveCos = 1.0f; // of the wave at the first glyph
     int limit = 0; // units before this one are there
     bool overTime = true;
 };
@@ -47,6 +48,8 @@ Frame makeFrame(const KineticTextParams& params, const KineticLayout& layout, fl
     frame.anchorY = anchorOf(params.positionY, height);
     frame.lineStep = layout.cellHeight * params.lineSpacing;
     if (params.glowEnabled) frame.glowPad = params.glowRadius * params.scale * 1.5f;
+    frame.waveSin = std::sin(time * params.waveSpeed);
+    frame.waveCos = std::cos(time * params.waveSpeed);
     frame.overTime = revealsOverTime(params);
     constexpr int kMost = std::numeric_limits<int>::max();
     const int whole = floorToInt(frame.written);
@@ -108,7 +111,8 @@ Quad glyphQuad(const Frame& frame, const KineticGlyph& glyph, float penX, float 
     switch (params.animation) {
     case KineticAnimation::none: break;
     case KineticAnimation::wave:
-        wave = std::sin(frame.time * params.waveSpeed + static_cast<float>(glyph.charIndex) * 0.65f) * params.waveAmount;
+        // The sine of a sum, for the price of two products.
+        wave = (frame.waveSin * glyph.phaseCos + frame.waveCos * glyph.phaseSin) * params.waveAmount;
         break;
     case KineticAnimation::punch:
     case KineticAnimation::typeOn: punch = std::exp(-localTime * params.punchDecay) * params.punchAmount; break;

@@ -59,6 +59,15 @@ float lineWidth(std::string_view line, const KineticTextParams& params, const Co
     return isEmpty ? 0.0f : std::max(width - params.tracking, 0.0f);
 }
 
+// How far behind its predecessor a glyph is on a wave, in radians.
+constexpr float kWavePhase = 0.65f;
+
+void addPhase(KineticGlyph& glyph) {
+    const float phase = static_cast<float>(glyph.charIndex) * kWavePhase;
+    glyph.phaseSin = std::sin(phase);
+    glyph.phaseCos = std::cos(phase);
+}
+
 // Where the glyph flies, turns and grows to when the text explodes.
 void addFlight(KineticGlyph& glyph, const KineticTextParams& params) {
     const uint32_t seed = glyph.seed;
@@ -89,6 +98,7 @@ struct TextCounters {
 void layoutLine(std::string_view line, const KineticTextParams& params, const ColorFont& font, const GlyphTable& table,
                 TextCounters& count, KineticLayout& layout) {
     const bool explodes = params.animation == KineticAnimation::explode && params.explodeAmount > 0.0f;
+    const bool waves = params.animation == KineticAnimation::wave;
     const size_t lastInk = line.find_last_not_of(' ');
     float pen = 0.0f;
     for (size_t i = 0; i < line.size(); ++i) {
@@ -103,6 +113,7 @@ void layoutLine(std::string_view line, const KineticTextParams& params, const Co
             glyph.wordIndex = count.words;
             glyph.seed = static_cast<uint32_t>(count.chars) * kCharSeed + static_cast<uint32_t>(count.words) * kWordSeed;
             glyph.code = code;
+            if (waves) addPhase(glyph);
             if (explodes) addFlight(glyph, params);
             layout.glyphs.push_back(glyph);
             ++count.chars;

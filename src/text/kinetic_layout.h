@@ -18,6 +18,8 @@ struct KineticGlyph {
     int wordIndex = 0;  // words before it
     uint32_t seed = 0;  // of charIndex and wordIndex, for all that is random
     unsigned char code = 0;
+    float phaseSin = 0.0f; // of its place along a wave
+    float phaseCos = 1.0f;
     float flightX = 0.0f; // pixels of a whole explosion
     float flightY = 0.0f;
     float spin = 0.0f;    // radians of it, clockwise

@@ -43,6 +43,8 @@ Box boxAt(const std::vector<float>& vertices, size_t index) {
     const double right = topRight[0] - topLeft[0], down = topRight[1] - topLeft[1];
     const double width = std::hypot(right, down);
     const double height = std::hypot(bottomLeft[0] - topLeft[0], bottomLeft[1] - topLeft[1]);
+    EXPECT_NEAR((bottomLeft[0] - topLeft[0]) / height, -down / width, 1e-3); // a quarter turn on
+    EXPECT_NEAR((bottomLeft[1] - topLeft[1]) / height, right / width, 1e-3);
     const double centerX = (topLeft[0] + bottomRight[0]) / 2.0, centerY = (topLeft[1] + bottomRight[1]) / 2.0;
     return {centerX - width / 2, centerY - height / 2, width, height, std::atan2(down, right),
             topLeft[2], bottomLeft[3], bottomRight[2], topLeft[3], topLeft[4]};
@@ -164,6 +166,15 @@ TEST(KineticGeometry, LinesStandByTheirWidths) {
     EXPECT_NEAR(f.u1, 0.5, 1e-6);
     EXPECT_NEAR(f.v0, 1 / 3.0, 1e-6);
     EXPECT_NEAR(f.v1, 2 / 3.0, 1e-6);
+}
+
+TEST(KineticGeometry, MissingGlyphsHaveStandIns) {
+    const Built first = Built(still(R"("text": "zC")"), makeFont("BC")).at(0); // no '?'
+    EXPECT_EQ(first.box(0).u1, 0.25);
+    EXPECT_NEAR(first.box(1).x, 119, 1e-4);
+    const Built nothing = Built(still(R"("text": "z C")"), makeFont("")).at(0);
+    EXPECT_EQ(nothing.box(1).u1 + nothing.box(1).v1, 0);
+    EXPECT_NEAR(nothing.box(1).x, 109, 1e-4); // spaces alone advance
 }
 
 TEST(KineticGeometry, RevealsOverTime) {

@@ -162,24 +162,27 @@ float* putVertex(float* out, float x, float y, float u, float v, float alpha) {
     return out + kKineticVertexFloats;
 }
 
-// Writes the six vertices and returns what lies behind them.
-float* putQuad(float* out, const Quad& quad) {
-    // Of the corners: top left, bottom left, bottom right, top right.
-    float x[4] = {quad.x, quad.x, quad.x + quad.width, quad.x + quad.width};
-    float y[4] = {quad.y, quad.y + quad.height, quad.y + quad.height, quad.y};
-    const float u[4] = {quad.u0, quad.u0, quad.u1, quad.u1};
-    const float v[4] = {quad.v1, quad.v0, quad.v0, quad.v1};
-    if (quad.angle != 0.0f) {
-        const float c = std::cos(quad.angle), s = std::sin(quad.angle);
-        const float centerX = quad.x + quad.width * 0.5f, centerY = quad.y + quad.height * 0.5f;
-        for (int i = 0; i < 4; ++i) {
-            const float dx = x[i] - centerX, dy = y[i] - centerY;
-            x[i] = centerX + dx * c - dy * s;
-            y[i] = centerY + dx * s + dy * c;
-        }
-    }
-    for (const int corner : {0, 1, 2, 0, 2, 3}) out = putVertex(out, x[corner], y[corner], u[corner], v[corner], quad.alpha);
-    return out;
+// Writes the six vertices of corners given as top left, bottom left, bottom right, top right; returns what
+// lies behind them.
+float* putCorners(float* out, const Quad& q, float x0, float y0, float x1, float y1, float x2, float y2, float x3, float y3) {
+    out = putVertex(out, x0, y0, q.u0, q.v1, q.alpha);
+    out = putVertex(out, x1, y1, q.u0, q.v0, q.alpha);
+    out = putVertex(out, x2, y2, q.u1, q.v0, q.alpha);
+    out = putVertex(out, x0, y0, q.u0, q.v1, q.alpha);
+    out = putVertex(out, x2, y2, q.u1, q.v0, q.alpha);
+    return putVertex(out, x3, y3, q.u1, q.v1, q.alpha);
+}
+
+float* putQuad(float* out, const Quad& q) {
+    const float right = q.x + q.width, bottom = q.y + q.height;
+    if (q.angle == 0.0f) return putCorners(out, q, q.x, q.y, q.x, bottom, right, bottom, right, q.y);
+    const float halfX = q.width * 0.5f, halfY = q.height * 0.5f;
+    const float centerX = q.x + halfX, centerY = q.y + halfY;
+    // The half axes, turned; the corners are their sums and differences.
+    const float c = std::cos(q.angle), s = std::sin(q.angle);
+    const float ax = halfX * c, ay = halfX * s, bx = -halfY * s, by = halfY * c;
+    return putCorners(out, q, centerX - ax - bx, centerY - ay - by, centerX - ax + bx, centerY - ay + by,
+                      centerX + ax + bx, centerY + ay + by, centerX + ax - bx, centerY + ay - by);
 }
 
 } // namespace

@@ -393,7 +393,8 @@ protected:
     }
 
     void drawText(const JsonValue& params, ColorFont font, float time) {
-        font.texture = makeAtlas();
+        static const GLuint atlas = makeAtlas();
+        font.texture = atlas;
         KineticText text;
         createKineticText(text, params, std::move(font), program());
         drawKineticText(text, program(), time, kOutputWidth, kOutputHeight);

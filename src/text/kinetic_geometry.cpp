@@ -164,7 +164,8 @@ float* putVertex(float* out, float x, float y, float u, float v, float alpha) {
 
 // Writes the six vertices of corners given as top left, bottom left, bottom right, top right; returns what
 // lies behind them.
-float* putCorners(float* out, const Quad& q, float x0, float y0, float x1, float y1, float x2, float y2, float x3, float y3) {
+float* putCorners(float* out, const Quad& q, float x0, float y0, float x1, float y1, float x2, float y2, float x3,
+                  float y3) {
     out = putVertex(out, x0, y0, q.u0, q.v1, q.alpha);
     out = putVertex(out, x1, y1, q.u0, q.v0, q.alpha);
     out = putVertex(out, x2, y2, q.u1, q.v0, q.alpha);

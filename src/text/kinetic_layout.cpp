@@ -42,7 +42,8 @@ float stepOf(float advance, const KineticTextParams& params) {
     return advance > 0.0f ? advance * params.scale + params.tracking : 0.0f;
 }
 
-float lineWidth(std::string_view line, const KineticTextParams& params, const ColorFont& font, const GlyphTable& table) {
+float lineWidth(std::string_view line, const KineticTextParams& params, const ColorFont& font,
+                const GlyphTable& table) {
     float width = 0.0f;
     bool isEmpty = true;
     for (const char c : line) {
@@ -95,8 +96,8 @@ struct TextCounters {
     int words = 0;
 };
 
-void layoutLine(std::string_view line, const KineticTextParams& params, const ColorFont& font, const GlyphTable& table,
-                TextCounters& count, KineticLayout& layout) {
+void layoutLine(std::string_view line, const KineticTextParams& params, const ColorFont& font,
+                const GlyphTable& table, TextCounters& count, KineticLayout& layout) {
     const bool explodes = params.animation == KineticAnimation::explode && params.explodeAmount > 0.0f;
     const bool waves = params.animation == KineticAnimation::wave;
     const size_t lastInk = line.find_last_not_of(' ');
@@ -111,7 +112,8 @@ void layoutLine(std::string_view line, const KineticTextParams& params, const Co
             glyph.line = count.line;
             glyph.charIndex = count.chars;
             glyph.wordIndex = count.words;
-            glyph.seed = static_cast<uint32_t>(count.chars) * kCharSeed + static_cast<uint32_t>(count.words) * kWordSeed;
+            glyph.seed = static_cast<uint32_t>(count.chars) * kCharSeed +
+                         static_cast<uint32_t>(count.words) * kWordSeed;
             glyph.code = code;
             if (waves) addPhase(glyph);
             if (explodes) addFlight(glyph, params);

@@ -42,7 +42,8 @@ constexpr FloatKey kFloatKeys[] = {
 };
 
 // "x", else "positionX", else the element of "position"; the same for y.
-float readPosition(const JsonValue& params, const char* shortKey, const char* longKey, size_t element, float fallback) {
+float readPosition(const JsonValue& params, const char* shortKey, const char* longKey, size_t element,
+                   float fallback) {
     const std::vector<JsonValue>& pair = find(params, "position").items;
     if (element < pair.size()) fallback = getFinite(pair[element], fallback);
     return getFinite(find(params, shortKey), getFinite(find(params, longKey), fallback));

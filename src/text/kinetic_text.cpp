@@ -32,7 +32,8 @@ void drawGlow(const KineticText& text) {
 
 bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program) {
     ColorFont font;
-    if (!loadColorFont(baseDir, getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str()), font)) return false;
+    const std::string fontPath = getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str());
+    if (!loadColorFont(baseDir, fontPath, font)) return false;
     createKineticText(text, params, std::move(font), program);
     return true;
 }

@@ -10,7 +10,7 @@ ROOT = "DemoSceneResources/assets/shaders"
 class Copies(unittest.TestCase):
     def test_showcase_has_the_gallerys_shaders(self):
         compared = 0
-        for folder in ("transition", "composition", "glitch", "bitmaptext", "kinetictext"):
+        for folder in ("transition", "composition", "glitch", "bitmaptext", "kinetictext", "Text"):
             for copy in (SHOWS / "showcase" / ROOT / folder).iterdir():
                 with self.subTest(copy.name):
                     original = SHOWS / "gallery" / ROOT / folder / copy.name

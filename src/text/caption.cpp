@@ -56,9 +56,11 @@ void buildCaption(Caption& caption, float time, int width, int height) {
     layout(caption, width, height);
     caption.vertices.clear();
     if (caption.params.isCreditRoll) {
-        appendCreditRoll(caption.vertices, caption.creditRoll, caption.params, caption.letters, time, caption.duration);
+        appendCreditRoll(caption.vertices, caption.creditRoll, caption.params, caption.letters, time,
+                         caption.duration);
     } else {
-        appendLowerThird(caption.vertices, caption.lowerThird, caption.params, caption.letters, time, caption.duration);
+        appendLowerThird(caption.vertices, caption.lowerThird, caption.params, caption.letters, time,
+                         caption.duration);
     }
     // Drivers compile at the first draw, which must not wait for the first letter.
     if (caption.vertices.empty()) appendNothing(caption.vertices);

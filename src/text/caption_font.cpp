@@ -118,16 +118,19 @@ size_t behindCharacter(const CaptionFont& font, std::string_view text, size_t at
 
 CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>& pixels) {
     CaptionFont caption;
-    if (font.cellWidth <= 0 || font.cellHeight <= 0 || font.textureWidth <= 0 || font.textureHeight <= 0) return caption;
+    const bool hasCells = font.cellWidth > 0 && font.cellHeight > 0;
+    if (!hasCells || font.textureWidth <= 0 || font.textureHeight <= 0) return caption;
     caption.cellWidth = static_cast<float>(font.cellWidth);
     caption.cellHeight = static_cast<float>(font.cellHeight);
     std::array<Ink, 256> inks;
     const size_t texels = static_cast<size_t>(font.textureWidth) * static_cast<size_t>(font.textureHeight);
     const bool hasPixels = pixels.size() >= texels * 4;
     for (const auto& [c, glyph] : font.glyphs) {
-        const float advance = std::isfinite(glyph.advance) ? std::clamp(glyph.advance, 0.0f, 4.0f * caption.cellWidth) : 0.0f;
+        const float most = 4.0f * caption.cellWidth;
+        const float advance = std::isfinite(glyph.advance) ? std::clamp(glyph.advance, 0.0f, most) : 0.0f;
         CaptionGlyph& set = caption.glyphs[c];
-        set = {true, 0.0f, 0.0f, caption.cellWidth, caption.cellHeight, glyph.u0, glyph.v1, glyph.u1, glyph.v0, 0.0f, advance};
+        set = {true,     0.0f,     0.0f,     caption.cellWidth, caption.cellHeight, glyph.u0,
+               glyph.v1, glyph.u1, glyph.v0, 0.0f,              advance};
         if (!hasPixels) continue;
         const CellInk cell = inkOf(font, glyph, pixels);
         inks[c] = cell.ink;

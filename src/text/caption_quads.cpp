@@ -55,13 +55,14 @@ void appendQuad(std::vector<float>& vertices, CaptionRect rect, TextureRect text
 
 } // namespace
 
-void appendSolid(std::vector<float>& vertices, const CaptionRect& rect, const CaptionColor& color, const CaptionPose& pose) {
+void appendSolid(std::vector<float>& vertices, const CaptionRect& rect, const CaptionColor& color,
+                 const CaptionPose& pose) {
     const float width = rect.x1 - rect.x0, height = rect.y1 - rect.y0;
     if (!(width > 0.0f && height > 0.0f)) return;
     // Half a pixel more on every side, for the pixels that the edges only touch.
     const float u = 0.5f / width, v = 0.5f / height;
-    appendQuad(vertices, {rect.x0 - 0.5f, rect.y0 - 0.5f, rect.x1 + 0.5f, rect.y1 + 0.5f}, {-u, -v, 1.0f + u, 1.0f + v},
-               color, CaptionKind::solid, pose);
+    appendQuad(vertices, {rect.x0 - 0.5f, rect.y0 - 0.5f, rect.x1 + 0.5f, rect.y1 + 0.5f},
+               {-u, -v, 1.0f + u, 1.0f + v}, color, CaptionKind::solid, pose);
 }
 
 void appendSoft(std::vector<float>& vertices, const CaptionRect& rect, float radiusX, float radiusY,
@@ -71,13 +72,16 @@ void appendSoft(std::vector<float>& vertices, const CaptionRect& rect, float rad
     constexpr float kDistance[] = {1.0f, 0.0f, 0.0f, 1.0f}; // from the rectangle, in radii
     for (size_t row = 0; row < 3; ++row) {
         for (size_t column = 0; column < 3; ++column) {
-            const TextureRect distance = {kDistance[column], kDistance[row], kDistance[column + 1], kDistance[row + 1]};
-            appendQuad(vertices, {x[column], y[row], x[column + 1], y[row + 1]}, distance, color, CaptionKind::soft, pose);
+            const CaptionRect part = {x[column], y[row], x[column + 1], y[row + 1]};
+            const TextureRect distance = {kDistance[column], kDistance[row], kDistance[column + 1],
+                                          kDistance[row + 1]};
+            appendQuad(vertices, part, distance, color, CaptionKind::soft, pose);
         }
     }
 }
 
-void appendLine(std::vector<float>& vertices, const CaptionFont& font, const CaptionLine& line, const CaptionPose& pose) {
+void appendLine(std::vector<float>& vertices, const CaptionFont& font, const CaptionLine& line,
+                const CaptionPose& pose) {
     const float scale = line.capPixels / font.capHeight;
     const float top = line.top - font.capTop * scale;
     float pen = line.x - 0.5f * font.gap * scale;

@@ -42,14 +42,16 @@ struct CaptionPose {
 };
 
 // A rectangle with smooth edges at any fraction of a pixel.
-void appendSolid(std::vector<float>& vertices, const CaptionRect& rect, const CaptionColor& color, const CaptionPose& pose);
+void appendSolid(std::vector<float>& vertices, const CaptionRect& rect, const CaptionColor& color,
+                 const CaptionPose& pose);
 
 // A rectangle that runs out softly over `radiusX` and `radiusY` pixels around it.
 void appendSoft(std::vector<float>& vertices, const CaptionRect& rect, float radiusX, float radiusY,
                 const CaptionColor& color, const CaptionPose& pose);
 
 // A line of letters.
-void appendLine(std::vector<float>& vertices, const CaptionFont& font, const CaptionLine& line, const CaptionPose& pose);
+void appendLine(std::vector<float>& vertices, const CaptionFont& font, const CaptionLine& line,
+                const CaptionPose& pose);
 
 // One quad that shows nothing, for a frame without any: every draw draws.
 void appendNothing(std::vector<float>& vertices);

@@ -34,7 +34,8 @@ struct Piece {
 };
 
 Piece makePiece(const Setter& setter, const std::string& text, float scale, const CaptionColor& color) {
-    return {captionLines(setter.font, text, kMaxCaptionTextBytes), kCaptionCapPixels * setter.roll.unit * scale, color};
+    const float capPixels = kCaptionCapPixels * setter.roll.unit * scale;
+    return {captionLines(setter.font, text, kMaxCaptionTextBytes), capPixels, color};
 }
 
 // A line between two sides on the baseline; nothing for an empty one.
@@ -47,7 +48,8 @@ void setLine(Setter& setter, Piece& piece, size_t index, CaptionSide side, float
     line.x = left + (side == CaptionSide::left ? 0.0f : side == CaptionSide::center ? 0.5f * room : room);
     line.top = baseline - line.capPixels;
     line.color = piece.color;
-    setter.roll.overhang = std::max(setter.roll.overhang, line.capPixels * setter.font.cellHeight / setter.font.capHeight);
+    const float cell = line.capPixels * setter.font.cellHeight / setter.font.capHeight;
+    setter.roll.overhang = std::max(setter.roll.overhang, cell);
     setter.roll.lines.push_back(std::move(line));
 }
 
@@ -122,7 +124,8 @@ void setEntry(Setter& setter, const CreditEntry& entry) {
 }
 
 void addRule(Setter& setter, float width, float thickness, const CaptionColor& color) {
-    const float middle = 0.5f * (setter.left + setter.right), half = 0.5f * std::min(width, setter.right - setter.left);
+    const float middle = 0.5f * (setter.left + setter.right);
+    const float half = 0.5f * std::min(width, setter.right - setter.left);
     CreditRow row;
     row.firstLine = setter.roll.lines.size();
     row.rule = {middle - half, setter.y - 0.5f * thickness, middle + half, setter.y + 0.5f * thickness};
@@ -231,7 +234,7 @@ CreditRoll layoutCreditRoll(const CaptionParams& params, const CaptionFont& font
     Setter setter = {roll, params, font};
     setter.left = middle - 0.5f * inner;
     setter.right = middle + 0.5f * inner;
-    const float asked = params.roleColumnWidth <= 1.0f ? params.roleColumnWidth * inner : params.roleColumnWidth * roll.unit;
+    const float asked = params.roleColumnWidth * (params.roleColumnWidth <= 1.0f ? inner : roll.unit);
     const float gutter = setter.left + std::clamp(asked, 0.1f * inner, 0.9f * inner);
     setter.rolesRight = gutter - 0.5f * kGutter * roll.unit;
     setter.namesLeft = gutter + 0.5f * kGutter * roll.unit;

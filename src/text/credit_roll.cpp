@@ -26,19 +26,19 @@ float fadeAt(float passed, float length) {
 void appendRow(std::vector<float>& vertices, const CreditRoll& roll, const CreditRow& row, const CaptionFont& font,
                const CaptionPose& pose) {
     appendSolid(vertices, row.rule, row.ruleColor, pose);
-    for (size_t i = 0; i < row.lineCount; ++i) appendLine(vertices, font, roll.lines[row.firstLine + i], pose);
+    for (size_t i = 0; i < row.lineCount; ++i) {
+        appendLine(vertices, font, roll.lines[row.firstLine + i], pose);
+    }
 }
 
 // Of the rows from `first` to `end` those that the output shows under the pose's move.
 void appendRows(std::vector<float>& vertices, const CreditRoll& roll, const CaptionFont& font, size_t first, size_t end,
                 const CaptionPose& pose) {
     const float top = -pose.dy - roll.overhang, bottom = roll.height - pose.dy + roll.overhang;
-    const auto from = roll.rows.begin();
-    const auto begin = std::partition_point(from + static_cast<std::ptrdiff_t>(first), from + static_cast<std::ptrdiff_t>(end),
-                                            [&](const CreditRow& row) { return row.bottom < top; });
-    for (auto row = begin; row != from + static_cast<std::ptrdiff_t>(end) && row->top <= bottom; ++row) {
-        appendRow(vertices, roll, *row, font, pose);
-    }
+    const CreditRow* const last = roll.rows.data() + end;
+    const CreditRow* row = std::partition_point(roll.rows.data() + first, last,
+                                                [&](const CreditRow& r) { return r.bottom < top; });
+    for (; row != last && row->top <= bottom; ++row) appendRow(vertices, roll, *row, font, pose);
 }
 
 float blockLength(const CreditRoll& roll, const CaptionParams& params, float duration) {
@@ -50,8 +50,8 @@ float blockLength(const CreditRoll& roll, const CaptionParams& params, float dur
 // When all is over; 0 or less: never.
 float rollEnd(const CreditRoll& roll, const CaptionParams& params, float duration) {
     if (params.mode != CreditMode::blocks || duration <= 0.0f) return duration;
-    const float all = blockLength(roll, params, duration) * static_cast<float>(std::max<size_t>(roll.groups.size(), 1));
-    return std::min(duration, all);
+    const float groups = static_cast<float>(std::max<size_t>(roll.groups.size(), 1));
+    return std::min(duration, blockLength(roll, params, duration) * groups);
 }
 
 // Opacity of what stays throughout: the panel, and the header of mode "blocks".
@@ -105,7 +105,9 @@ void appendCreditRoll(std::vector<float>& vertices, const CreditRoll& roll, cons
                       const CaptionFont& font, float time, float duration) {
     CaptionPose pose;
     pose.alpha = frameAlpha(roll, params, time, duration);
-    appendSoft(vertices, roll.panel, params.showPanel ? kPanelSoftness * roll.unit : 0.0f, 0.0f, params.panelColor, pose);
+    if (params.showPanel) {
+        appendSoft(vertices, roll.panel, kPanelSoftness * roll.unit, 0.0f, params.panelColor, pose);
+    }
 
     pose.alpha = 1.0f;
     pose.edgeFade = params.mode == CreditMode::scroll ? kEdgeFade * roll.height : 0.04f * roll.height;

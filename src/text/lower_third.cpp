@@ -206,7 +206,8 @@ void appendPanel(std::vector<float>& vertices, const LowerThird& layout, const C
     CaptionRect panel = layout.panel;
     if (wipes) panel = opened(panel, params.side, progress.panel);
     const float drop = kShadowDrop * layout.unit;
-    const CaptionColor shade = {0.0f, 0.0f, 0.0f, kShadowAlpha * params.panelColor.a * (wipes ? progress.panel : 1.0f)};
+    const float shadeAlpha = kShadowAlpha * params.panelColor.a * (wipes ? progress.panel : 1.0f);
+    const CaptionColor shade = {0.0f, 0.0f, 0.0f, shadeAlpha};
     const float radius = kShadowRadius * layout.unit;
     appendSoft(vertices, {panel.x0, panel.y0 + drop, panel.x1, panel.y1 + drop}, radius, radius, shade, pose);
     appendSolid(vertices, panel, params.panelColor, pose);
@@ -214,7 +215,7 @@ void appendPanel(std::vector<float>& vertices, const LowerThird& layout, const C
     CaptionRect accent = layout.accent;
     const bool grows = params.enter != CaptionEnter::fade;
     if (grows && params.side == CaptionSide::center) accent = opened(accent, params.side, progress.accent);
-    if (grows && params.side != CaptionSide::center) accent.y0 = accent.y1 - (accent.y1 - accent.y0) * progress.accent;
+    if (grows && params.side != CaptionSide::center) accent.y0 += (accent.y1 - accent.y0) * (1.0f - progress.accent);
     CaptionPose accentPose = pose;
     if (!grows) accentPose.alpha = progress.accent;
     appendSolid(vertices, accent, params.accentColor, accentPose);
@@ -222,7 +223,8 @@ void appendPanel(std::vector<float>& vertices, const LowerThird& layout, const C
     if (progress.rule <= 0.0f) return;
     CaptionPose rulePose = pose;
     rulePose.alpha = progress.rule;
-    appendSolid(vertices, grows ? opened(layout.rule, params.side, progress.rule) : layout.rule, params.lineColor, rulePose);
+    const CaptionRect rule = grows ? opened(layout.rule, params.side, progress.rule) : layout.rule;
+    appendSolid(vertices, rule, params.lineColor, rulePose);
 }
 
 // The badge rises from behind the panel; fades and wipes bring it like everything else.

@@ -33,24 +33,21 @@ void readColor(const JsonValue& value, CaptionColor& color) {
 
 // Lower case, without the signs that join words: "Slide_Left" and "slide-left" are the same.
 std::string readWord(const JsonValue& value) {
-    std::string word = value.kind == JsonKind::string ? toLower(value.text) : "";
-    std::erase(word, '-');
-    std::erase(word, '_');
-    return word;
+    return value.kind == JsonKind::string ? toLower(value.text) : "";
 }
 
 void readAnchor(const JsonValue& value, CaptionParams& params) {
     const std::string word = readWord(value);
-    params.atTop = word.starts_with("top");
+    params.atTop = word.starts_with("top-");
     if (word.ends_with("left")) params.side = CaptionSide::left;
     if (word.ends_with("right")) params.side = CaptionSide::right;
-    if (word.ends_with("center") || word == "top" || word == "bottom") params.side = CaptionSide::center;
+    if (word.ends_with("center")) params.side = CaptionSide::center;
 }
 
 CaptionEnter readEnter(const JsonValue& value) {
     const std::string word = readWord(value);
-    if (word == "slideright") return CaptionEnter::slideRight;
-    if (word == "slideup") return CaptionEnter::slideUp;
+    if (word == "slide-right") return CaptionEnter::slideRight;
+    if (word == "slide-up") return CaptionEnter::slideUp;
     if (word == "fade") return CaptionEnter::fade;
     if (word == "wipe") return CaptionEnter::wipe;
     return CaptionEnter::slideLeft;
@@ -119,7 +116,7 @@ void readEntries(const JsonValue& value, std::vector<CreditEntry>& entries) {
 void readCreditRoll(const JsonValue& params, CaptionParams& caption) {
     const std::string align = readWord(find(params, "align"));
     caption.mode = readWord(find(params, "mode")) == "blocks" ? CreditMode::blocks : CreditMode::scroll;
-    caption.align = align.starts_with("cent") ? CreditAlign::center : CreditAlign::columns;
+    caption.align = align == "center" ? CreditAlign::center : CreditAlign::columns;
     readText(find(params, "header"), caption.header);
     caption.showPanel = getBool(find(params, "showPanel"), getBool(find(params, "panelEnabled"), caption.showPanel));
     caption.showHeader = getBool(find(params, "showHeader"), caption.showHeader);

@@ -1,0 +1,94 @@
+"""The show reference names every key and word that the player reads, and none that it does not."""
+
+import pathlib
+import re
+import unittest
+
+ROOT = pathlib.Path(__file__).parents[2]
+SOURCES = ROOT / "src"
+
+# Heading in the reference, or headings: the sources that read what it describes.
+SECTIONS = {
+    "The description": ["config/runtime_config.cpp"],
+    "Entries": ["config/timeline_entry.cpp"],
+    '"image"': ["effects/image_effect.cpp"],
+    '"blend"': ["effects/blend_effect.cpp"],
+    '"timeline_blend"': ["effects/timeline_blend_effect.cpp"],
+    '"chain"': ["effects/chain_effect.cpp"],
+    '"dynamicsplit"': ["effects/split_effect.cpp"],
+    '"pip", "piptexture"': ["effects/pip_effect.cpp"],
+    '"bitmaptext"': ["text/bitmap_text.cpp"],
+    '"kinetictext"': ["text/kinetic_params.cpp", "text/kinetic_text.cpp"],
+    '"lowerthird", "creditroll"': ["text/caption_params.cpp", "text/caption.cpp"],
+    '"shapetext"': ["text/shape_text.cpp"],
+    "Bitmap font": ["text/bitmap_font.cpp"],
+    "Colour fonts": ["text/color_font.cpp"],
+    "Transitions": ["effects/transition.cpp"],
+    ("Shaders: every other type", "Glitch styles"): ["gpu/shader_lookup.cpp"],
+}
+
+# Read by more than the section's own source: every effect's, and those of effects within effects.
+SHARED = {"type", "params", "alpha", "timeScale", "effect"}
+
+# Words of the code that no show writes: folders, files, and names of children.
+NO_SHOW_WORDS = {"assets", "fonts", "shaders", "composition", "starfields", "buffer", "post", "step"}
+
+
+def words_in(text):
+    return set(re.findall(r'"([a-z][A-Za-z0-9_-]*)"', text))
+
+
+def sections():
+    found, heading = {}, None
+    for line in (ROOT / "docs/show-format.md").read_text().splitlines():
+        if line.startswith("#"):
+            heading = line.lstrip("# ")
+        found[heading] = found.get(heading, "") + line + "\n"
+    return found
+
+
+def keys_of_tables(section):
+    """Words in the first cells of tables of keys."""
+    keys, in_keys = set(), False
+    for line in section.splitlines():
+        cells = [cell.strip() for cell in line.split("|")]
+        if len(cells) < 3:
+            in_keys = False
+        elif cells[1] == "Key":
+            in_keys = True
+        elif in_keys:
+            keys |= words_in(cells[1])
+    return keys
+
+
+def code_of(path):
+    """A source without its comments and its calls that write the log."""
+    text = re.sub(r"//.*", "", (SOURCES / path).read_text())
+    text = re.sub(r"#include.*", "", text)
+    return re.sub(r"\b(logLine|printError)\([^;]*;", "", text)
+
+
+class ShowReference(unittest.TestCase):
+    def test_every_section_names_what_its_source_reads(self):
+        text = sections()
+        for headings, sources in SECTIONS.items():
+            with self.subTest(headings):
+                section = "".join(text[heading] for heading in (headings if isinstance(headings, tuple) else [headings]))
+                read = set().union(*(words_in(code_of(source)) for source in sources))
+                documented = keys_of_tables(section)
+                self.assertEqual(documented - read - SHARED, set(), "documented, but not read")
+                spoken = {word for word in read if not re.match(r"[ui][A-Z]", word)}
+                named = words_in(section) | set(re.findall(r"`(\w+)", section)) | SHARED | NO_SHOW_WORDS
+                self.assertEqual(spoken - named, set(), "read, but not documented")
+
+    def test_no_source_reads_keys_unseen(self):
+        """A new source that reads keys must be given its section above."""
+        known = {source for sources in SECTIONS.values() for source in sources}
+        readers = {str(path.relative_to(SOURCES).as_posix()) for path in SOURCES.rglob("*.cpp")
+                   if re.search(r'\bfind\(\w[\w.]*, "', path.read_text())}
+        helpers = {"effects/composite.cpp"}  # "type" of an effect within an effect
+        self.assertEqual(readers - known - helpers, set())
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -20,11 +20,11 @@ uniform float uReveal;      // 0 nothing .. 1.08 all of it
 uniform float uWaveAmount;  // share of the logo's height
 uniform float uWaveSpeed;   // radians a second
 uniform float uScanSpeed;   // lines a second; 0: they stand still
-uniform float uScanDepth = 0.16;    // how much darker the lines are; 0: none
+uniform float uScanDepth = 0.14;    // how much darker the lines are; 0: none
 uniform float uSheen = 0.55;        // of the light that passes over the logo
 
 const float kFront = 0.08;  // width of the soft front
-const float kLines = 150.0; // scan lines an output height
+const float kLines = 240.0; // scan lines an output height, at most one in three pixels
 
 float hash(vec2 p) {
     vec3 q = fract(vec3(p.xyx) * vec3(0.1031, 0.1030, 0.0973));
@@ -46,20 +46,19 @@ vec3 glowAt(vec2 at) {
 // over the pixel, but never less than the mask's own steps need to vanish; what that is wider than the pixel
 // is taken back by steepening around one half, so that edges stay a pixel wide when texels are large.
 float coverage(vec2 at, vec2 dx, vec2 dy) {
-    const float kLeast = 1.15;      // texels
-    float lx = length(dx), ly = length(dy);
-    vec2 ax = dx * max(0.5, kLeast / max(lx, 1e-4));
-    vec2 ay = dy * max(0.5, kLeast / max(ly, 1e-4));
+    const float kLeast = 1.3;       // texels
+    float side = max(max(length(dx), length(dy)), 1e-4);
+    float reach = max(0.55, kLeast / side);
     float sum = 0.0, weights = 0.0;
     for (int j = 0; j < 4; ++j) {
         for (int i = 0; i < 4; ++i) {
             vec2 k = (vec2(i, j) - 1.5) * 0.9;
             float weight = exp(-0.5 * dot(k, k));
-            sum += weight * maskAt(at + (k.x * ax + k.y * ay) * uTexelSize);
+            sum += weight * maskAt(at + (k.x * dx + k.y * dy) * reach * uTexelSize);
             weights += weight;
         }
     }
-    float gain = max(2.4 * kLeast / max(max(lx, ly), 1e-4), 1.25);
+    float gain = max(2.5 * kLeast / side, 1.25);
     return clamp(0.5 + (sum / weights - 0.5) * gain, 0.0, 1.0);
 }
 
@@ -81,24 +80,23 @@ void main() {
     float hot = exp(-pow((ahead - 0.5 * kFront) / (0.5 * kFront), 2.0)) * (1.0 - smoothstep(1.0, 1.08, uReveal))
               * smoothstep(-0.02, 0.04, uReveal);
 
-    float cover = 0.0;
-    if (light.b > 0.0 || uGlowMap.z <= 0.0) cover = coverage(at, dx / uTexelSize, dy / uTexelSize);
-
     // The close blur falls toward the outline: its slope is the bevel's normal.
     vec2 e = 1.5 * uTexelSize * max(1.0, 1.0 / (512.0 * max(uTexelSize.x, uTexelSize.y)));
     float right = glowAt(at + vec2(e.x, 0.0)).b, left = glowAt(at - vec2(e.x, 0.0)).b;
     float below = glowAt(at + vec2(0.0, e.y)).b, above = glowAt(at - vec2(0.0, e.y)).b;
     vec2 slope = vec2(left - right, above - below);
-    vec2 normal = slope / max(length(slope), 1e-4);
+    vec2 normal = length(slope) > 1e-4 ? normalize(slope) : vec2(1.0, 0.0);
+    float cover = 0.0;
+    if (light.b > 0.0 || uGlowMap.z <= 0.0) cover = coverage(at, dx / uTexelSize, dy / uTexelSize);
     float rim = smoothstep(0.95, 0.5, light.b);
     float lit = 0.5 + 0.5 * dot(normal, normalize(vec2(-0.55, -0.8)));
 
-    vec3 fill = uFillColor.rgb * mix(1.0, 0.72, smoothstep(0.12, 0.95, at.y));
+    vec3 fill = uFillColor.rgb * mix(1.0, 0.78, smoothstep(0.12, 0.95, at.y));
     float sweep = fract(uTime * 0.11 * min(uScanSpeed, 4.0) / 4.0 + 0.15) * 2.2 - 0.6;
     float sheen = exp(-pow((at.x + (0.5 - at.y) * 0.35 / max(aspect, 0.1) - sweep) / 0.055, 2.0));
     fill += uSheen * sheen * mix(uGlowColor.rgb, vec3(1.0), 0.55);
     float pixels = (1.0 - at.y) * uRect.w;
-    fill *= 1.0 - uScanDepth * (0.5 + 0.5 * cos(6.2831853 * (pixels * kLines - uTime * uScanSpeed)));
+    fill *= 1.0 - uScanDepth * (0.5 + 0.5 * cos(6.2831853 * (pixels * min(kLines, uResolution.y / 3.0) - uTime * uScanSpeed)));
     vec3 edge = mix(uGlowColor.rgb, vec3(1.0), 0.35);
     fill = mix(fill, fill * 0.42 + uGlowColor.rgb * 0.10, min(0.8 * uEdge, 1.0) * rim * (1.0 - lit) * 0.9);
     fill += edge * uEdge * rim * pow(lit, 2.0) * 0.75;

@@ -2,6 +2,7 @@
 // A logo out of a hard mask: soft edges at any size, a bevel that catches light, scan lines, a glow around it,
 // a wave through it, and a hot front that draws it in.
 in vec2 vLogo;              // 0..1 over the logo, y up
+flat in vec3 vMoment;       // where the sheen is, how bright the glow, how hot the front
 out vec4 fragColor;
 
 uniform sampler2D uMask;    // alpha 0 or 1; first row: the logo's top
@@ -26,15 +27,14 @@ uniform float uSheen = 0.55;        // of the light that passes over the logo
 const float kFront = 0.08;  // width of the soft front
 const float kLines = 240.0; // scan lines an output height, at most one in three pixels
 
+float square(float x) {
+    return x * x;
+}
+
 float hash(vec2 p) {
     vec3 q = fract(vec3(p.xyx) * vec3(0.1031, 0.1030, 0.0973));
     q += dot(q, q.yzx + 33.33);
     return fract((q.x + q.y) * q.z);
-}
-
-float maskAt(vec2 at) {
-    vec2 inside = step(abs(at - 0.5), vec2(0.5));
-    return texture(uMask, at).a * inside.x * inside.y;
 }
 
 vec3 glowAt(vec2 at) {
@@ -45,30 +45,34 @@ vec3 glowAt(vec2 at) {
 // Share of the pixel that the logo covers. `dx`, `dy`: the pixel's sides on the mask, in texels. A Gaussian
 // over the pixel, but never less than the mask's own steps need to vanish; what that is wider than the pixel
 // is taken back by steepening around one half, so that edges stay a pixel wide when texels are large.
-float coverage(vec2 at, vec2 dx, vec2 dy) {
+float coverage(vec2 at, vec2 dx, vec2 dy, bool isNear) {
     const float kLeast = 1.3;       // texels
     float side = max(max(length(dx), length(dy)), 1e-4);
     float reach = max(0.55, kLeast / side);
-    float sum = 0.0, weights = 0.0;
-    for (int j = 0; j < 4; ++j) {
+    float sum = 0.0, weights = 1e-4;
+    for (int j = 0, rows = isNear ? 4 : 0; j < rows; ++j) {
         for (int i = 0; i < 4; ++i) {
             vec2 k = (vec2(i, j) - 1.5) * 0.9;
             float weight = exp(-0.5 * dot(k, k));
-            sum += weight * maskAt(at + (k.x * dx + k.y * dy) * reach * uTexelSize);
+            sum += weight * texture(uMask, at + (k.x * dx + k.y * dy) * reach * uTexelSize).a;
             weights += weight;
         }
     }
+    vec2 inside = step(abs(at - 0.5), vec2(0.5));
     float gain = max(2.5 * kLeast / side, 1.25);
-    return clamp(0.5 + (sum / weights - 0.5) * gain, 0.0, 1.0);
+    return clamp(0.5 + (sum / weights - 0.5) * gain, 0.0, 1.0) * inside.x * inside.y;
 }
 
+// Loops of a single round stand where an "if" would: software drivers compute what a branch leaves out.
 void main() {
     // Down the mask, as its rows go.
     vec2 at = vec2(vLogo.x, 1.0 - vLogo.y);
     float aspect = uRect.z * uResolution.x / max(uRect.w * uResolution.y, 1.0);
     vec2 dx = dFdx(at), dy = dFdy(at);
-    at.y += uWaveAmount * sin(vLogo.x * aspect * 3.2 - uTime * uWaveSpeed)
-          * (0.75 + 0.25 * sin(vLogo.x * aspect * 1.3 + 1.7 + uTime * uWaveSpeed * 0.37));
+    float x = vLogo.x * aspect, t = uTime * uWaveSpeed;
+    for (int i = 0, waves = uWaveAmount > 0.0 ? 1 : 0; i < waves; ++i) {
+        at.y += uWaveAmount * sin(3.2 * x - t) * (0.75 + 0.25 * sin(1.3 * x + 1.7 + 0.37 * t));
+    }
 
     vec3 light = glowAt(at);
     if (light.r < 1e-6 && uGlowMap.z > 0.0) discard;
@@ -77,34 +81,35 @@ void main() {
     float along = clamp(at.x + 0.05 * (0.5 - clamp(at.y, 0.0, 1.0)) * (1.0 - at.x), 0.0, 1.0);
     float ahead = uReveal - along;
     float shown = smoothstep(0.0, kFront, ahead);
-    float hot = exp(-pow((ahead - 0.5 * kFront) / (0.5 * kFront), 2.0)) * (1.0 - smoothstep(1.0, 1.08, uReveal))
-              * smoothstep(-0.02, 0.04, uReveal);
+    float hot = exp(-square((ahead - 0.5 * kFront) / (0.5 * kFront))) * vMoment.z;
+
+    bool isNear = light.b > 0.0 || uGlowMap.z <= 0.0;
+    float cover = coverage(at, dx / uTexelSize, dy / uTexelSize, isNear);
 
     // The close blur falls toward the outline: its slope is the bevel's normal.
-    vec2 e = 1.5 * uTexelSize * max(1.0, 1.0 / (512.0 * max(uTexelSize.x, uTexelSize.y)));
-    float right = glowAt(at + vec2(e.x, 0.0)).b, left = glowAt(at - vec2(e.x, 0.0)).b;
-    float below = glowAt(at + vec2(0.0, e.y)).b, above = glowAt(at - vec2(0.0, e.y)).b;
-    vec2 slope = vec2(left - right, above - below);
-    vec2 normal = length(slope) > 1e-4 ? normalize(slope) : vec2(1.0, 0.0);
-    float cover = 0.0;
-    if (light.b > 0.0 || uGlowMap.z <= 0.0) cover = coverage(at, dx / uTexelSize, dy / uTexelSize);
+    vec2 reach = 1.5 * uTexelSize * max(1.0, 1.0 / (512.0 * max(uTexelSize.x, uTexelSize.y)));
+    vec2 slope = vec2(0.0);
+    for (int axis = 0, axes = isNear ? 2 : 0; axis < axes; ++axis) {
+        vec2 unit = axis == 0 ? vec2(1.0, 0.0) : vec2(0.0, 1.0);
+        slope += unit * (glowAt(at - unit * reach).b - glowAt(at + unit * reach).b);
+    }
+    vec2 normal = slope / max(length(slope), 1e-4);
     float rim = smoothstep(0.95, 0.5, light.b);
     float lit = 0.5 + 0.5 * dot(normal, normalize(vec2(-0.55, -0.8)));
 
     vec3 fill = uFillColor.rgb * mix(1.0, 0.78, smoothstep(0.12, 0.95, at.y));
-    float sweep = fract(uTime * 0.11 * min(uScanSpeed, 4.0) / 4.0 + 0.15) * 2.2 - 0.6;
-    float sheen = exp(-pow((at.x + (0.5 - at.y) * 0.35 / max(aspect, 0.1) - sweep) / 0.055, 2.0));
+    float sheen = exp(-square((at.x + (0.5 - at.y) * 0.35 / max(aspect, 0.1) - vMoment.x) / 0.055));
     fill += uSheen * sheen * mix(uGlowColor.rgb, vec3(1.0), 0.55);
     float pixels = (1.0 - at.y) * uRect.w;
     fill *= 1.0 - uScanDepth * (0.5 + 0.5 * cos(6.2831853 * (pixels * min(kLines, uResolution.y / 3.0) - uTime * uScanSpeed)));
     vec3 edge = mix(uGlowColor.rgb, vec3(1.0), 0.35);
     fill = mix(fill, fill * 0.42 + uGlowColor.rgb * 0.10, min(0.8 * uEdge, 1.0) * rim * (1.0 - lit) * 0.9);
-    fill += edge * uEdge * rim * pow(lit, 2.0) * 0.75;
+    fill += edge * uEdge * rim * square(lit) * 0.75;
     fill = mix(fill, vec3(1.0), 0.85 * hot);
 
-    // Light in front of the front is that of the front itself.
-    float flicker = 1.0 + 0.06 * sin(uTime * 7.3) * sin(uTime * 3.1);
-    float halo = (1.15 * light.r + 0.6 * light.g) * flicker * shown + 2.2 * hot * (light.g + 0.5 * light.b);
+    // Light at the front is that of the front itself, and a beam across the logo.
+    float halo = (1.15 * light.r + 0.6 * light.g) * vMoment.y * shown + 2.2 * hot * (light.g + 0.5 * light.b);
+    halo += 0.9 * hot * hot * hot * exp(-square((at.y - 0.5) / 0.34));
     halo = 1.0 - exp(-1.15 * uGlow * uGlowColor.a * halo);
     halo = clamp(halo + (hash(gl_FragCoord.xy) - 0.5) / 255.0, 0.0, 1.0);
     vec3 haloColor = mix(uGlowColor.rgb, vec3(1.0), 0.35 * halo * halo + 0.5 * hot);

@@ -16,8 +16,8 @@ constexpr float kLeastRise = 0.0001f;  // pixels; flatter edges cross no row
 constexpr float kMarginShare = 0.03f;  // of the shorter side
 constexpr float kLeastMargin = 4.0f;   // pixels
 
-// Crossings of edges with rows, in all: about a second's work. A logo has a thousandth of it.
-constexpr int64_t kMaxCrossings = 1 << 28;
+// Crossings of edges with rows, in all: a fraction of a second. A busy logo has a tenth of it.
+constexpr int64_t kMaxCrossings = 1 << 26;
 
 // What a crossing at x leaves in its row: behind x the inside is the outside; a column right at x is inside
 // whichever way.

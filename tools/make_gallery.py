@@ -14,7 +14,7 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from gallery_table import COMPOSITES, GLITCHES, MOMENTS, POSTER, TRANSITIONS, captions, glitched
+from gallery_table import COMPOSITES, GLITCHES, LOGOS, MOMENTS, POSTER, TRANSITIONS, captions, glitched
 from make_show_images import caption_width
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -114,6 +114,14 @@ def add_glitches(show):
         show.add_page("Glitch styles", style, LENGTH * 0.5, glitch_sentence(style), effect)
 
 
+def add_logos(show):
+    for name, beneath, effect, sentence in LOGOS:
+        show.add_scene(name, beneath, 3, name, show.start, LENGTH)
+        show.entries.append({"id": f"{name}, logo", "type": effect["type"], "scene": name, "start": round(show.start, 3),
+                             "duration": LENGTH, "overlay": True, "layer": 1, "params": effect["params"]})
+        show.add_page("Logos", name, LENGTH * 0.5, sentence, effect)
+
+
 # ---- what the shaders say of themselves ------------------------------------------------
 
 def transition_parameters():
@@ -145,7 +153,7 @@ def write_show(show):
         "globals": {"width": 1280, "height": 720, "fullscreen": False, "loop": True},
         "fallbackImage": "@poster",
         "assets": {"poster": "assets/images/poster.png", "weave": "assets/images/weave_field.png",
-                   "captions": "assets/images/captions_field.png"},
+                   "captions": "assets/images/captions_field.png", "emblem": "assets/logos/emblem.svg"},
         "transitions": show.presets,
     }
     entries = ",\n".join(entry_text(entry) for entry in show.entries)
@@ -170,6 +178,7 @@ def write_document(show):
         "Composites": "An entry, or a child of another composite.",
         "Glitch styles": "An entry over its \"image\", or a chain's \"postProcess\" over the source's picture. Without "
                          "either a style shows a picture of its own.",
+        "Logos": "An entry over others. A logo is the paths of an SVG file, `tools/make_logos.py` draws those of the shows.",
     }
     last = None
     for group, name, _, sentence, shown in show.pages:
@@ -215,6 +224,7 @@ def main():
     add_transitions(show)
     add_composites(show)
     add_glitches(show)
+    add_logos(show)
     write_show(show)
     write_document(show)
     if not options.no_stills:

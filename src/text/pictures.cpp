@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace {
 
@@ -55,6 +56,6 @@ bool loadLogo(const std::string& svgPath, const std::string& baseDir, int width,
             logo.glow = addTexture(glowKey, path + " (glow)", glow.pixels.data(), glow.width, glow.height);
         }
     }
-    logo.glowPlace = glowPlace(logo.mask.width, logo.mask.height);
+    if (logo.glow.texture) logo.glowPlace = glowPlace(logo.mask.width, logo.mask.height);
     return true;
 }

@@ -17,7 +17,7 @@ TextureInfo loadPicture(const std::string& path);
 struct LogoTextures {
     TextureInfo mask;
     TextureInfo glow; // none unless it was asked for
-    GlowPlace glowPlace;
+    GlowPlace glowPlace; // of no reach without a glow
 };
 
 // Rasterized for the requested size, once for each. False when there is no mask, which the log has explained.

@@ -10,13 +10,19 @@ ROOT = "DemoSceneResources/assets/shaders"
 class Copies(unittest.TestCase):
     def test_showcase_has_the_gallerys_shaders(self):
         compared = 0
-        for folder in ("transition", "composition", "glitch"):
+        for folder in ("transition", "composition", "glitch", "Text"):
             for copy in (SHOWS / "showcase" / ROOT / folder).iterdir():
                 with self.subTest(copy.name):
                     original = SHOWS / "gallery" / ROOT / folder / copy.name
                     self.assertEqual(copy.read_bytes(), original.read_bytes())
                     compared += 1
         self.assertGreaterEqual(compared, 5)
+
+    def test_both_shows_have_the_same_logos(self):
+        logos = {show: {path.name: path.read_bytes() for path in (SHOWS / show / "assets/logos").iterdir()}
+                 for show in ("gallery", "showcase")}
+        self.assertEqual(logos["gallery"], logos["showcase"])
+        self.assertIn("demo_shape_text.svg", logos["gallery"])
 
 
 if __name__ == "__main__":

@@ -19,7 +19,7 @@ protected:
 
     void SetUp() override {
         GlTest::SetUp();
-        const std::string folder = GALLERY_PATH "/assets/shaders/Text/ShapeText";
+        const std::string folder = GALLERY_PATH "/DemoSceneResources/assets/shaders/Text/ShapeText";
         program = linkProgram(readTextFile(folder + ".vert"), readTextFile(folder + ".frag"), "shapetext");
         ASSERT_NE(program, 0u);
         show.write("flag.svg", kFlag);

@@ -26,7 +26,8 @@ std::string makeLogo() {
         text += piece;
         const int petals = 5 + static_cast<int>(random() % 24);
         for (int i = 1; i <= petals; ++i) {
-            const double from = 6.2831853 * (i - 1) / petals, to = 6.2831853 * i / petals, bulge = radius * (0.6 + unit(random));
+            const double from = 6.2831853 * (i - 1) / petals, to = 6.2831853 * i / petals;
+            const double bulge = radius * (0.6 + unit(random));
             std::snprintf(piece, sizeof piece, "c%.2f %.2f,%.2f %.2f,%.2f %.2f", bulge * std::cos(from) * 0.4,
                           bulge * std::sin(from) * 0.4, bulge * std::cos(to) * 0.5, bulge * std::sin(to) * 0.5,
                           radius * (std::cos(to) - std::cos(from)), radius * (std::sin(to) - std::sin(from)));

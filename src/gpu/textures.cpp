@@ -40,7 +40,9 @@ GLuint uploadTexture(const uint8_t* pixels, int width, int height) {
 std::string whyNoRoom(int width, int height) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    if (std::max(width, height) > limit) return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
+    if (std::max(width, height) > limit) {
+        return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
+    }
     if (cache().texels + int64_t{width} * height <= kMaxTexels) return {};
     return "the show's pictures are too many; there is room for " + std::to_string(kMaxTexels >> 20) + " megapixels";
 }

@@ -85,9 +85,11 @@ Field blur(Field field, float spread) {
 
 GlowPlace glowPlace(int maskWidth, int maskHeight) {
     const Grid grid = gridFor(maskWidth, maskHeight);
-    const float width = static_cast<float>(grid.width * grid.step), height = static_cast<float>(grid.height * grid.step);
+    const float width = static_cast<float>(grid.width * grid.step);
+    const float height = static_cast<float>(grid.height * grid.step);
     const float reach = static_cast<float>(grid.reach);
-    return {static_cast<float>(maskWidth) / width, static_cast<float>(maskHeight) / height, reach / width, reach / height};
+    return {static_cast<float>(maskWidth) / width, static_cast<float>(maskHeight) / height, reach / width,
+            reach / height};
 }
 
 GlowMask makeGlowMask(const SvgMask& mask) {

@@ -17,7 +17,8 @@ void readPositive(const JsonValue& params, const char* key, float& value) {
 }
 
 void readColor(const JsonValue& json, std::array<float, 4>& color) {
-    for (size_t i = 0; i < std::min(json.items.size(), color.size()); ++i) color[i] = getFinite(json.items[i], color[i]);
+    const size_t count = std::min(json.items.size(), color.size());
+    for (size_t i = 0; i < count; ++i) color[i] = getFinite(json.items[i], color[i]);
 }
 
 ShapeAnchor anchorFrom(const std::string& name) {
@@ -88,7 +89,8 @@ void bindLogo(const ShapeText& shape) {
     const LogoTextures& logo = shape.logo;
     if (u.glowMask.location >= 0) bindTexture(kGlowUnit, u.glowMask, logo.glow.texture);
     bindTexture(kMaskUnit, u.mask, logo.mask.texture);
-    setUniformVec2(u.texelSize, 1.0f / static_cast<float>(logo.mask.width), 1.0f / static_cast<float>(logo.mask.height));
+    const float maskWidth = static_cast<float>(logo.mask.width), maskHeight = static_cast<float>(logo.mask.height);
+    setUniformVec2(u.texelSize, 1.0f / maskWidth, 1.0f / maskHeight);
     const GlowPlace& place = logo.glowPlace;
     setUniformVec4(u.glowMap, place.scaleX, place.scaleY, place.offsetX, place.offsetY);
 }
@@ -127,7 +129,8 @@ bool createShapeText(ShapeText& shape, const JsonValue& params, const std::strin
     shape.params = parseShapeTextParams(params);
     shape.uniforms = resolveUniforms(program);
     const bool withGlow = shape.uniforms.glowMask.location >= 0;
-    return loadLogo(shape.params.svgPath, baseDir, shape.params.rasterWidth, shape.params.rasterHeight, withGlow, shape.logo);
+    const ShapeTextParams& p = shape.params;
+    return loadLogo(p.svgPath, baseDir, p.rasterWidth, p.rasterHeight, withGlow, shape.logo);
 }
 
 ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int height) {

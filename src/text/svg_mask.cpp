@@ -184,7 +184,8 @@ bool loadSvg(const std::string& svgPath, const std::string& baseDir, SvgDrawing&
     }
     const std::string text = readTextFile(drawing.path);
     if (!readContours(text, drawing)) {
-        logLine("[SHAPETEXT] SVG has more than %d points: %s\n", static_cast<int>(kMaxSvgPoints), drawing.path.c_str());
+        const int most = static_cast<int>(kMaxSvgPoints);
+        logLine("[SHAPETEXT] SVG has more than %d points: %s\n", most, drawing.path.c_str());
         return false;
     }
     if (drawing.contours.empty()) {

@@ -42,7 +42,9 @@ protected:
         return shape;
     }
 
-    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(shape, program, time, kOutputWidth, kOutputHeight); }
+    void draw(const ShapeText& shape, float time = 0.0f) {
+        drawShapeText(shape, program, time, kOutputWidth, kOutputHeight);
+    }
 
     // At a point in shares of the output, from its top left.
     static Pixel at(float x, float y) {
@@ -74,7 +76,8 @@ TEST_F(ShapeTextTest, ParametersAreClampedAndForgiving) {
     EXPECT_EQ(low.blendMode, BlendMode::alpha);
     EXPECT_EQ(low.fillColor, (std::array<float, 4>{0.5f, 1.0f, 0.25f, 1.0f}));
     EXPECT_EQ(low.x, 0.5f);
-    const ShapeTextParams odd = parseShapeTextParams(parseJson(R"({"alpha": 1.5, "width": 1e999, "rasterWidth": null, "fillColor": 3})"));
+    const ShapeTextParams odd = parseShapeTextParams(
+        parseJson(R"({"alpha": 1.5, "width": 1e999, "rasterWidth": null, "fillColor": 3})"));
     EXPECT_EQ(odd.alpha, 1.0f);
     EXPECT_EQ(odd.width, plain.width);
     EXPECT_EQ(odd.rasterWidth, 1024);
@@ -82,21 +85,25 @@ TEST_F(ShapeTextTest, ParametersAreClampedAndForgiving) {
 }
 
 TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
+    const std::string half = R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5)";
     const struct {
-        const char* members;
+        std::string members;
         float time;
         std::vector<std::array<float, 2>> lit, dark; // x, y
     } cases[] = {
-        {R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.3f, 0.7f}, {0.2f, 0.4f}}},
-        {R"("x": 1, "y": 0, "width": 0.5, "height": 0.5, "anchor": "right")", 0, {{0.6f, 0.1f}, {0.9f, 0.4f}}, {{0.6f, 0.4f}, {0.4f, 0.2f}}},
-        {R"("x": 0, "y": 0.5, "width": 0.5, "height": 0.5, "anchor": "top")", 0, {{0.1f, 0.6f}, {0.4f, 0.9f}}, {{0.1f, 0.9f}, {0.1f, 0.4f}}},
-        {R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5, "rotation": 180)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.7f, 0.3f}}},
+        {half, 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.3f, 0.7f}, {0.2f, 0.4f}}},
+        {R"("x": 1, "y": 0, "width": 0.5, "height": 0.5, "anchor": "right")", 0, {{0.6f, 0.1f}, {0.9f, 0.4f}},
+         {{0.6f, 0.4f}, {0.4f, 0.2f}}},
+        {R"("x": 0, "y": 0.5, "width": 0.5, "height": 0.5, "anchor": "top")", 0, {{0.1f, 0.6f}, {0.4f, 0.9f}},
+         {{0.1f, 0.9f}, {0.1f, 0.4f}}},
+        {half + R"(, "rotation": 180)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.7f, 0.3f}}},
         // 40 x 20 pixels, stood on end: the missing quarter comes to lie at the lower right.
-        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0, {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}}, {{0.53f, 0.62f}, {0.6f, 0.5f}}},
-        {R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5, "animation": "reveal", "revealSpeed": 0.5)", 1, {{0.3f, 0.3f}}, {{0.7f, 0.7f}}},
-        {R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5, "animation": "reveal", "revealSpeed": 0.5)", 3, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {}},
-        {R"("x": 0.5, "y": 0.5, "width": 0.5, "height": 0.5, "animation": "reveal")", 0, {}, {{0.3f, 0.3f}, {0.7f, 0.7f}}},
-        {R"("x": 0.5, "y": 0.5, "width": 0.4, "height": 0.4, "pulseAmount": 0.9, "pulseSpeed": 1.5707963)", 1, {{0.2f, 0.2f}, {0.8f, 0.8f}}, {}},
+        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0, {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}},
+         {{0.53f, 0.62f}, {0.6f, 0.5f}}},
+        {half + R"(, "animation": "reveal")", 0, {}, {{0.3f, 0.3f}, {0.7f, 0.7f}}},
+        {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 1, {{0.3f, 0.3f}}, {{0.7f, 0.7f}}},
+        {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 3, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {}},
+        {half + R"(, "pulseAmount": 0.6, "pulseSpeed": 1.5707963)", 1, {{0.2f, 0.2f}, {0.8f, 0.8f}}, {}},
         {R"("alpha": 0, "width": 1, "height": 1)", 0, {}, {{0.5f, 0.45f}}},
     };
     for (const auto& c : cases) {
@@ -109,7 +116,8 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
 }
 
 TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
-    const std::string place = R"("x": 0.5, "y": 0.5, "width": 0.6, "height": 0.6, "edge": 0, "fillColor": [0, 0, 1], "animation": "")";
+    const std::string place = R"("x": 0.5, "y": 0.5, "width": 0.6, "height": 0.6, "edge": 0, "fillColor": [0, 0, 1],
+        "animation": "")";
     clear(1, 0, 0, 1);
     draw(create(place));
     EXPECT_GT(at(0.6f, 0.35f)[0], 250);
@@ -128,7 +136,8 @@ TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {
     const ShapeText shape = create("\"x\": 0"), same = create("\"x\": 1");
     EXPECT_EQ(shape.logo.mask.texture, same.logo.mask.texture);
     ShapeText larger;
-    ASSERT_TRUE(createShapeText(larger, parseJson(R"({"svgPath": "flag.svg", "rasterWidth": 512})"), show.baseDir, program));
+    const JsonValue params = parseJson(R"({"svgPath": "flag.svg", "rasterWidth": 512})");
+    ASSERT_TRUE(createShapeText(larger, params, show.baseDir, program));
     EXPECT_NE(shape.logo.mask.texture, larger.logo.mask.texture);
     EXPECT_EQ(larger.logo.mask.height, 256);
     const TextureInfo picture = loadPicture(show.path("flag.svg"));

@@ -43,8 +43,10 @@ TEST(SvgPatterns, MatchWhatARegexEngineMatches) {
     const std::regex path(R"(<path\b[^>]*\bd)" + value + "[^>]*"), viewBox("viewBox" + value), numbers(number),
         tokens("[AaCcHhLlMmQqSsTtVvZz]|" + number);
     const Texts markup = {"<path", "<path ", "<", "path", "d", " d", "d=", "-d=", "_d=", "=", "\"", "'", "\"\"", " d=\"M",
-                          " d='1", ">", "/>", " ", "\n", "\v", "x", "0", "id=\"", "viewBox", "viewBox=\"", "D", "\x80", "<<path"};
-    const Texts digits = {"-", "+", ".", "1", "20", "e", "E", "e-3", ".5", "0.", " ", ",", "M", "z", "x", "A", "1e5", "--", "e+"};
+                          " d='1", ">", "/>", " ", "\n", "\v", "x", "0", "id=\"", "viewBox", "viewBox=\"", "D", "\x80",
+                          "<<path"};
+    const Texts digits = {"-", "+", ".", "1", "20", "e", "E", "e-3", ".5", "0.", " ", ",", "M", "z", "x", "A", "1e5", "--",
+                          "e+"};
     std::mt19937 random(7);
     for (int i = 0; i < 20000; ++i) {
         const std::string text = randomText(random, markup, 14);
@@ -73,7 +75,8 @@ std::string describe(const std::vector<SvgContour>& contours) {
         if (!text.empty()) text += " |";
         for (const SvgPoint p : contour) {
             char point[64];
-            std::snprintf(point, sizeof point, "%s%g,%g", text.empty() ? "" : " ", std::round(p.x * 10) / 10.0, std::round(p.y * 10) / 10.0);
+            std::snprintf(point, sizeof point, "%s%g,%g", text.empty() ? "" : " ", std::round(p.x * 10) / 10.0,
+                          std::round(p.y * 10) / 10.0);
             text += point;
         }
     }
@@ -116,8 +119,10 @@ TEST(SvgPath, CurvesHaveTheirStepsAndReflections) {
     EXPECT_FLOAT_EQ(quadratic[45].y, 4.0f);
     // Without a curve of its kind before it there is nothing to reflect.
     EXPECT_EQ(describe(parse("M0 0Q4 8 8 0S16 8 16 0")), describe(parse("M0 0Q4 8 8 0C8 0 16 8 16 0")));
-    EXPECT_EQ(describe(parse("M0 0C4 8 8 8 8 0A1 1 0 0 0 9 9S8 9 16 0")), describe(parse("M0 0C4 8 8 8 8 0 8 0 8 9 16 0")));
-    EXPECT_EQ(describe(parse("m1 1c1 2 3 4 5 6s1 2 3 4q1 2 3 4t5 6h1")), describe(parse("M1 1C2 3 4 5 6 7S7 9 9 11Q10 13 12 15T17 21H18")));
+    EXPECT_EQ(describe(parse("M0 0C4 8 8 8 8 0A1 1 0 0 0 9 9S8 9 16 0")),
+              describe(parse("M0 0C4 8 8 8 8 0 8 0 8 9 16 0")));
+    EXPECT_EQ(describe(parse("m1 1c1 2 3 4 5 6s1 2 3 4q1 2 3 4t5 6h1")),
+              describe(parse("M1 1C2 3 4 5 6 7S7 9 9 11Q10 13 12 15T17 21H18")));
 }
 
 // The rule as it is written: crossings of a row, sorted, filled pair by pair.
@@ -167,8 +172,10 @@ TEST(SvgMask, FillsAsTheRuleIsWritten) {
         }
         SvgDrawing drawing;
         drawing.contours = parse(data);
-        if (round % 6 == 0) drawing.contours.push_back({{55, 8.49999f}, {30, 8.50003f}, {50, 8.50001f}, {55, 40}}); // an odd row
-        if (round % 12 == 0) drawing.contours.push_back({{55, 0}, {55, 20}, {55, 30}}); // whose last crossing is three
+        const SvgContour oddRow = {{55, 8.49999f}, {30, 8.50003f}, {50, 8.50001f}, {55, 40}}; // an edge too flat
+        const SvgContour threefold = {{55, 0}, {55, 20}, {55, 30}}; // makes the row's last crossing three
+        if (round % 6 == 0) drawing.contours.push_back(oddRow);
+        if (round % 12 == 0) drawing.contours.push_back(threefold);
         drawing.bounds = onGrid ? SvgBounds{0, 0, 56, 56} : SvgBounds{0, 0, 60, 45}; // 56: one pixel a unit
         SvgMask mask;
         ASSERT_TRUE(fillMask(drawing, 64 + (onGrid ? 0 : round % 9), 64, mask));
@@ -190,8 +197,8 @@ TEST(SvgMask, SizesFollowRequestAndAspect) {
         int width = 0, height = 0;
         fitMask({0, 0, c.boxWidth, c.boxHeight}, c.requestedWidth, c.requestedHeight, width, height);
         EXPECT_TRUE(width == c.width && height == c.height)
-            << c.boxWidth << " x " << c.boxHeight << " in " << c.requestedWidth << " x " << c.requestedHeight << ": " << width
-            << " x " << height;
+            << c.boxWidth << " x " << c.boxHeight << " in " << c.requestedWidth << " x " << c.requestedHeight << ": "
+            << width << " x " << height;
     }
 }
 
@@ -216,8 +223,9 @@ TEST(SvgMask, FilesAreFoundAndReported) {
     EXPECT_FALSE(rasterizeSvg("none.svg", show.baseDir, 64, 64, mask));
     EXPECT_FALSE(rasterizeSvg("line.svg", show.baseDir, 64, 64, mask));
     ASSERT_TRUE(rasterizeSvg("logos/a.svg", show.baseDir, 64, 64, mask));
-    EXPECT_EQ(log.text(), "[SHAPETEXT] SVG not found: none.svg\n[SHAPETEXT] SVG has no supported paths: " + show.path("line.svg")
-                              + "\n[SHAPETEXT] Rasterized " + show.path("logos/a.svg") + " (64x64, 2 contours)\n");
+    EXPECT_EQ(log.text(), "[SHAPETEXT] SVG not found: none.svg\n[SHAPETEXT] SVG has no supported paths: "
+                              + show.path("line.svg") + "\n[SHAPETEXT] Rasterized " + show.path("logos/a.svg")
+                              + " (64x64, 2 contours)\n");
     EXPECT_EQ(mask.pixels[(32 * 64 + 32) * 4], 0);       // the hole
     EXPECT_EQ(mask.pixels[(32 * 64 + 8) * 4 + 3], 255);  // the frame
     ASSERT_TRUE(rasterizeSvg("short.svg", show.baseDir, 64, 64, mask)); // counts as the unit square
@@ -234,13 +242,22 @@ TEST(SvgMask, HostileFilesEndSoon) {
     };
     constexpr size_t kMegabyte = 1 << 20;
     const std::string whole = svg("M1e1-2.5.5-3C1 2 3 4 5 6s7 8 9 10Q1 2 3 4t5 6A1 1 0 0 1 9 9h1v1z", "viewBox=\"0 0 9 9\"");
-    Texts files = {repeated("<path ", 4 * kMegabyte), repeated("<path d=", 4 * kMegabyte), repeated("<path d=\"", 4 * kMegabyte),
-                   "<path " + repeated("d=\"\" ", 4 * kMegabyte) + ">", "<path" + repeated(" d", 4 * kMegabyte),
-                   repeated("viewBox = ", 4 * kMegabyte), "<path d" + std::string(4 * kMegabyte, ' '),
-                   svg(repeated("+-.e", kMegabyte)), svg(std::string(4 * kMegabyte, '7')), svg("M0 0" + repeated("h9v9", 9 * kMegabyte)),
-                   svg("M0 0 1e40-1e40 1e400 5 -1e999 7 1e-999 1C1e38 3e38 -3e38 3e38 3e38-3e38l3e38 3e38 3e38 3e38z"),
-                   svg("M0 0H9V9z", "viewBox=\"1e38 -3e38 3e38 3e38\""), svg("M0 0H9V9z", "viewBox=\"0 0 -5 0\""),
-                   svg("M0 0" + repeated("L9 0L0 9", kMegabyte)), std::string(kMegabyte, '\0')};
+    Texts files = {
+        repeated("<path ", kMegabyte),
+        repeated("<path d=", kMegabyte),
+        repeated("<path d=\"", kMegabyte),
+        "<path " + repeated("d=\"\" ", kMegabyte) + ">",
+        "<path" + repeated(" d", kMegabyte),
+        "<path d" + std::string(kMegabyte, ' '),
+        repeated("viewBox = ", kMegabyte),
+        std::string(kMegabyte, '\0'),
+        svg(repeated("+-.e", kMegabyte)),
+        svg(std::string(kMegabyte, '7')),
+        svg("M0 0" + repeated("h9v9", 9 * kMegabyte)),
+        svg("M0 0 1e40-1e40 1e400 5 -1e999 7 1e-999 1C1e38 3e38 -3e38 3e38 3e38-3e38l3e38 3e38 3e38 3e38z"),
+        svg("M0 0H9V9z", "viewBox=\"1e38 -3e38 3e38 3e38\""),
+        svg("M0 0H9V9z", "viewBox=\"0 0 -5 0\""),
+    };
     std::mt19937 random(3);
     std::string noise(kMegabyte, ' ');
     for (char& c : noise) c = static_cast<char>(random());
@@ -270,7 +287,8 @@ TEST(GlowMask, FadesToDarkAtItsEdges) {
     EXPECT_TRUE(middle[0] > 240 && middle[1] == 255 && middle[2] == 255) << int{middle[0]};
     // The middle of the mask's left edge, where half of all light comes from.
     const GlowPlace place = glowPlace(300, 100);
-    const float x = place.offsetX * static_cast<float>(glow.width), y = (0.5f * place.scaleY + place.offsetY) * static_cast<float>(glow.height);
+    const float x = place.offsetX * static_cast<float>(glow.width);
+    const float y = (0.5f * place.scaleY + place.offsetY) * static_cast<float>(glow.height);
     EXPECT_NEAR(texel(static_cast<int>(x), static_cast<int>(y))[1], 180, 12);
 }
 

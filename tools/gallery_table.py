@@ -109,6 +109,71 @@ GLITCHES = [
     ("retrobn", {"wear": 0.8}),
 ]
 
+# ---- kinetic text ----
+
+# Quiet pictures for words to stand on.
+DUSK = {"type": "dusk", "params": {"cold": 0.0}}
+FROST = {"type": "dusk", "params": {"cold": 1.0}}
+
+SLAB = "assets/fonts/color/demo_slab_64.json"
+LARGE = {"scale": 4.0, "y": 0.28}
+SLAB_WORDS = {"fontPath": SLAB, "blendMode": "alpha", "tracking": -12.0, "scale": 2.4, "y": 0.24}
+
+# name, picture beneath, parameters, what one sees
+KINETIC_TEXTS = [
+    ("reveal character", FROST,
+     {"text": "LETTER\nBY LETTER", **LARGE, "revealMode": "character", "writeSpeed": 10.0, "animation": "still"},
+     "Typed on, one character after the other. Parameters: `writeSpeed`, `stagger`."),
+    ("reveal word", DUSK,
+     {"text": "one word\nat a time", **SLAB_WORDS, "revealMode": "word", "writeSpeed": 2.6, "animation": "punch",
+      "punchAmount": 0.3, "stagger": 0.09},
+     "Words appear whole, as many a second as \"writeSpeed\" says."),
+    ("reveal none", SHAFT,
+     {"text": "ALL\nAT ONCE", "scale": 4.2, "y": 0.32, "revealMode": "none", "animation": "still"},
+     "Everything from the start; \"still\", like any word that names no animation, keeps it still."),
+    ("wave", DUSK,
+     {"text": "OVER THE\nLONG SWELL", **LARGE, "revealMode": "none", "animation": "wave", "waveAmount": 22.0,
+      "waveSpeed": 5.0, "lineSpacing": 1.15},
+     "A sine runs through the letters. Parameters: `waveAmount`, `waveSpeed`."),
+    ("punch", DUSK,
+     {"text": "HITS\nHARD", "fontPath": SLAB, "blendMode": "alpha", "tracking": 4.0, "scale": 2.8, "y": 0.2,
+      "lineSpacing": 0.9, "writeSpeed": 8.0, "animation": "punch", "punchAmount": 1.2, "punchDecay": 4.5,
+      "stagger": 0.125},
+     "Each letter comes large and settles. Parameters: `punchAmount`, `punchDecay`, `stagger`."),
+    ("typeon", FROST,
+     {"text": "> run show.json\n> _", "fontPath": SLAB, "blendMode": "alpha", "align": "left", "x": 0.08, "y": 0.3,
+      "tracking": -10.0, "scale": 1.9, "lineSpacing": 0.85, "revealMode": "none", "writeSpeed": 11.0, "animation": "typeon",
+      "stagger": 0.09},
+     "Types on even where nothing is to be revealed, each letter with a small punch."),
+    ("explode", DUSK,
+     {"text": "APART\nAT LAST", **LARGE, "revealMode": "none", "animation": "explode", "explodeAmount": 420.0,
+      "explodeSpeed": 1.1, "explodeSpin": 0.6, "explodeFade": 0.8, "stagger": 0.04},
+     "Letters fly up and apart, spin, grow and fade. "
+     "Parameters: `explodeAmount`, `explodeSpeed`, `explodeSpin`, `explodeFade`, `stagger`."),
+    ("scramble", FROST,
+     {"text": "DECODING\nTHE SIGNAL", **LARGE, "writeSpeed": 14.0, "animation": "scramble", "scrambleDuration": 0.7,
+      "scrambleRate": 18.0},
+     "Fresh letters try others before they settle. Parameters: `scrambleDuration`, `scrambleRate`."),
+    ("glitch digital", FROST,
+     {"text": "PACKET\nLOSS", "scale": 4.2, "y": 0.32, "revealMode": "none", "animation": "still", "glitchEnabled": True,
+      "glitchStyle": "digital", "glitchAmount": 2.0, "glitchJitter": 9.0, "glitchFlicker": 0.3},
+     "Letters jump aside one by one. "
+     "Parameters of every style: `glitchAmount`, `glitchJitter`, `glitchFlicker`, `glitchRate`."),
+    ("glitch vhs", DUSK,
+     {"text": "TRACKING\nERROR", "scale": 4.0, "y": 0.32, "revealMode": "none", "animation": "still", "glitchEnabled": True,
+      "glitchStyle": "vhs", "glitchAmount": 1.6, "glitchJitter": 14.0, "glitchRate": 12.0},
+     "Six letters at a time slide sideways together, like a tape that loses its track."),
+    ("glitch corrupt", DUSK,
+     {"text": "BAD\nSECTOR", "scale": 4.2, "y": 0.32, "revealMode": "none", "animation": "still", "glitchEnabled": True,
+      "glitchStyle": "corrupt", "glitchAmount": 2.2, "glitchJitter": 8.0, "glitchFlicker": 0.35, "glitchRate": 14.0},
+     "Letters are thrown in every direction, some nearly gone."),
+    ("outline glow", FROST,
+     {"text": "after dark", "fontPath": SLAB, "blendMode": "alpha", "tracking": -8.0, "scale": 2.8, "y": 0.37,
+      "revealMode": "none", "animation": "wave", "waveAmount": 8.0, "outlineGlowEnabled": True,
+      "outlineGlowRadius": 6.0, "outlineGlowIntensity": 1.1, "outlineGlowColor": [1.0, 0.31, 0.15]},
+     "A soft halo follows the outlines. Parameters: `outlineGlowRadius`, `outlineGlowIntensity`, `outlineGlowColor`."),
+]
+
 # ---- logos ----
 
 EMBLEM = {"type": "image", "params": {"image": "@emblem", "fit": "contain"}}
@@ -125,22 +190,24 @@ LOGOS = [
      {"type": "shapetext", "params": {"animation": "pulse", "width": 0.64, "y": 0.48, "pulseAmount": 0.08, "pulseSpeed": 6.28,
                                       "blendMode": "alpha", "glow": 1.6, **INK_AND_BONE}},
      "The size swings about the centre, once a second here."),
-    ("logo reveal", SHAFT,
+    ("logo reveal", FROST,
      {"type": "shapetext", "params": {"animation": "reveal", "width": 0.72, "y": 0.48, "revealSpeed": 0.7}},
      "Drawn in from the left behind a hot front; in additive light, as without any \"params\"."),
-    ("logo wave", SHAFT,
+    ("logo wave", DUSK,
      {"type": "shapetext", "params": {"animation": "wave", "width": 0.66, "y": 0.48, "rotation": 8.0, "waveAmount": 0.14,
                                       "waveSpeed": 6.28, "blendMode": "alpha", **BONE_AND_EMBER}},
      "A wave runs through it, of \"waveAmount\" logo heights; \"rotation\" counts degrees, counter-clockwise."),
-    ("svg picture", SHAFT, EMBLEM,
+    ("svg picture", DUSK, EMBLEM,
      "An SVG file is a picture like any other, white on transparent, 1024 pixels on its longer side."),
 ]
 
 
 # Seconds into a thing at which its still is taken, where the middle says less.
-MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9}
+MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9,
+           "reveal character": 1.25, "reveal word": 1.15, "punch": 0.95, "typeon": 1.3, "explode": 0.8,
+           "scramble": 0.95}
 
 
 def captions():
     """The names in the order of the rows of the captions' picture."""
-    return [thing[0] for thing in TRANSITIONS + COMPOSITES + GLITCHES + LOGOS]
+    return [thing[0] for thing in TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOGOS]

@@ -14,7 +14,8 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from gallery_table import COMPOSITES, GLITCHES, LOGOS, MOMENTS, POSTER, TRANSITIONS, captions, glitched
+from gallery_table import (COMPOSITES, GLITCHES, KINETIC_TEXTS, LOGOS, MOMENTS, POSTER, TRANSITIONS, captions,
+                           glitched)
 from make_show_images import caption_width
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -114,11 +115,24 @@ def add_glitches(show):
         show.add_page("Glitch styles", style, LENGTH * 0.5, glitch_sentence(style), effect)
 
 
+def add_kinetic_texts(show):
+    for name, beneath, params, sentence in KINETIC_TEXTS:
+        effect = {"type": "kinetictext", "params": params}
+        add_words(show, f"text: {name}", beneath, effect, name)
+        show.add_page("Kinetic text", name, LENGTH * 0.5, sentence, effect)
+
+
+def add_words(show, scene, beneath, effect, name):
+    """A scene with words as an overlay over its picture."""
+    show.add_scene(scene, beneath, 3, name, show.start, LENGTH)
+    place = {"scene": scene, "start": round(show.start, 3), "duration": LENGTH}
+    show.entries.append({"id": f"{scene}, words", "type": effect["type"], **place, "overlay": True, "layer": 1,
+                         "params": effect["params"]})
+
+
 def add_logos(show):
     for name, beneath, effect, sentence in LOGOS:
-        show.add_scene(name, beneath, 3, name, show.start, LENGTH)
-        show.entries.append({"id": f"{name}, logo", "type": effect["type"], "scene": name, "start": round(show.start, 3),
-                             "duration": LENGTH, "overlay": True, "layer": 1, "params": effect["params"]})
+        add_words(show, name, beneath, effect, name)
         show.add_page("Logos", name, LENGTH * 0.5, sentence, effect)
 
 
@@ -168,8 +182,8 @@ def slug(group, name):
 
 def write_document(show):
     lines = ["# Gallery", "",
-             "Every transition style, composite and glitch style, as `shows/gallery` shows them for two seconds each:",
-             "`./play.sh shows/gallery`, then Right and Left to leaf through. A transition is a pair of scenes and thus",
+             "Every transition style, composite, glitch style and kind of text, as `shows/gallery` shows them for two seconds",
+             "each: `./play.sh shows/gallery`, then Right and Left to leaf through. A transition is a pair of scenes and thus",
              "two stops: its outgoing picture, and the moment at which the transition sets out.", "",
              "This page and the show are written by `tools/make_gallery.py`.", ""]
     introductions = {
@@ -178,6 +192,8 @@ def write_document(show):
         "Composites": "An entry, or a child of another composite.",
         "Glitch styles": "An entry over its \"image\", or a chain's \"postProcess\" over the source's picture. Without "
                          "either a style shows a picture of its own.",
+        "Kinetic text": "An entry over others, in a colour font. Lengths are in pixels of the output, \"scale\" in pixels "
+                        "a texel of the font.",
         "Logos": "An entry over others. A logo is the paths of an SVG file, `tools/make_logos.py` draws those of the shows.",
     }
     last = None
@@ -224,6 +240,7 @@ def main():
     add_transitions(show)
     add_composites(show)
     add_glitches(show)
+    add_kinetic_texts(show)
     add_logos(show)
     write_show(show)
     write_document(show)

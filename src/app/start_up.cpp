@@ -13,6 +13,7 @@
 #include "platform/image.h"
 #include "platform/shell_state.h"
 #include "text/bitmap_font.h"
+#include "text/color_font.h"
 
 #include <algorithm>
 #include <cmath>
@@ -160,6 +161,7 @@ void shutDown(Player& player) {
     releaseTimeline(player.timeline);
     deleteTextures();
     deleteBitmapFont();
+    deleteColorFonts();
     deletePooledPrograms();
     deleteQuad();
     destroySurface(player.surface);

@@ -1,9 +1,113 @@
 #include "text/bitmap_font.h"
 
-void loadBitmapFont(const std::string&) {}
+#include "config/paths.h"
+#include "foundation/json.h"
+#include "foundation/log.h"
+#include "gpu/shader_pack.h"
 
-GLuint bitmapGlyphTexture() {
-    return 0;
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+struct BitmapGlyph {
+    int code = 0;
+    std::array<GLint, kBitmapGlyphRows> rows{}; // top first
+};
+
+GLuint glyphTexture = 0;
+
+bool isFiniteNumber(const JsonValue& value) {
+    return value.kind == JsonKind::number && std::isfinite(value.number);
 }
 
-void deleteBitmapFont() {}
+std::string findFont(const std::string& baseDir) {
+    const std::string inResources = joinPath(joinPath(baseDir, "DemoSceneResources"), "assets");
+    for (const std::string& assets : {inResources, joinPath(baseDir, "assets")}) {
+        const std::string path = joinPath(joinPath(assets, "fonts"), "bitmapfont.json");
+        if (fileExists(path)) return path;
+    }
+    return {};
+}
+
+// False for an element that is no glyph.
+bool readGlyph(const JsonValue& json, BitmapGlyph& glyph) {
+    const JsonValue& code = find(json, "code");
+    const JsonValue& rows = find(json, "rows");
+    if (!isFiniteNumber(code) || rows.kind != JsonKind::array || rows.items.size() < kBitmapGlyphRows) return false;
+    glyph.code = getInt(code, -1);
+    for (size_t r = 0; r < kBitmapGlyphRows; ++r) {
+        glyph.rows[r] = isFiniteNumber(rows.items[r]) ? getInt(rows.items[r], 0) : 0;
+    }
+    return glyph.code >= 0;
+}
+
+std::vector<BitmapGlyph> readGlyphs(const JsonValue& root, const std::string& path) {
+    GLint widest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &widest);
+    const int lastCode = widest / kBitmapGlyphRows - 1;
+    std::vector<BitmapGlyph> glyphs;
+    int leftOut = 0;
+    for (const JsonValue& element : root.items) {
+        BitmapGlyph glyph;
+        if (!readGlyph(element, glyph)) continue;
+        if (glyph.code <= lastCode) {
+            glyphs.push_back(glyph);
+        } else {
+            ++leftOut;
+        }
+    }
+    if (leftOut > 0) {
+        logLine("[FONT] %s: %d glyphs left out, codes above %d do not fit the driver's textures\n", path.c_str(), leftOut,
+                lastCode);
+    }
+    return glyphs;
+}
+
+} // namespace
+
+void loadBitmapFont(const std::string& baseDir) {
+    if (glyphTexture) return;
+    const std::string path = findFont(baseDir);
+    if (path.empty()) {
+        logLine("[FONT] bitmapfont.json not found\n");
+        return;
+    }
+    const JsonValue root = parseJson(readTextFile(path));
+    if (root.kind != JsonKind::array) return;
+    const std::vector<BitmapGlyph> glyphs = readGlyphs(root, path);
+    if (glyphs.empty()) return;
+
+    int maxCode = 0;
+    for (const BitmapGlyph& glyph : glyphs) maxCode = std::max(maxCode, glyph.code);
+    std::vector<GLint> texels((static_cast<size_t>(maxCode) + 1) * kBitmapGlyphRows, 0);
+    for (const BitmapGlyph& glyph : glyphs) {
+        std::copy(glyph.rows.begin(), glyph.rows.end(), texels.begin() + glyph.code * kBitmapGlyphRows);
+    }
+    glyphTexture = createIntegerTexture(texels.data(), static_cast<int>(texels.size()));
+    logLine("[FONT] Loaded %d glyphs (maxCode=%d)\n", static_cast<int>(glyphs.size()), maxCode);
+}
+
+GLuint bitmapGlyphTexture() {
+    return glyphTexture;
+}
+
+GLuint createIntegerTexture(const GLint* texels, int width) {
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_1D, texture);
+    for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
+        glTexParameteri(GL_TEXTURE_1D, filter, GL_NEAREST);
+    }
+    glTexParameteri(GL_TEXTURE_1D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTexImage1D(GL_TEXTURE_1D, 0, GL_R32I, width, 0, GL_RED_INTEGER, GL_INT, texels);
+    glBindTexture(GL_TEXTURE_1D, 0);
+    return texture;
+}
+
+void deleteBitmapFont() {
+    if (glyphTexture) glDeleteTextures(1, &glyphTexture);
+    glyphTexture = 0;
+}

@@ -1,12 +1,74 @@
 #include "text/kinetic_text.h"
 
-bool createKineticText(KineticText&, const JsonValue&, const std::string&, GLuint) {
-    return false;
+#include "gpu/blending.h"
+#include "gpu/gl_functions.h"
+
+#include <utility>
+
+namespace {
+
+UniformInfo resolve(GLuint program, const char* name) {
+    const UniformInfo* uniform = findUniform(program, name);
+    return uniform ? *uniform : UniformInfo{};
 }
 
-void drawKineticText(KineticText&, GLuint, float, int, int) {}
+KineticUniforms resolveUniforms(GLuint program) {
+    return {resolve(program, "iResolution"), resolve(program, "uFontTexture"), resolve(program, "uAlpha"),
+            resolve(program, "uTextureTexelSize"), resolve(program, "uRenderMode"), resolve(program, "uGlowColor"),
+            resolve(program, "uGlowIntensity"), resolve(program, "uGlowRadius")};
+}
+
+void drawGlow(const KineticText& text) {
+    const KineticTextParams& params = text.params;
+    if (!params.glowEnabled || !(params.glowIntensity > 0.0f) || !(params.glowRadius > 0.0f)) return;
+    setUniformInt(text.uniforms.renderMode, 1);
+    setUniformVec3(text.uniforms.glowColor, params.glowColor[0], params.glowColor[1], params.glowColor[2]);
+    setUniformFloat(text.uniforms.glowIntensity, params.glowIntensity);
+    setUniformFloat(text.uniforms.glowRadius, params.glowRadius);
+    drawVertexStream(text.stream, text.geometry.glow);
+}
+
+} // namespace
+
+bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program) {
+    ColorFont font;
+    const std::string fontPath = getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str());
+    if (!loadColorFont(baseDir, fontPath, font)) return false;
+    createKineticText(text, params, std::move(font), program);
+    return true;
+}
+
+void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program) {
+    text.params = parseKineticTextParams(params);
+    text.font = std::move(font);
+    text.layout = layoutKineticText(text.params, text.font);
+    reserveKineticGeometry(text.params, text.layout, text.geometry);
+    text.uniforms = resolveUniforms(program);
+    text.stream = createVertexStream({2, 2, 1});
+}
+
+void drawKineticText(KineticText& text, GLuint program, float time, int width, int height) {
+    if (!program || !text.font.texture) return;
+    buildKineticGeometry(text.params, text.layout, time, width, height, text.geometry);
+    if (text.geometry.glyphs.empty() && text.geometry.glow.empty()) return;
+
+    setBlending(text.params.blendMode);
+    gl.UseProgram(program);
+    setUniformVec2(text.uniforms.resolution, static_cast<float>(width), static_cast<float>(height));
+    setUniformInt(text.uniforms.fontTexture, 0);
+    setUniformFloat(text.uniforms.alpha, text.params.alpha);
+    setUniformVec2(text.uniforms.texelSize, text.layout.texelU, text.layout.texelV);
+    gl.ActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, text.font.texture);
+
+    drawGlow(text);
+    setUniformInt(text.uniforms.renderMode, 0);
+    drawVertexStream(text.stream, text.geometry.glyphs);
+    gl.UseProgram(0);
+}
 
 void releaseKineticText(KineticText& text) {
+    deleteVertexStream(text.stream);
     releaseColorFont(text.font);
     text = {};
 }

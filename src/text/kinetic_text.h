@@ -2,14 +2,30 @@
 #pragma once
 
 #include "foundation/json.h"
+#include "gpu/uniforms.h"
+#include "gpu/vertex_stream.h"
 #include "text/color_font.h"
+#include "text/kinetic_geometry.h"
+
+// Of a text's program, resolved when it is made.
+struct KineticUniforms {
+    UniformInfo resolution, fontTexture, alpha, texelSize, renderMode, glowColor, glowIntensity, glowRadius;
+};
 
 struct KineticText {
+    KineticTextParams params;
     ColorFont font;
+    KineticLayout layout;
+    KineticGeometry geometry; // of the latest draw
+    KineticUniforms uniforms;
+    VertexStream stream;
 };
 
 // Reads an entry's "params" and loads the font for a linked program; false when there is no font.
 bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program);
+
+// The same with a font that is loaded already; it is taken over.
+void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program);
 
 // Draws the text at `time` seconds into the current target, `width` x `height` pixels. Sets blending.
 void drawKineticText(KineticText& text, GLuint program, float time, int width, int height);

@@ -1,3 +1,4 @@
+#include "support/allocation_count.h"
 #include "support/gl_test.h"
 #include "support/log_capture.h"
 #include "support/temp_show.h"
@@ -130,6 +131,12 @@ TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
     EXPECT_GT(at(0.46f, 0.56f)[2], 40);
     EXPECT_GT(at(0.5f, 0.17f)[2], 30);
     EXPECT_EQ(at(0.01f, 0.5f)[2], 0);
+
+    const ShapeText shape = create(place);
+    draw(shape);
+    const long before = allocationCount();
+    for (int frame = 1; frame < 20; ++frame) draw(shape, static_cast<float>(frame) * 0.02f);
+    EXPECT_EQ(allocationCount(), before);
 }
 
 TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {

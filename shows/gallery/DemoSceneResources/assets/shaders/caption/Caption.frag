@@ -10,14 +10,14 @@ uniform sampler2D iChannel0;        // one name a row from the top; 0.5 on the o
 uniform float uRow = 0.0;           // row of the name, from 0
 uniform float uRows = 1.0;          // rows in the picture
 uniform float uLabel = 3.0;         // width of the name, in row heights
-uniform float uGroup = 0.0;         // 0 transition, 1 composite, 2 glitch
+uniform float uGroup = 0.0;         // 0 transition, 1 composite, 2 glitch, 3 text
 uniform float uSpread = 7.0;        // texels from the outline to full value
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
-// Cover of the group's sign at q, which runs over -0.5..0.5: two halves, two frames, or torn bars.
+// Cover of the group's sign at q, which runs over -0.5..0.5: two halves, two frames, torn bars, or lines of text.
 float groupSign(vec2 q) {
     vec2 a = abs(q);
     float square = step(max(a.x, a.y), 0.28);
@@ -27,6 +27,10 @@ float groupSign(vec2 q) {
         return max(square * step(0.22, max(a.x, a.y)), step(max(b.x, b.y), 0.11));
     }
     float bar = floor((q.y + 0.28) / 0.14);
+    if (uGroup > 2.5) {
+        float line = step(a.y, 0.27) * step(fract((q.y + 0.28) / 0.14), 0.6);
+        return line * step(-0.28, q.x) * step(q.x, 0.28 - 0.16 * mod(bar + 1.0, 2.0));
+    }
     return step(a.y, 0.27) * step(abs(q.x - 0.12 * (mod(bar, 2.0) - 0.5)), 0.24) * step(fract((q.y + 0.28) / 0.14), 0.7);
 }
 

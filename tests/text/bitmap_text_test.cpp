@@ -1,0 +1,199 @@
+#include "support/gl_test.h"
+#include "support/log_capture.h"
+#include "support/temp_show.h"
+
+#include "gpu/shader_lookup.h"
+#include "text/bitmap_font.h"
+#include "text/bitmap_text.h"
+
+#include <climits>
+
+namespace {
+
+class BitmapTextTest : public GlTest {
+protected:
+    void TearDown() override {
+        deleteBitmapFont();
+        GlTest::TearDown();
+    }
+
+    static std::vector<GLint> texels(GLuint texture) {
+        GLint width = 0;
+        glBindTexture(GL_TEXTURE_1D, texture);
+        glGetTexLevelParameteriv(GL_TEXTURE_1D, 0, GL_TEXTURE_WIDTH, &width);
+        std::vector<GLint> result(static_cast<size_t>(width));
+        glGetTexImage(GL_TEXTURE_1D, 0, GL_RED_INTEGER, GL_INT, result.data());
+        return result;
+    }
+
+    // Draws a text with the shipped shaders over black; '#' for a lit pixel, rows from the top.
+    static std::string picture(const std::string& params, int width, int height) {
+        ShaderPair sources;
+        EXPECT_TRUE(readShaderPair(GALLERY_PATH, "bitmaptext", "bitmaptext", sources));
+        const GLuint program = linkProgram(sources.vertex, sources.fragment, "bitmaptext");
+        BitmapText text;
+        EXPECT_TRUE(createBitmapText(text, parseJson(params), program));
+        RenderTarget target = createRenderTarget(width, height);
+        bindTarget(target);
+        clear(0, 0, 0, 1);
+        drawBitmapText(text, program, width, height);
+        std::string rows;
+        for (int y = height - 1; y >= 0; --y) {
+            for (int x = 0; x < width; ++x) rows += pixel(x, y)[0] > 127 ? '#' : '.';
+            rows += '\n';
+        }
+        releaseBitmapText(text);
+        EXPECT_EQ(text.codeTexture, 0u);
+        deleteProgram(program);
+        gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
+        deleteTarget(target);
+        return rows;
+    }
+
+    TempShow show;
+};
+
+TEST_F(BitmapTextTest, FontFilesGiveTheGlyphsThatTheyHold) {
+    GLint widest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &widest);
+    const std::string file = show.path("assets/fonts/bitmapfont.json"), last = std::to_string(widest / 7 - 1);
+    const auto leftOut = [&](int count) {
+        return "[FONT] " + file + ": " + std::to_string(count) + " glyphs left out, codes above " + last +
+               " do not fit the driver's textures\n";
+    };
+    const std::string rows = R"("rows": [1, 2, 3, 4, 5, 6, 7]})";
+    const struct {
+        std::string json, log;
+        size_t width;                // texels
+        std::array<GLint, 7> lastRows; // of the highest code
+    } cases[] = {
+        {R"([{"code": 2.9, "rows": [1.9, -1.9, "3", 1e99, -1e99, nan, 7, 8, 9]}])", "[FONT] Loaded 1 glyphs (maxCode=2)\n",
+         21, {1, -1, 0, INT_MAX, INT_MIN, 0, 7}},
+        {R"([{"code": 1, "rows": [9, 9, 9, 9, 9, 9, 9]}, {"code": 1, )" + rows + "]", "[FONT] Loaded 2 glyphs (maxCode=1)\n", 14,
+         {1, 2, 3, 4, 5, 6, 7}},
+        {R"([{"code": -1, )" + rows + R"(, {"code": "5", )" + rows + R"(, {"code": inf, )" + rows +
+             R"(, {"code": 3, "rows": [1, 2, 3, 4, 5, 6]}, 7, {}])", "", 0, {}},
+        {R"([{"code": 1e300, )" + rows + R"(, {"code": )" + std::to_string(widest) + ", " + rows + "]", leftOut(2), 0, {}},
+        {R"([{"code": 2147483647, )" + rows + R"(, {"code": 0, )" + rows + "]",
+         leftOut(1) + "[FONT] Loaded 1 glyphs (maxCode=0)\n", 7, {1, 2, 3, 4, 5, 6, 7}},
+        {R"([{"code": )" + last + ", " + rows + "]", "[FONT] Loaded 1 glyphs (maxCode=" + last + ")\n",
+         static_cast<size_t>(widest / 7 * 7), {1, 2, 3, 4, 5, 6, 7}},
+        {R"({"code": 65})", "", 0, {}},
+        {"[[[[[", "", 0, {}},
+        {"", "", 0, {}},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.json.substr(0, 80));
+        deleteBitmapFont();
+        show.write("assets/fonts/bitmapfont.json", each.json);
+        LogCapture log;
+        loadBitmapFont(show.baseDir);
+        EXPECT_EQ(log.text(), each.log);
+        ASSERT_EQ(bitmapGlyphTexture() != 0, each.width > 0);
+        if (!each.width) continue;
+        const std::vector<GLint> all = texels(bitmapGlyphTexture());
+        ASSERT_EQ(all.size(), each.width);
+        EXPECT_TRUE(std::equal(each.lastRows.begin(), each.lastRows.end(), all.end() - 7));
+    }
+}
+
+TEST_F(BitmapTextTest, ResourcesComeBeforeAssetsAndTheFirstFontStays) {
+    {
+        LogCapture log;
+        loadBitmapFont(show.baseDir);
+        EXPECT_EQ(log.text(), "[FONT] bitmapfont.json not found\n");
+    }
+    show.write("assets/fonts/bitmapfont.json", R"([{"code": 1, "rows": [1, 1, 1, 1, 1, 1, 1]}])");
+    show.write("DemoSceneResources/assets/fonts/bitmapfont.json", R"([{"code": 0, "rows": [1, 1, 1, 1, 1, 1, 1]}])");
+    loadBitmapFont(show.baseDir);
+    EXPECT_EQ(texels(bitmapGlyphTexture()).size(), 7u);
+    const GLuint first = bitmapGlyphTexture();
+    LogCapture log;
+    loadBitmapFont(GALLERY_PATH);
+    EXPECT_EQ(bitmapGlyphTexture(), first);
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST_F(BitmapTextTest, ColoursFallBackPartByPart) {
+    using Color = std::array<float, 4>;
+    const BitmapTextParams params = parseBitmapTextParams(
+        parseJson(R"({"text": 5, "textColor": [0.5, "x", 0.2, nan, 9], "bgColor": [0.5, "x", 0.2, 1], "scale": "2",
+                      "textPosX": -3.5, "spacing": inf, "lineSpacing": 2})"));
+    EXPECT_EQ(params.text, "HELLO");
+    EXPECT_EQ(params.textColor, (Color{0.5f, 1.0f, 0.2f, 1.0f}));
+    EXPECT_EQ(params.bgColor, (Color{0.5f, 0.0f, 0.2f, 1.0f}));
+    EXPECT_EQ(params.scale, 8.0f);
+    EXPECT_EQ(params.textPosX, -3.5f);
+    EXPECT_EQ(params.spacing, 1.0f);
+    EXPECT_EQ(params.lineSpacing, 2.0f);
+    for (const char* json : {R"({"textColor": [0, 0, 0], "bgColor": [1, 0]})", "[1, 2]"}) {
+        EXPECT_EQ(parseBitmapTextParams(parseJson(json)).textColor, (Color{1, 1, 1, 1})) << json;
+        EXPECT_EQ(parseBitmapTextParams(parseJson(json)).bgColor, (Color{0, 0, 0, 0})) << json;
+    }
+}
+
+TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
+    const GLuint program = link("uniform int uTextLength; out vec4 c; void main() { c = vec4(uTextLength / 1024.0); }");
+    for (const auto& [length, shown] : {std::pair{0, 0}, {2, 2}, {600, 512}, {1 << 20, 512}}) {
+        SCOPED_TRACE(length);
+        JsonValue params = parseJson(R"({"text": ""})");
+        params.members[0].second.text = std::string(static_cast<size_t>(length), '\xFF');
+        BitmapText text;
+        createBitmapText(text, params, program);
+        std::vector<GLint> wanted(512, ' ');
+        std::fill_n(wanted.begin(), shown, 255);
+        EXPECT_EQ(texels(text.codeTexture), wanted);
+        EXPECT_EQ(text.textLength, length);
+        drawBitmapText(text, program, kWidth, kHeight);
+        EXPECT_PIXEL(pixel(), {shown / 4, shown / 4, shown / 4, shown / 4});
+        releaseBitmapText(text);
+    }
+    deleteProgram(program);
+}
+
+TEST_F(BitmapTextTest, LettersStandWhereTheyShould) {
+    loadBitmapFont(GALLERY_PATH);
+    EXPECT_EQ(picture(R"({"text": "F\n.i", "scale": 1, "textPosX": 1, "textPosY": 2, "lineSpacing": 1.14})", 14, 17),
+              "..............\n"
+              "..............\n"
+              ".#####........\n"
+              ".#............\n"
+              ".#............\n"
+              ".####.........\n"
+              ".#............\n"
+              ".#............\n"
+              ".#............\n"
+              "..............\n"
+              ".........#....\n"
+              "..............\n"
+              "........##....\n"
+              ".........#....\n"
+              ".........#....\n"
+              "...##....#....\n"
+              "...##...###...\n");
+    // A sign by its byte and by its UTF-8 spelling; the box fills the gap behind it.
+    const std::string box = R"(", "scale": 1, "textPosX": 0, "textPosY": -3})";
+    EXPECT_EQ(picture(R"({"text": "─-)" + box, 12, 1), "###########.\n");
+    EXPECT_EQ(picture("{\"text\": \"\x13-" + box, 12, 1), "###########.\n");
+    // Cut short, a spelling is so many signs: none has the code 0xE2, a round corner has 0x94.
+    EXPECT_EQ(picture("{\"text\": \"\xE2\x94-" + box, 18, 1), "......##....#####.\n");
+}
+
+TEST_F(BitmapTextTest, EveryLineIsFound) {
+    // Further down than the vertex shader knows where lines begin.
+    loadBitmapFont(GALLERY_PATH);
+    std::string text;
+    for (int i = 0; i < 40; ++i) text += "..\\n";
+    const std::string lit = picture("{\"text\": \"" + text + R"(.-", "scale": 1, "textPosX": 0, "textPosY": -319})", 12, 9);
+    EXPECT_EQ(lit.substr(13 * 4, 13 * 5), "......#####.\n............\n..##........\n..##........\n............\n");
+}
+
+TEST_F(BitmapTextTest, WithoutAFontOnlyTheBackgroundIsDrawn) {
+    EXPECT_EQ(picture(R"({"text": "###", "scale": 1, "textPosX": 0, "textPosY": 0})", 6, 1), "......\n");
+    for (const char* scale : {"0", "-1", "1e30", "1e-30"}) {
+        picture(std::string(R"({"bgColor": [1, 1, 1, 1], "spacing": -1e30, "scale": )") + scale + "}", 6, 1);
+    }
+    EXPECT_EQ(picture(R"({"bgColor": [1, 1, 1, 1], "scale": 0})", 6, 1), "######\n");
+}
+
+} // namespace

@@ -109,10 +109,10 @@ void main() {
 
     // Light at the front is that of the front itself, and a beam across the logo.
     float halo = (1.15 * light.r + 0.6 * light.g) * vMoment.y * shown + 2.2 * hot * (light.g + 0.5 * light.b);
-    halo += 0.9 * hot * hot * hot * exp(-square((at.y - 0.5) / 0.34)) * smoothstep(0.0, 0.03, light.r);
+    halo += 0.7 * square(square(square(hot))) * exp(-square((at.y - 0.5) / 0.3)) * smoothstep(0.0, 0.03, light.r);
     halo = 1.0 - exp(-1.15 * uGlow * uGlowColor.a * halo);
     halo = clamp(halo + (hash(gl_FragCoord.xy) - 0.5) / 255.0, 0.0, 1.0);
-    vec3 haloColor = mix(uGlowColor.rgb, vec3(1.0), 0.35 * halo * halo + 0.5 * hot);
+    vec3 haloColor = mix(uGlowColor.rgb, vec3(1.0), 0.35 * halo * halo + 0.3 * hot);
 
     float body = cover * shown * clamp(uFillColor.a, 0.0, 1.0);
     float alpha = body + halo * (1.0 - body);

@@ -174,6 +174,55 @@ KINETIC_TEXTS = [
      "A soft halo follows the outlines. Parameters: `outlineGlowRadius`, `outlineGlowIntensity`, `outlineGlowColor`."),
 ]
 
+# ---- lower thirds and credits ----
+
+CREW = [
+    {"role": "Direction", "name": "Ines Halvard"},
+    {"role": "Code", "name": "Tomas Wren\nYuki Adler"},
+    {"role": "Design", "name": "Petra Lund", "subtitle": "logos, lettering and light"},
+    {"role": "Music", "name": "Oskar Vale", "subtitle": "recorded in one night"},
+    {"role": "The relay"},
+    {"role": "Camera", "name": "Ada Quist"},
+    {"role": "Sound", "name": "Milo Farr"},
+    {"role": "Shaders", "name": "June Marchetti\nBo Lindqvist"},
+    {"role": "Thanks", "name": "Everyone who stayed"},
+]
+
+# name, picture beneath, parameters, what one sees
+LOWER_THIRDS = [
+    ("slide-left", SHAFT, {"enterDuration": 0.6},
+     "In from the left, the texts a little later, the badge from behind the panel. Here in the default font with the "
+     "default texts."),
+    ("slide-right", PLATE,
+     {"fontPath": SLAB, "enter": "slide-right", "enterDuration": 0.6, "anchor": "top-right", "title": "Ada Quist",
+      "subtitle": "Camera two, north stand\nsince the first hour", "label": "Guest"},
+     "In from the right, caught on its way; \"anchor\" mirrors the panel and takes it to another corner."),
+    ("slide-up", MOLTEN,
+     {"fontPath": SLAB, "enter": "slide-up", "enterDuration": 0.6, "anchor": "center", "title": "Glass and Static",
+      "subtitle": "The second movement", "label": ""},
+     "In from below, caught on its way. In the centre the accent lies at the foot."),
+    ("fade in", SHAFT,
+     {"fontPath": SLAB, "enter": "fade", "enterDuration": 0.6, "title": "Track 04", "subtitle": "Night Shift, live",
+      "label": "Now playing", "accentColor": [0.35, 0.72, 0.92]},
+     "Panel, title, subtitle and badge fade in one after the other. The badge wears the accent's colour."),
+    ("wipe in", PLATE,
+     {"fontPath": SLAB, "enter": "wipe", "enterDuration": 0.6, "title": "Coming up", "subtitle": "Monolith, in three minutes",
+      "label": "Next"},
+     "Opens from the accent on, caught on its way."),
+]
+
+# Seconds that a roll has: two would be a rush.
+ROLL_LENGTH = 6.0
+
+CREDIT_ROLLS = [
+    ("credits scroll", MOLTEN, {"fontPath": SLAB, "entries": CREW},
+     "Rolls by in just the entry's duration: roles end and names begin at the gutter. A role without a name is a heading."),
+    ("credits centered", SHAFT, {"fontPath": SLAB, "align": "center", "header": "The Night Shift", "entries": CREW},
+     "Role, name and subtitle below one another."),
+    ("credits blocks", PLATE, {"fontPath": SLAB, "mode": "blocks", "fadeDuration": 0.5, "entries": CREW},
+     "Groups that fade in and out and share the entry's duration, under a header that stays."),
+]
+
 # ---- logos ----
 
 EMBLEM = {"type": "image", "params": {"image": "@emblem", "fit": "contain"}}
@@ -205,9 +254,12 @@ LOGOS = [
 # Seconds into a thing at which its still is taken, where the middle says less.
 MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9,
            "reveal character": 1.25, "reveal word": 1.15, "punch": 0.95, "typeon": 1.3, "explode": 0.8,
-           "scramble": 0.95}
+           "scramble": 0.95,
+           "slide-right": 0.17, "slide-up": 0.16, "wipe in": 0.27, "credits scroll": 3.0, "credits centered": 2.6,
+           "credits blocks": 1.5}
 
 
 def captions():
     """The names in the order of the rows of the captions' picture."""
-    return [thing[0] for thing in TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOGOS]
+    groups = TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOWER_THIRDS + CREDIT_ROLLS + LOGOS
+    return [thing[0] for thing in groups]

@@ -14,8 +14,8 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from gallery_table import (COMPOSITES, GLITCHES, KINETIC_TEXTS, LOGOS, MOMENTS, POSTER, TRANSITIONS, captions,
-                           glitched)
+from gallery_table import (COMPOSITES, CREDIT_ROLLS, GLITCHES, KINETIC_TEXTS, LOGOS, LOWER_THIRDS, MOMENTS, POSTER,
+                           ROLL_LENGTH, TRANSITIONS, captions, glitched)
 from make_show_images import caption_width
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -74,10 +74,10 @@ class Show:
                              "params": {"texture": "@captions", "row": self.row, "rows": rows, "group": group,
                                         "label": round(caption_width(name), 2)}})
 
-    def add_page(self, group, name, moment, sentence, shown):
+    def add_page(self, group, name, moment, sentence, shown, length=LENGTH):
         self.pages.append((group, name, self.start + MOMENTS.get(name, moment), sentence, shown))
         self.row += 1
-        self.start += LENGTH
+        self.start += length
 
 
 def transition_moment(params):
@@ -122,10 +122,24 @@ def add_kinetic_texts(show):
         show.add_page("Kinetic text", name, LENGTH * 0.5, sentence, effect)
 
 
-def add_words(show, scene, beneath, effect, name):
+def add_lower_thirds(show):
+    for name, beneath, params, sentence in LOWER_THIRDS:
+        effect = {"type": "lowerthird", "params": params}
+        add_words(show, name, beneath, effect, name)
+        show.add_page("Lower thirds", name, LENGTH * 0.5, sentence, effect)
+
+
+def add_credit_rolls(show):
+    for name, beneath, params, sentence in CREDIT_ROLLS:
+        effect = {"type": "creditroll", "params": params}
+        add_words(show, name, beneath, effect, name, ROLL_LENGTH)
+        show.add_page("Credit rolls", name, ROLL_LENGTH * 0.5, sentence, effect, ROLL_LENGTH)
+
+
+def add_words(show, scene, beneath, effect, name, length=LENGTH):
     """A scene with words as an overlay over its picture."""
-    show.add_scene(scene, beneath, 3, name, show.start, LENGTH)
-    place = {"scene": scene, "start": round(show.start, 3), "duration": LENGTH}
+    show.add_scene(scene, beneath, 3, name, show.start, length)
+    place = {"scene": scene, "start": round(show.start, 3), "duration": length}
     show.entries.append({"id": f"{scene}, words", "type": effect["type"], **place, "overlay": True, "layer": 1,
                          "params": effect["params"]})
 
@@ -182,7 +196,7 @@ def slug(group, name):
 
 def write_document(show):
     lines = ["# Gallery", "",
-             "Every transition style, composite, glitch style and kind of text, as `shows/gallery` shows them for two seconds",
+             "Every transition style, composite, glitch style and kind of text, as `shows/gallery` shows them for some seconds",
              "each: `./play.sh shows/gallery`, then Right and Left to leaf through. A transition is a pair of scenes and thus",
              "two stops: its outgoing picture, and the moment at which the transition sets out.", "",
              "This page and the show are written by `tools/make_gallery.py`.", ""]
@@ -194,6 +208,8 @@ def write_document(show):
                          "either a style shows a picture of its own.",
         "Kinetic text": "An entry over others, in a colour font. Lengths are in pixels of the output, \"scale\" in pixels "
                         "a texel of the font.",
+        "Lower thirds": "An entry over others. Every style leaves the way it came.",
+        "Credit rolls": "An entry over others, here six seconds long.",
         "Logos": "An entry over others. A logo is the paths of an SVG file, `tools/make_logos.py` draws those of the shows.",
     }
     last = None
@@ -241,6 +257,8 @@ def main():
     add_composites(show)
     add_glitches(show)
     add_kinetic_texts(show)
+    add_lower_thirds(show)
+    add_credit_rolls(show)
     add_logos(show)
     write_show(show)
     write_document(show)

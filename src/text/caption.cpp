@@ -1,12 +1,90 @@
 #include "text/caption.h"
 
-bool createCaption(Caption&, const JsonValue&, bool, float, const std::string&, GLuint) {
-    return false;
+#include "gpu/gl_functions.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+UniformInfo uniformOf(GLuint program, const char* name) {
+    const UniformInfo* uniform = findUniform(program, name);
+    return uniform ? *uniform : UniformInfo{};
 }
 
-void drawCaption(Caption&, GLuint, float, int, int) {}
+// The entry's length on its effect's clock, which "timeScale" makes faster or slower.
+float clockDuration(const JsonValue& params, float duration) {
+    const float length = duration * getFinite(find(params, "timeScale"), 1.0f);
+    return std::isfinite(length) ? std::max(length, 0.0f) : 0.0f;
+}
+
+void layout(Caption& caption, int width, int height) {
+    if (caption.layoutWidth == width && caption.layoutHeight == height) return;
+    caption.layoutWidth = width;
+    caption.layoutHeight = height;
+    size_t most = kCaptionQuadFloats;
+    if (caption.params.isCreditRoll) {
+        caption.creditRoll = layoutCreditRoll(caption.params, caption.letters, width, height);
+        most = std::max(most, caption.creditRoll.mostFloats);
+    } else {
+        caption.lowerThird = layoutLowerThird(caption.params, caption.letters, width, height);
+        most = std::max(most, maxLowerThirdFloats(caption.lowerThird));
+    }
+    caption.vertices.reserve(most);
+}
+
+} // namespace
+
+bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
+                   const std::string& baseDir, GLuint program) {
+    caption.params = readCaptionParams(params, isCreditRoll);
+    caption.duration = clockDuration(params, duration);
+    if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
+    caption.letters = readCaptionFont(caption.font);
+    caption.fontTexture = uniformOf(program, "uFontTexture");
+    caption.atlasSize = uniformOf(program, "uAtlasSize");
+    caption.cellSize = uniformOf(program, "uCellSize");
+    caption.stream = createVertexStream({2, 2, 1, 4, 1});
+    // While a show loads the viewport is the output.
+    GLint viewport[4] = {};
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    layout(caption, viewport[2], viewport[3]);
+    return true;
+}
+
+void buildCaption(Caption& caption, float time, int width, int height) {
+    layout(caption, width, height);
+    caption.vertices.clear();
+    if (caption.params.isCreditRoll) {
+        appendCreditRoll(caption.vertices, caption.creditRoll, caption.params, caption.letters, time,
+                         caption.duration);
+    } else {
+        appendLowerThird(caption.vertices, caption.lowerThird, caption.params, caption.letters, time,
+                         caption.duration);
+    }
+    // Drivers compile at the first draw, which must not wait for the first letter.
+    if (caption.vertices.empty()) appendNothing(caption.vertices);
+}
+
+void drawCaption(Caption& caption, GLuint program, float time, int width, int height) {
+    if (!program || !caption.font.texture) return;
+    buildCaption(caption, time, width, height);
+    setBlending(caption.params.blendMode);
+    gl.UseProgram(program);
+    const float w = static_cast<float>(width), h = static_cast<float>(height);
+    setUniformVec2(standardUniform(program, StandardUniform::uResolution), w, h);
+    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), caption.params.alpha);
+    setUniformInt(caption.fontTexture, 0);
+    setUniformVec2(caption.atlasSize, static_cast<float>(caption.font.textureWidth),
+                   static_cast<float>(caption.font.textureHeight));
+    setUniformVec2(caption.cellSize, caption.letters.cellWidth, caption.letters.cellHeight);
+    gl.ActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, caption.font.texture);
+    drawVertexStream(caption.stream, caption.vertices);
+}
 
 void releaseCaption(Caption& caption) {
+    deleteVertexStream(caption.stream);
     releaseColorFont(caption.font);
     caption = {};
 }

@@ -223,6 +223,33 @@ CREDIT_ROLLS = [
      "Groups that fade in and out and share the entry's duration, under a header that stays."),
 ]
 
+# ---- logos ----
+
+EMBLEM = {"type": "image", "params": {"image": "@emblem", "fit": "contain"}}
+INK_AND_BONE = {"fillColor": [0.05, 0.06, 0.1], "glowColor": [1.0, 0.88, 0.72, 1.0]}
+BONE_AND_EMBER = {"fillColor": [0.98, 0.94, 0.86], "glowColor": [1.0, 0.36, 0.16, 1.0]}
+
+# name, picture beneath, effect, what one sees
+LOGOS = [
+    ("logo static", SHAFT,
+     {"type": "shapetext", "params": {"animation": "static", "blendMode": "alpha", "width": 0.72, "y": 0.48, "scanSpeed": 0.0}},
+     "Without an animation; \"blendMode\" lets the logo cover what lies beneath, and without a \"scanSpeed\" its lines stand "
+     "still."),
+    ("logo pulse", MOLTEN,
+     {"type": "shapetext", "params": {"animation": "pulse", "width": 0.64, "y": 0.48, "pulseAmount": 0.08, "pulseSpeed": 6.28,
+                                      "blendMode": "alpha", "glow": 1.6, **INK_AND_BONE}},
+     "The size swings about the centre, once a second here."),
+    ("logo reveal", FROST,
+     {"type": "shapetext", "params": {"animation": "reveal", "width": 0.72, "y": 0.48, "revealSpeed": 0.7}},
+     "Drawn in from the left behind a hot front; in additive light, as without any \"params\"."),
+    ("logo wave", DUSK,
+     {"type": "shapetext", "params": {"animation": "wave", "width": 0.66, "y": 0.48, "rotation": 8.0, "waveAmount": 0.14,
+                                      "waveSpeed": 6.28, "blendMode": "alpha", **BONE_AND_EMBER}},
+     "A wave runs through it, of \"waveAmount\" logo heights; \"rotation\" counts degrees, counter-clockwise."),
+    ("svg picture", DUSK, EMBLEM,
+     "An SVG file is a picture like any other, white on transparent, 1024 pixels on its longer side."),
+]
+
 
 # Seconds into a thing at which its still is taken, where the middle says less.
 MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9,
@@ -234,5 +261,5 @@ MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9,
 
 def captions():
     """The names in the order of the rows of the captions' picture."""
-    groups = TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOWER_THIRDS + CREDIT_ROLLS
+    groups = TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOWER_THIRDS + CREDIT_ROLLS + LOGOS
     return [thing[0] for thing in groups]

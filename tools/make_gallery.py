@@ -14,8 +14,8 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from gallery_table import (COMPOSITES, CREDIT_ROLLS, GLITCHES, KINETIC_TEXTS, LOWER_THIRDS, MOMENTS, POSTER, ROLL_LENGTH,
-                           TRANSITIONS, captions, glitched)
+from gallery_table import (COMPOSITES, CREDIT_ROLLS, GLITCHES, KINETIC_TEXTS, LOGOS, LOWER_THIRDS, MOMENTS, POSTER,
+                           ROLL_LENGTH, TRANSITIONS, captions, glitched)
 from make_show_images import caption_width
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -144,6 +144,12 @@ def add_words(show, scene, beneath, effect, name, length=LENGTH):
                          "params": effect["params"]})
 
 
+def add_logos(show):
+    for name, beneath, effect, sentence in LOGOS:
+        add_words(show, name, beneath, effect, name)
+        show.add_page("Logos", name, LENGTH * 0.5, sentence, effect)
+
+
 # ---- what the shaders say of themselves ------------------------------------------------
 
 def transition_parameters():
@@ -175,7 +181,7 @@ def write_show(show):
         "globals": {"width": 1280, "height": 720, "fullscreen": False, "loop": True},
         "fallbackImage": "@poster",
         "assets": {"poster": "assets/images/poster.png", "weave": "assets/images/weave_field.png",
-                   "captions": "assets/images/captions_field.png"},
+                   "captions": "assets/images/captions_field.png", "emblem": "assets/logos/emblem.svg"},
         "transitions": show.presets,
     }
     entries = ",\n".join(entry_text(entry) for entry in show.entries)
@@ -204,6 +210,7 @@ def write_document(show):
                         "a texel of the font.",
         "Lower thirds": "An entry over others. Every style leaves the way it came.",
         "Credit rolls": "An entry over others, here six seconds long.",
+        "Logos": "An entry over others. A logo is the paths of an SVG file, `tools/make_logos.py` draws those of the shows.",
     }
     last = None
     for group, name, _, sentence, shown in show.pages:
@@ -252,6 +259,7 @@ def main():
     add_kinetic_texts(show)
     add_lower_thirds(show)
     add_credit_rolls(show)
+    add_logos(show)
     write_show(show)
     write_document(show)
     if not options.no_stills:

@@ -36,10 +36,7 @@ void writeSplitUniforms(const Effect& effect) {
 }
 
 SplitUniforms resolveUniforms(GLuint program) {
-    const auto resolve = [&](const char* name) {
-        const UniformInfo* uniform = findUniform(program, name);
-        return uniform ? *uniform : UniformInfo{};
-    };
+    const auto resolve = [&](const char* name) { return uniformNamed(program, name); };
     return {resolve("uPosition"),      resolve("uAmplitude"), resolve("uSpeed"), resolve("uAngle"),
             resolve("uWaveFrequency"), resolve("uFeather"),   resolve("uMode"),  resolve("uInvert")};
 }

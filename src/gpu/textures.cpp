@@ -14,7 +14,7 @@ namespace {
 constexpr int64_t kMaxTexels = 1 << 28; // of all pictures together: a gigabyte
 
 struct TextureCache {
-    std::unordered_map<std::string, TextureInfo> byPath;
+    std::unordered_map<std::string, TextureInfo> byKey;
     int64_t texels = 0;
     GLuint black = 0;
 };
@@ -36,48 +36,51 @@ GLuint uploadTexture(const uint8_t* pixels, int width, int height) {
     return 0;
 }
 
-// The texture of an image file; the zero record and the reason on failure.
-TextureInfo createTexture(const std::string& path, std::string& reason) {
-    TextureInfo info;
-    DecodedImage image;
-    if (!decodeImage(path, image, reason)) return info;
+// Why a picture of that size has no place; empty when it has.
+std::string whyNoRoom(int width, int height) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    if (std::max(image.width, image.height) > limit) {
-        reason = "larger than the driver's limit of " + std::to_string(limit) + " pixels";
-        return info;
+    if (std::max(width, height) > limit) {
+        return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
     }
-    const int64_t texels = int64_t{image.width} * image.height;
-    if (cache().texels + texels > kMaxTexels) {
-        reason = "the show's pictures are too many; there is room for " + std::to_string(kMaxTexels >> 20) + " megapixels";
-        return info;
-    }
-    const GLuint texture = uploadTexture(image.pixels.data(), image.width, image.height);
-    if (!texture) {
-        reason = "the driver has no memory for it";
-        return info;
-    }
-    cache().texels += texels;
-    return {texture, image.width, image.height, path};
+    if (cache().texels + int64_t{width} * height <= kMaxTexels) return {};
+    return "the show's pictures are too many; there is room for " + std::to_string(kMaxTexels >> 20) + " megapixels";
+}
+
+TextureInfo reportFailure(const std::string& path, const std::string& reason) {
+    logLine("  [WARN] Texture load failed: %s\n", path.c_str());
+    if (!reason.empty()) printError("%s: %s\n", path.c_str(), reason.c_str());
+    return {};
 }
 
 } // namespace
 
 TextureInfo loadTexture(const std::string& path) {
     if (path.empty()) return {};
-    const auto found = cache().byPath.find(path);
-    if (found != cache().byPath.end()) return found->second;
-
+    if (const TextureInfo* found = findTexture(path)) return *found;
     std::string reason;
-    const TextureInfo info = createTexture(path, reason);
-    if (!info.texture) {
-        logLine("  [WARN] Texture load failed: %s\n", path.c_str());
-        printError("%s: %s\n", path.c_str(), reason.c_str());
-        return {};
-    }
-    logLine("  [TEX] %s (%dx%d)\n", path.c_str(), info.width, info.height);
-    cache().byPath[path] = info;
-    return info;
+    DecodedImage image;
+    if (!decodeImage(path, image, reason)) return reportFailure(path, reason);
+    return addTexture(path, path, image.pixels.data(), image.width, image.height);
+}
+
+const TextureInfo* findTexture(const std::string& key) {
+    const auto found = cache().byKey.find(key);
+    return found == cache().byKey.end() ? nullptr : &found->second;
+}
+
+TextureInfo addTexture(const std::string& key, const std::string& path, const uint8_t* pixels, int width, int height) {
+    const std::string reason = whyNoRoom(width, height);
+    if (!reason.empty()) return reportFailure(path, reason);
+    const GLuint texture = uploadTexture(pixels, width, height);
+    if (!texture) return reportFailure(path, "the driver has no memory for it");
+    cache().texels += int64_t{width} * height;
+    logLine("  [TEX] %s (%dx%d)\n", path.c_str(), width, height);
+    return cache().byKey[key] = {texture, width, height, path};
+}
+
+TextureInfo reportMissingTexture(const std::string& path) {
+    return reportFailure(path, "");
 }
 
 void bindBlackTextures() {
@@ -94,7 +97,7 @@ void bindBlackTexture(int unit) {
 }
 
 void deleteTextures() {
-    for (const auto& [path, info] : cache().byPath) glDeleteTextures(1, &info.texture);
+    for (const auto& [key, info] : cache().byKey) glDeleteTextures(1, &info.texture);
     if (cache().black) glDeleteTextures(1, &cache().black);
     cache() = {};
 }

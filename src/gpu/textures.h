@@ -1,8 +1,9 @@
-// Images as textures, each path decoded and uploaded once.
+// Pictures as textures, each image file decoded and uploaded once.
 #pragma once
 
 #include "platform/gl.h"
 
+#include <cstdint>
 #include <string>
 
 struct TextureInfo {
@@ -16,6 +17,18 @@ struct TextureInfo {
 // An empty path gives the zero record in silence, an image that cannot be loaded one line in the log.
 // Failures are not remembered. The texture belongs to the cache, whose key is the path as given.
 TextureInfo loadTexture(const std::string& path);
+
+// The cache itself, for pictures that are made instead of decoded: their key is the path and behind a newline,
+// which no path has, what tells them from the file's other pictures. Null when the key is not there; the
+// record stays where it is until the next picture comes.
+const TextureInfo* findTexture(const std::string& key);
+
+// Adds width x height RGBA texels, first row at the bottom of texture space. `path` is for the log, which gets
+// one line, and on failure (too large, the show's pictures too many) the zero record comes back.
+TextureInfo addTexture(const std::string& key, const std::string& path, const uint8_t* pixels, int width, int height);
+
+// The zero record, and the log line of a picture that cannot be loaded.
+TextureInfo reportMissingTexture(const std::string& path);
 
 // Binds a 1x1 black texture to a unit, or to all. Sampling it looks like sampling no texture at all, but to
 // the driver it is an RGBA8 texture, like all others that code is compiled for.

@@ -148,6 +148,11 @@ const UniformInfo* findUniform(GLuint program, const std::string& name) {
     return found == table.byName.end() ? nullptr : &found->second;
 }
 
+UniformInfo uniformNamed(GLuint program, const std::string& name) {
+    const UniformInfo* uniform = findUniform(program, name);
+    return uniform ? *uniform : UniformInfo{};
+}
+
 bool isStandardUniform(const std::string& name) {
     return name == "iChannelResolution" ||
            std::find(std::begin(kStandardNames), std::end(kStandardNames), name) != std::end(kStandardNames);

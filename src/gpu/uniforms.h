@@ -59,6 +59,9 @@ void forgetProgramUniforms(GLuint program); // 0 is ignored
 // Null when the program does not declare the name.
 const UniformInfo* findUniform(GLuint program, const std::string& name);
 
+// The same by value; with location -1 when it is not declared. For those who write it every frame.
+UniformInfo uniformNamed(GLuint program, const std::string& name);
+
 // True for a name that the player writes itself, so that a show cannot.
 bool isStandardUniform(const std::string& name);
 

@@ -7,11 +7,6 @@
 
 namespace {
 
-UniformInfo uniformOf(GLuint program, const char* name) {
-    const UniformInfo* uniform = findUniform(program, name);
-    return uniform ? *uniform : UniformInfo{};
-}
-
 // The entry's length on its effect's clock, which "timeScale" makes faster or slower.
 float clockDuration(const JsonValue& params, float duration) {
     const float length = duration * getFinite(find(params, "timeScale"), 1.0f);
@@ -41,9 +36,9 @@ bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll,
     caption.duration = clockDuration(params, duration);
     if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
     caption.letters = readCaptionFont(caption.font);
-    caption.fontTexture = uniformOf(program, "uFontTexture");
-    caption.atlasSize = uniformOf(program, "uAtlasSize");
-    caption.cellSize = uniformOf(program, "uCellSize");
+    caption.fontTexture = uniformNamed(program, "uFontTexture");
+    caption.atlasSize = uniformNamed(program, "uAtlasSize");
+    caption.cellSize = uniformNamed(program, "uCellSize");
     caption.stream = createVertexStream({2, 2, 1, 4, 1});
     // While a show loads the viewport is the output.
     GLint viewport[4] = {};

@@ -7,15 +7,10 @@
 
 namespace {
 
-UniformInfo resolve(GLuint program, const char* name) {
-    const UniformInfo* uniform = findUniform(program, name);
-    return uniform ? *uniform : UniformInfo{};
-}
-
 KineticUniforms resolveUniforms(GLuint program) {
-    return {resolve(program, "iResolution"), resolve(program, "uFontTexture"), resolve(program, "uAlpha"),
-            resolve(program, "uTextureTexelSize"), resolve(program, "uRenderMode"), resolve(program, "uGlowColor"),
-            resolve(program, "uGlowIntensity"), resolve(program, "uGlowRadius")};
+    return {uniformNamed(program, "iResolution"), uniformNamed(program, "uFontTexture"), uniformNamed(program, "uAlpha"),
+            uniformNamed(program, "uTextureTexelSize"), uniformNamed(program, "uRenderMode"), uniformNamed(program, "uGlowColor"),
+            uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius")};
 }
 
 void drawGlow(const KineticText& text) {

@@ -1,7 +1,169 @@
 #include "text/shape_text.h"
 
-bool createShapeText(ShapeText&, const JsonValue&, const std::string&, GLuint) {
-    return false;
+#include "gpu/gl_functions.h"
+#include "gpu/quad.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr float kLeastWidth = 0.001f;
+constexpr int kMaskUnit = 0;
+constexpr int kGlowUnit = 1;
+
+void readPositive(const JsonValue& params, const char* key, float& value) {
+    value = std::max(getFinite(find(params, key), value), 0.0f);
 }
 
-void drawShapeText(const ShapeText&, GLuint, float, int, int) {}
+void readColor(const JsonValue& json, std::array<float, 4>& color) {
+    const size_t count = std::min(json.items.size(), color.size());
+    for (size_t i = 0; i < count; ++i) color[i] = getFinite(json.items[i], color[i]);
+}
+
+ShapeAnchor anchorFrom(const std::string& name) {
+    if (name == "center") return ShapeAnchor::center;
+    return name == "right" ? ShapeAnchor::right : ShapeAnchor::left;
+}
+
+ShapeAnimation animationFrom(const std::string& name) {
+    if (name == "pulse") return ShapeAnimation::pulse;
+    return name == "reveal" ? ShapeAnimation::reveal : ShapeAnimation::still;
+}
+
+ShapeTextUniforms resolveUniforms(GLuint program) {
+    const auto named = [&](const char* name) { return uniformNamed(program, name); };
+    ShapeTextUniforms u;
+    u.rect = named("uRect");
+    u.rotation = named("uRotation");
+    u.fillColor = named("uFillColor");
+    u.glowColor = named("uGlowColor");
+    u.glow = named("uGlow");
+    u.edge = named("uEdge");
+    u.reveal = named("uReveal");
+    u.waveAmount = named("uWaveAmount");
+    u.waveSpeed = named("uWaveSpeed");
+    u.scanSpeed = named("uScanSpeed");
+    u.texelSize = named("uTexelSize");
+    u.mask = named("uMask");
+    u.glowMask = named("uGlowMask");
+    u.glowMap = named("uGlowMap");
+    return u;
+}
+
+void setColor(const UniformInfo& uniform, const std::array<float, 4>& color) {
+    setUniformVec4(uniform, color[0], color[1], color[2], color[3]);
+}
+
+void setLook(const ShapeText& shape, float time, int width, int height) {
+    const ShapeTextParams& params = shape.params;
+    const ShapeTextUniforms& u = shape.uniforms;
+    const ShapeRect rect = shapeTextRect(shape, time, width, height);
+    setUniformVec4(u.rect, rect.left, rect.bottom, rect.width, rect.height);
+    setUniformFloat(u.rotation, params.rotation);
+    setColor(u.fillColor, params.fillColor);
+    setColor(u.glowColor, params.glowColor);
+    setUniformFloat(u.glow, params.glow);
+    setUniformFloat(u.edge, params.edge);
+    setUniformFloat(u.reveal, shapeTextReveal(shape, time));
+    setUniformFloat(u.waveAmount, params.waveAmount);
+    setUniformFloat(u.waveSpeed, params.waveSpeed);
+    setUniformFloat(u.scanSpeed, params.scanSpeed);
+}
+
+void bindTexture(int unit, const UniformInfo& sampler, GLuint texture) {
+    if (texture) {
+        gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+        glBindTexture(GL_TEXTURE_2D, texture);
+    } else {
+        bindBlackTexture(unit);
+    }
+    setUniformInt(sampler, unit);
+}
+
+void bindLogo(const ShapeText& shape) {
+    const ShapeTextUniforms& u = shape.uniforms;
+    const LogoTextures& logo = shape.logo;
+    if (u.glowMask.location >= 0) bindTexture(kGlowUnit, u.glowMask, logo.glow.texture);
+    bindTexture(kMaskUnit, u.mask, logo.mask.texture);
+    const float maskWidth = static_cast<float>(logo.mask.width), maskHeight = static_cast<float>(logo.mask.height);
+    setUniformVec2(u.texelSize, 1.0f / maskWidth, 1.0f / maskHeight);
+    const GlowPlace& place = logo.glowPlace;
+    setUniformVec4(u.glowMap, place.scaleX, place.scaleY, place.offsetX, place.offsetY);
+}
+
+} // namespace
+
+ShapeTextParams parseShapeTextParams(const JsonValue& json) {
+    ShapeTextParams params;
+    if (json.kind != JsonKind::object) return params;
+    params.svgPath = getString(find(json, "svgPath"), params.svgPath.c_str());
+    params.x = getFinite(find(json, "x"), params.x);
+    params.y = getFinite(find(json, "y"), params.y);
+    params.width = std::max(getFinite(find(json, "width"), params.width), kLeastWidth);
+    readPositive(json, "height", params.height);
+    params.anchor = anchorFrom(getString(find(json, "anchor"), "center"));
+    params.rotation = getFinite(find(json, "rotation"), params.rotation);
+    params.alpha = std::clamp(getFinite(find(json, "alpha"), params.alpha), 0.0f, 1.0f);
+    params.blendMode = blendModeFrom(getString(find(json, "blendMode"), "additive"));
+    params.animation = animationFrom(getString(find(json, "animation"), "pulse"));
+    readPositive(json, "glow", params.glow);
+    readPositive(json, "edge", params.edge);
+    readPositive(json, "pulseAmount", params.pulseAmount);
+    readPositive(json, "pulseSpeed", params.pulseSpeed);
+    readPositive(json, "waveAmount", params.waveAmount);
+    readPositive(json, "waveSpeed", params.waveSpeed);
+    readPositive(json, "scanSpeed", params.scanSpeed);
+    readPositive(json, "revealSpeed", params.revealSpeed);
+    params.rasterWidth = std::clamp(getInt(find(json, "rasterWidth"), params.rasterWidth), kMinRaster, kMaxRaster);
+    params.rasterHeight = std::clamp(getInt(find(json, "rasterHeight"), params.rasterHeight), kMinRaster, kMaxRaster);
+    readColor(find(json, "fillColor"), params.fillColor);
+    readColor(find(json, "glowColor"), params.glowColor);
+    return params;
+}
+
+bool createShapeText(ShapeText& shape, const JsonValue& params, const std::string& baseDir, GLuint program) {
+    shape.params = parseShapeTextParams(params);
+    shape.uniforms = resolveUniforms(program);
+    const bool withGlow = shape.uniforms.glowMask.location >= 0;
+    const ShapeTextParams& p = shape.params;
+    return loadLogo(p.svgPath, baseDir, p.rasterWidth, p.rasterHeight, withGlow, shape.logo);
+}
+
+ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int height) {
+    const ShapeTextParams& params = shape.params;
+    float w = params.width, h = params.height;
+    if (h <= 0.0f) {
+        const float outputAspect = static_cast<float>(width) / static_cast<float>(std::max(height, 1));
+        h = w * outputAspect * static_cast<float>(shape.logo.mask.height)
+            / static_cast<float>(std::max(shape.logo.mask.width, 1));
+    }
+    float left = params.x, top = params.y;
+    switch (params.anchor) {
+    case ShapeAnchor::left: break;
+    case ShapeAnchor::right: left -= w; break;
+    case ShapeAnchor::center:
+        left -= w * 0.5f;
+        top -= h * 0.5f;
+        break;
+    }
+    float size = 1.0f;
+    if (params.animation == ShapeAnimation::pulse) size += std::sin(time * params.pulseSpeed) * params.pulseAmount;
+    const float centerX = left + w * 0.5f, centerY = 1.0f - (top + h * 0.5f);
+    return {centerX - w * size * 0.5f, centerY - h * size * 0.5f, w * size, h * size};
+}
+
+float shapeTextReveal(const ShapeText& shape, float time) {
+    if (shape.params.animation != ShapeAnimation::reveal) return kFullReveal;
+    return std::min(time * shape.params.revealSpeed, kFullReveal);
+}
+
+void drawShapeText(const ShapeText& shape, GLuint program, float time, int width, int height) {
+    if (!shape.logo.mask.texture) return;
+    setBlending(shape.params.blendMode);
+    gl.UseProgram(program);
+    setStandardUniforms(program, time, 0, shape.params.alpha, width, height);
+    setLook(shape, time, width, height);
+    bindLogo(shape);
+    drawQuad();
+}

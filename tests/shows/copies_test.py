@@ -25,6 +25,12 @@ class Copies(unittest.TestCase):
         self.assertEqual(fonts["gallery"], fonts["showcase"])
         self.assertIn(pathlib.Path("assets/fonts/bitmapfont.json"), fonts["gallery"])
 
+    def test_both_shows_have_the_same_logos(self):
+        logos = {show: {path.name: path.read_bytes() for path in (SHOWS / show / "assets/logos").iterdir()}
+                 for show in ("gallery", "showcase")}
+        self.assertEqual(logos["gallery"], logos["showcase"])
+        self.assertIn("demo_shape_text.svg", logos["gallery"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -87,12 +87,6 @@ const UniformInfo& standardOf(const UniformTable& table, StandardUniform name) {
     return table.standard[static_cast<size_t>(name)];
 }
 
-const UniformInfo& uniformNamed(GLuint program, const std::string& name) {
-    static const UniformInfo undeclared;
-    const UniformInfo* uniform = findUniform(program, name);
-    return uniform ? *uniform : undeclared;
-}
-
 void bindTextureUnit(int unit, GLuint texture) {
     gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
     glBindTexture(GL_TEXTURE_2D, texture);

@@ -41,6 +41,7 @@ class NativeLog(PlayerTest):
 [WIN] Client size: 4x4 (requested=4x4, fullscreen=false)
 [GL] ...
 [GL] ...
+[FONT] bitmapfont.json not found
 [TIMELINE] Loading 10 entries
   [LOAD] t=0.000s dur=0.500s scene=intro type=plain
   [OK] plain
@@ -131,6 +132,7 @@ class LegacyLog(PlayerTest):
 [WIN] Client size: 4x4 (requested=4x4, fullscreen=false)
 [GL] ...
 [GL] ...
+[FONT] bitmapfont.json not found
 [SCENE 1/2] "first" (2 entries, duration=0.3s)
   [LOAD] clock vert={folder}/assets/shaders/clock/clock.vert frag={folder}/assets/shaders/clock/clock.frag
   [OK] clock

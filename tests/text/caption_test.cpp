@@ -115,7 +115,7 @@ TEST(CaptionParamsTest, ReadsBringsIntoRangeAndFallsBack) {
         {R"({})", true, [](const P& p) { return p.side == CaptionSide::center; }, 1},
         {R"({"panelColor": [0.5, "x", 9]})", false, [](const P& p) { return p.panelColor.r * 100 + p.panelColor.g + p.panelColor.b; }, 51.035f},
         {R"({"accentColor": [0, 1, 0]})", false, [](const P& p) { return p.labelColor.g; }, 1},
-        {R"({"mode": "blocks", "align": "centered"})", true, [](const P& p) { return p.mode == CreditMode::blocks && p.align == CreditAlign::center; }, 1},
+        {R"({"mode": "blocks", "align": "center"})", true, [](const P& p) { return p.mode == CreditMode::blocks && p.align == CreditAlign::center; }, 1},
         {R"({"panelEnabled": false})", true, [](const P& p) { return p.showPanel; }, 0},
         {R"({"panelEnabled": false, "showPanel": true})", true, [](const P& p) { return p.showPanel; }, 1},
         {R"({"textTint": [0, 1, 0], "nameTint": [1, 0, 0]})", true, [](const P& p) { return p.nameTint.g + 2 * p.roleTint.g; }, 2},

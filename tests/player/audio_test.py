@@ -65,8 +65,8 @@ class StandIn(PlayerTest):
                         + CLOSED.replace("main loop finished", "ESC"))
 
     def test_values_out_of_range(self):
-        for music, opened, start in (({"volume": 1.5, "startOffset": -3}, (1, 100, 0), 1), ({"volume": -1}, (0, 0, 0), 1),
-                                     ({"startOffset": 100.25}, (1, 100, 100.25), 101.25)):
+        for music, opened, start in (({"volume": 1.5, "startOffset": -3}, (1, 100, 0), 1),
+                                     ({"volume": -1, "startOffset": 100.25}, (0, 0, 100.25), 101.25)):
             with self.subTest(music):
                 log = self.music(scenes(**music))
                 self.assert_log(log, OPENED % opened + "[TIMELINE] BASS audio duration=60.000s; visual/audio delta=-55.000s\n"
@@ -170,20 +170,23 @@ def tone(rate, level):
     return [int(level * math.sin(2 * math.pi * (LOWEST + RISE * t / 2) * t)) for t in (i / rate for i in range(rate * SECONDS))]
 
 
-# Tracker modules whose one sample is the tone, played once by the first of their 64 rows; at 125 beats a minute
-# and 6 ticks a row these take 7.68 s.
+# Tracker modules whose one sample is the tone, played once by the first of their rows; the others take 7.6 s.
 ROWS, TEMPO = 64, (6, 125)
-NOTE_RATE = 8363  # of the sample, at which its note plays it as it is
+NOTE_RATE = 8363  # at which the note plays the sample as it is
 
 
-def padded(data, size=16):
+def pcm(rate=NOTE_RATE):
+    return array.array("b", tone(rate, 100)).tobytes()
+
+
+def padded(data, size):
     return data + bytes(-len(data) % size)
 
 
 def mod(jumps=False):
     """With `jumps` it begins anew at its end, for ever."""
     rate, period = 8287, 428
-    sample = padded(array.array("b", tone(rate, 100)).tobytes(), 2)
+    sample = padded(pcm(rate), 2)
     data = b"tone".ljust(20, b"\0") + bytes(22) + struct.pack(">HBBHH", len(sample) // 2, 0, 64, 0, 1)
     data += (bytes(28) + b"\0\1") * 30 + bytes([1, 127] + [0] * 128) + b"M.K."
     for row in range(ROWS):
@@ -193,8 +196,8 @@ def mod(jumps=False):
 
 
 def xm():
-    sample = tone(NOTE_RATE, 100)
-    deltas = bytes((value - before) & 255 for before, value in zip([0] + sample, sample))
+    sample = pcm()
+    deltas = bytes((value - before) & 255 for before, value in zip(b"\0" + sample, sample))
     cells = bytes([0x83, 49, 1]) + b"\x80" * (ROWS * 2 - 1)
     return (b"Extended Module: " + bytes(20) + b"\x1a" + bytes(20) + struct.pack("<HIHHHHHHHH", 0x104, 276, 1, 0, 2, 1, 1, 1, *TEMPO)
             + bytes(256) + struct.pack("<IBHH", 9, 0, ROWS, len(cells)) + cells
@@ -202,9 +205,9 @@ def xm():
 
 
 def s3m():
-    sample = array.array("b", tone(NOTE_RATE, 100)).tobytes()
+    sample = pcm()
     cells = bytes([0x20, 0x40, 1]) + bytes(ROWS)
-    pattern = padded(struct.pack("<H", len(cells) + 2) + cells)
+    pattern = padded(struct.pack("<H", len(cells) + 2) + cells, 16)
     head = 0x70  # orders and two addresses follow the first 0x60
     data_at = head + 0x50 + len(pattern)
     data = bytes(28) + b"\x1a\x10" + struct.pack("<2xHHHHHH4s6B", 2, 1, 1, 0, 0x1320, 1, b"SCRM", 64, *TEMPO, 0xB0, 0, 0)
@@ -214,7 +217,7 @@ def s3m():
 
 
 def it():
-    sample = array.array("b", tone(NOTE_RATE, 100)).tobytes()
+    sample = pcm()
     cells = bytes([0x81, 3, 60, 1]) + bytes(ROWS)
     head = 0xC0 + 2 + 2 * 4
     data = b"IMPM" + bytes(28) + struct.pack("<8H6B10x", 2, 0, 1, 1, 0x214, 0x200, 9, 0, 128, 48, *TEMPO, 128, 0)

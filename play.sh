@@ -48,6 +48,15 @@ optionValue() {
 
 kStillsRate=2 # a second of video
 
+# WIDTHxHEIGHT of the picture that is rendered unless told otherwise: small, in the show's own aspect.
+renderSize() {
+    local width='' height='' rows=360 most=1280
+    read -r width height < <("$player" "$show" --headless --length 0 2>/dev/null |
+        sed -n 's/^\[WIN\] Client size: \([0-9]*\)x\([0-9]*\) .*/\1 \2/p') || true
+    width=$(((rows * ${width:-16} / ${height:-9} + 1) / 2 * 2))
+    printf '%dx%d' "$((width < 2 ? 2 : width > most ? most : width))" "$rows"
+}
+
 # Renders the show to a video and prints its path and the contact sheet's; returns the player's exit code.
 renderShow() {
     local output video begin code=0
@@ -58,7 +67,7 @@ renderShow() {
 
     say "No display: rendering $show to $video" \
         "(a minute of show takes about two minutes without a graphics card)"
-    "$player" "$show" -o "$video" --fps 25 --size 640x360 "$@" >"$output/player.log" || code=$?
+    "$player" "$show" -o "$video" --fps 25 --size "$(renderSize)" "$@" >"$output/player.log" || code=$?
     if ((code)); then
         tail -n 20 "$output/player.log" >&2
         say "The player ended with exit code $code; its whole log is $output/player.log"

@@ -7,6 +7,7 @@
 #include "platform/output.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 
@@ -59,6 +60,19 @@ bool writeBytes(FrameSink& sink, const uint8_t* bytes, size_t size, const std::a
     return fail(sink, outputName(sink), std::strerror(errno));
 }
 
+// Copies B, G, R, A pixels as opaque R, G, B, A; in whole words, of which the compiler makes vectors.
+void copyOpaque(uint8_t* __restrict target, const uint8_t* __restrict source, size_t pixels) {
+    constexpr bool kLittle = std::endian::native == std::endian::little;
+    constexpr uint32_t kAlpha = kLittle ? 0xFF000000u : 0x000000FFu, kGreen = kLittle ? 0x0000FF00u : 0x00FF0000u;
+    for (size_t i = 0; i < 4 * pixels; i += 4) {
+        uint32_t pixel = 0;
+        std::memcpy(&pixel, source + i, sizeof pixel);
+        const uint32_t outer = pixel & ~(kAlpha | kGreen);
+        pixel = (pixel & kGreen) | outer << 16 | outer >> 16 | kAlpha;
+        std::memcpy(target + i, &pixel, sizeof pixel);
+    }
+}
+
 // Turns the frame upright, a few rows at a time.
 bool writeRows(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
     const size_t rowBytes = static_cast<size_t>(sink.width) * 4;
@@ -68,9 +82,8 @@ bool writeRows(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& 
     for (size_t first = 0; first < rows; first += bandRows) {
         const size_t count = std::min(bandRows, rows - first);
         for (size_t row = 0; row < count; ++row) {
-            uint8_t* target = sink.band.data() + row * rowBytes;
-            std::memcpy(target, pixels + (rows - 1 - first - row) * rowBytes, rowBytes);
-            for (size_t x = 3; x < rowBytes; x += 4) target[x] = 255;
+            const uint8_t* source = pixels + (rows - 1 - first - row) * rowBytes;
+            copyOpaque(sink.band.data() + row * rowBytes, source, rowBytes / 4);
         }
         if (!writeBytes(sink, sink.band.data(), count * rowBytes, cancelled)) return false;
     }
@@ -81,7 +94,7 @@ bool writePicture(FrameSink& sink, const uint8_t* pixels) {
     std::string path, png, reason;
     bool hasNumber = false;
     framePath(sink.output, sink.written, path, hasNumber);
-    if (!encodePng(pixels, sink.width, sink.height, false, png, RowOrder::bottomFirst)) {
+    if (!encodePng(pixels, sink.width, sink.height, false, png, {.bottomFirst = true, .blueFirst = true})) {
         return fail(sink, path, "the PNG encoder failed");
     }
     return writeFile(path, png, reason) || fail(sink, path, reason);

@@ -30,7 +30,7 @@ struct FrameSink {
 // False, with `failure` set, when it cannot be opened or would write several frames under one name.
 bool openSink(FrameSink& sink, const VideoJob& job);
 
-// Writes the next frame: RGBA bytes, bottom row first. The picture is opaque whatever its alpha, as the
+// Writes the next frame: B, G, R, A bytes, bottom row first. The picture is opaque whatever its alpha, as the
 // window shows it. False when no more frames are taken: `failure` is set, or ffmpeg was told to stop here.
 bool writeFrame(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled);
 

@@ -47,14 +47,14 @@ RowPlanes rowPlanes(YuvFrame& frame, int row, size_t stride) {
     return {first, first + stride, first + 2 * stride};
 }
 
-void splitRow(const uint8_t* __restrict rgba, int width, const RowPlanes& planes) {
+void splitRow(const uint8_t* __restrict pixels, int width, const RowPlanes& planes) {
     int16_t* __restrict r = planes.r;
     int16_t* __restrict g = planes.g;
     int16_t* __restrict b = planes.b;
     for (int x = 0; x < width; ++x) {
-        r[x] = static_cast<int16_t>(rgba[4 * x] << 7);
-        g[x] = static_cast<int16_t>(rgba[4 * x + 1] << 7);
-        b[x] = static_cast<int16_t>(rgba[4 * x + 2] << 7);
+        b[x] = static_cast<int16_t>(pixels[4 * x] << 7);
+        g[x] = static_cast<int16_t>(pixels[4 * x + 1] << 7);
+        r[x] = static_cast<int16_t>(pixels[4 * x + 2] << 7);
     }
     for (int16_t* plane : {r, g, b}) {
         plane[-1] = plane[0];
@@ -103,22 +103,22 @@ int evenSide(int side) {
     return side + (side & 1);
 }
 
-void convertFrame(YuvFrame& frame, const uint8_t* rgba, int width, int height) {
+void convertFrame(YuvFrame& frame, const uint8_t* pixels, int width, int height) {
     const int evenWidth = evenSide(width), evenHeight = evenSide(height);
     const size_t stride = static_cast<size_t>(evenWidth) + 2;
-    const size_t pixels = static_cast<size_t>(evenWidth) * static_cast<size_t>(evenHeight);
+    const size_t lumaBytes = static_cast<size_t>(evenWidth) * static_cast<size_t>(evenHeight);
     frame.width = width;
     frame.height = height;
     frame.rows.resize(6 * stride);
-    frame.planes.resize(pixels + pixels / 2);
+    frame.planes.resize(lumaBytes + lumaBytes / 2);
 
     const RowPlanes upper = rowPlanes(frame, 0, stride), lower = rowPlanes(frame, 1, stride);
     const size_t rowBytes = static_cast<size_t>(width) * 4;
     uint8_t* luma = frame.planes.data();
-    uint8_t* cb = luma + pixels;
-    uint8_t* cr = cb + pixels / 4;
+    uint8_t* cb = luma + lumaBytes;
+    uint8_t* cr = cb + lumaBytes / 4;
     for (int y = 0; y < evenHeight; y += 2) {
-        const uint8_t* row = rgba + static_cast<size_t>(height - 1 - y) * rowBytes;
+        const uint8_t* row = pixels + static_cast<size_t>(height - 1 - y) * rowBytes;
         splitRow(row, width, upper);
         splitRow(y + 1 < height ? row - rowBytes : row, width, lower);
         writeLuma(upper, evenWidth, luma);

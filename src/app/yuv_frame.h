@@ -1,4 +1,4 @@
-// Frames as encoders take them: RGBA rows to planar Y'CbCr 4:2:0, BT.709, limited range.
+// Frames as encoders take them: rows of pixels to planar Y'CbCr 4:2:0, BT.709, limited range.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ struct YuvFrame {
 // 4:2:0 needs even sides: an odd last row or column is there twice.
 int evenSide(int side);
 
-// Converts width * height RGBA bytes, bottom row first, into `frame.planes`, top row first; alpha is
-// ignored. Chroma is sited as H.264 and VP9 decoders expect: on the left column of each pair, between its
+// Converts width * height pixels of B, G, R, A bytes, bottom row first, into `frame.planes`, top row first;
+// alpha is ignored. Chroma is sited as H.264 and VP9 decoders expect: on the left column of each pair, between its
 // two rows, hence weights of 1, 2, 1 across and 1, 1 down. Every value is within 0.6 of the exact one.
-void convertFrame(YuvFrame& frame, const uint8_t* rgba, int width, int height);
+void convertFrame(YuvFrame& frame, const uint8_t* pixels, int width, int height);

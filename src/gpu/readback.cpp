@@ -36,7 +36,8 @@ bool createReadback(Readback& readback, GlLookup lookup, int width, int height) 
 void requestFrame(Readback& readback) {
     gl.BindBuffer(GL_PIXEL_PACK_BUFFER, slotBuffer(readback, readback.requested));
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glReadPixels(0, 0, readback.width, readback.height, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    // Drivers keep blue first: software OpenGL hands such pixels over in a tenth of the time.
+    glReadPixels(0, 0, readback.width, readback.height, GL_BGRA, GL_UNSIGNED_BYTE, nullptr);
     gl.BindBuffer(GL_PIXEL_PACK_BUFFER, 0);
     glFlush();
     ++readback.requested;

@@ -25,8 +25,8 @@ bool createReadback(Readback& readback, GlLookup lookup, int width, int height);
 // Starts the transfer of the frame in framebuffer 0.
 void requestFrame(Readback& readback);
 
-// The oldest frame that is not mapped yet: width * height RGBA bytes, bottom row first, for any thread to
-// read until it is released. Null when the driver cannot map it; it must be released all the same.
+// The oldest frame that is not mapped yet: width * height pixels of B, G, R, A bytes, bottom row first, for
+// any thread to read until it is released. Null when the driver cannot map it; it must be released all the same.
 const unsigned char* mapFrame(Readback& readback);
 
 // Gives the oldest mapped frame's buffer back.

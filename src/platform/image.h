@@ -26,10 +26,13 @@ void stopImageDecoding();
 // says which in a few words.
 bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason);
 
-// Which row of a picture comes first in memory.
-enum class RowOrder { topFirst, bottomFirst };
+// How a picture of four bytes a pixel lies in memory.
+struct PixelLayout {
+    bool bottomFirst = false; // its rows, instead of the top one first
+    bool blueFirst = false;   // B, G, R, A instead of R, G, B, A
+};
 
-// Encodes tightly packed R, G, B, A rows as PNG into `bytes`; without alpha the picture is 24-bit RGB.
-// False when the encoder fails.
-bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes,
-               RowOrder order = RowOrder::topFirst);
+// Encodes tightly packed rows as PNG into `bytes`; without alpha the picture is 24-bit RGB. False when the
+// encoder fails.
+bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
+               PixelLayout layout = {});

@@ -11,14 +11,14 @@ namespace {
 
 struct Picture {
     int width, height;
-    std::vector<uint8_t> rgba; // bottom row first
+    std::vector<uint8_t> bgra; // bottom row first
 };
 
 // Every byte drawn from a fixed sequence; alpha too, which must not matter.
 Picture noise(int width, int height) {
     Picture picture{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
     uint32_t state = 1;
-    for (uint8_t& byte : picture.rgba) byte = static_cast<uint8_t>((state = state * 1664525u + 1013904223u) >> 24);
+    for (uint8_t& byte : picture.bgra) byte = static_cast<uint8_t>((state = state * 1664525u + 1013904223u) >> 24);
     return picture;
 }
 
@@ -26,8 +26,8 @@ Picture noise(int width, int height) {
 std::array<double, 3> colorAt(const Picture& picture, int x, int y) {
     x = std::clamp(x, 0, picture.width - 1);
     y = picture.height - 1 - std::clamp(y, 0, picture.height - 1);
-    const uint8_t* pixel = &picture.rgba[(static_cast<size_t>(y) * picture.width + x) * 4];
-    return {pixel[0] / 255.0, pixel[1] / 255.0, pixel[2] / 255.0};
+    const uint8_t* pixel = &picture.bgra[(static_cast<size_t>(y) * picture.width + x) * 4];
+    return {pixel[2] / 255.0, pixel[1] / 255.0, pixel[0] / 255.0};
 }
 
 // Y, Cb, Cr of BT.709 in limited range, exactly.
@@ -54,7 +54,7 @@ TEST(YuvFrame, MatchesTheExactConversionAtEverySize) {
     for (const auto& [width, height] : sizes) {
         SCOPED_TRACE(std::to_string(width) + "x" + std::to_string(height));
         const Picture picture = noise(width, height);
-        convertFrame(frame, picture.rgba.data(), width, height);
+        convertFrame(frame, picture.bgra.data(), width, height);
         const int evenWidth = evenSide(width), evenHeight = evenSide(height), pairs = evenWidth / 2;
         ASSERT_EQ(frame.planes.size(), static_cast<size_t>(evenWidth) * evenHeight * 3 / 2);
         double worst = 0.0;
@@ -78,20 +78,20 @@ TEST(YuvFrame, MatchesTheExactConversionAtEverySize) {
 TEST(YuvFrame, KeepsGreysGreyAndEndsAtTheLimits) {
     YuvFrame frame;
     for (int grey = 0; grey < 256; ++grey) {
-        const std::vector<uint8_t> rgba(16, static_cast<uint8_t>(grey));
-        convertFrame(frame, rgba.data(), 2, 2);
+        const std::vector<uint8_t> bgra(16, static_cast<uint8_t>(grey));
+        convertFrame(frame, bgra.data(), 2, 2);
         EXPECT_LT(std::abs(frame.planes[0] - (16 + 219 * grey / 255.0)), 0.6) << grey;
         EXPECT_EQ(frame.planes[4], 128) << grey;
         EXPECT_EQ(frame.planes[5], 128) << grey;
     }
-    const uint8_t blue[] = {0, 0, 255, 0}, red[] = {255, 0, 0, 0}, yellow[] = {255, 255, 0, 0};
+    const uint8_t blue[] = {255, 0, 0, 0}, red[] = {0, 0, 255, 0}, yellow[] = {0, 255, 255, 0};
     const struct {
-        const uint8_t* rgba;
+        const uint8_t* bgra;
         size_t plane;
         int value;
     } limits[] = {{blue, 4, 240}, {yellow, 4, 16}, {red, 5, 240}};
     for (const auto& limit : limits) {
-        convertFrame(frame, limit.rgba, 1, 1);
+        convertFrame(frame, limit.bgra, 1, 1);
         EXPECT_EQ(frame.planes[limit.plane], limit.value);
     }
 }

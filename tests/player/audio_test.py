@@ -65,8 +65,8 @@ class StandIn(PlayerTest):
                         + CLOSED.replace("main loop finished", "ESC"))
 
     def test_values_out_of_range(self):
-        for music, opened, start in (({"volume": 1.5, "startOffset": -3}, (1, 100, 0), 1), ({"volume": -1}, (0, 0, 0), 1),
-                                     ({"startOffset": 100.25}, (1, 100, 100.25), 101.25)):
+        for music, opened, start in (({"volume": 1.5, "startOffset": -3}, (1, 100, 0), 1),
+                                     ({"volume": -1, "startOffset": 100.25}, (0, 0, 100.25), 101.25)):
             with self.subTest(music):
                 log = self.music(scenes(**music))
                 self.assert_log(log, OPENED % opened + "[TIMELINE] BASS audio duration=60.000s; visual/audio delta=-55.000s\n"
@@ -170,17 +170,63 @@ def tone(rate, level):
     return [int(level * math.sin(2 * math.pi * (LOWEST + RISE * t / 2) * t)) for t in (i / rate for i in range(rate * SECONDS))]
 
 
-def module(jumps):
-    """A tracker module whose one sample is the tone; with `jumps` it begins anew at its end, for ever."""
-    rate, period, rows = 8287, 428, 64
-    sample = array.array("b", tone(rate, 100)).tobytes()
-    sample += bytes(len(sample) % 2)
+# Tracker modules whose one sample is the tone, played once by the first of their rows; the others take 7.6 s.
+ROWS, TEMPO = 64, (6, 125)
+NOTE_RATE = 8363  # at which the note plays the sample as it is
+
+
+def pcm(rate=NOTE_RATE):
+    return array.array("b", tone(rate, 100)).tobytes()
+
+
+def padded(data, size):
+    return data + bytes(-len(data) % size)
+
+
+def mod(jumps=False):
+    """With `jumps` it begins anew at its end, for ever."""
+    rate, period = 8287, 428
+    sample = padded(pcm(rate), 2)
     data = b"tone".ljust(20, b"\0") + bytes(22) + struct.pack(">HBBHH", len(sample) // 2, 0, 64, 0, 1)
     data += (bytes(28) + b"\0\1") * 30 + bytes([1, 127] + [0] * 128) + b"M.K."
-    for row in range(rows):
+    for row in range(ROWS):
         note = bytes([period >> 8, period & 255, 0x10, 0]) if row == 0 else bytes(4)
-        data += note * 2 + (bytes([0, 0, 0x0B, 0]) if jumps and row == rows - 1 else bytes(4)) + bytes(4)
+        data += note * 2 + (bytes([0, 0, 0x0B, 0]) if jumps and row == ROWS - 1 else bytes(4)) + bytes(4)
     return data + sample
+
+
+def xm():
+    sample = pcm()
+    deltas = bytes((value - before) & 255 for before, value in zip(b"\0" + sample, sample))
+    cells = bytes([0x83, 49, 1]) + b"\x80" * (ROWS * 2 - 1)
+    return (b"Extended Module: " + bytes(20) + b"\x1a" + bytes(20) + struct.pack("<HIHHHHHHHH", 0x104, 276, 1, 0, 2, 1, 1, 1, *TEMPO)
+            + bytes(256) + struct.pack("<IBHH", 9, 0, ROWS, len(cells)) + cells
+            + struct.pack("<I23xHI230x", 263, 1, 40) + struct.pack("<III4B24x", len(sample), 0, 0, 64, 0, 0, 128) + deltas)
+
+
+def s3m():
+    sample = pcm()
+    cells = bytes([0x20, 0x40, 1]) + bytes(ROWS)
+    pattern = padded(struct.pack("<H", len(cells) + 2) + cells, 16)
+    head = 0x70  # orders and two addresses follow the first 0x60
+    data_at = head + 0x50 + len(pattern)
+    data = bytes(28) + b"\x1a\x10" + struct.pack("<2xHHHHHH4s6B", 2, 1, 1, 0, 0x1320, 1, b"SCRM", 64, *TEMPO, 0xB0, 0, 0)
+    data = (data + bytes(10) + b"\0\x08" + b"\xff" * 30 + bytes([0, 255]) + struct.pack("<HH", head // 16, (head + 0x50) // 16)).ljust(head, b"\0")
+    data += struct.pack("<B12xBHIIIBxBBI12x28x4s", 1, data_at >> 20, data_at >> 4 & 0xFFFF, len(sample), 0, 0, 64, 0, 0, NOTE_RATE, b"SCRS")
+    return data + pattern + sample
+
+
+def it():
+    sample = pcm()
+    cells = bytes([0x81, 3, 60, 1]) + bytes(ROWS)
+    head = 0xC0 + 2 + 2 * 4
+    data = b"IMPM" + bytes(28) + struct.pack("<8H6B10x", 2, 0, 1, 1, 0x214, 0x200, 9, 0, 128, 48, *TEMPO, 128, 0)
+    data += b"\x20" * 64 + b"\x40" * 64 + bytes([0, 255]) + struct.pack("<II", head, head + 80)
+    data += struct.pack("<4s13x3B26xBB7I4x", b"IMPS", 64, 1, 64, 1, 32, len(sample), 0, 0, NOTE_RATE, 0, 0, head + 80 + 8 + len(cells))
+    return data + struct.pack("<HH4x", len(cells), ROWS) + cells + sample
+
+
+MODULES = {"mod": mod, "looping.mod": lambda: mod(True), "xm": xm, "s3m": s3m, "it": it}
 
 
 def places(capture):
@@ -213,8 +259,8 @@ class BuiltIn(PlayerTest):
 
     def make_track(self, format):
         path = self.folder / f"m.{format}"
-        if format.endswith("mod"):
-            return self.write(path.name, module(jumps=format == "looping.mod"))
+        if format in MODULES:
+            return self.write(path.name, MODULES[format]())
         with wave.open(str(self.folder / "tone.wav"), "wb") as file:
             file.setparams((2, 2, RATE, 0, "NONE", ""))
             file.writeframes(array.array("h", [v for v in tone(RATE, 20000) for _ in "LR"]).tobytes())
@@ -224,7 +270,7 @@ class BuiltIn(PlayerTest):
     def test_what_is_heard(self):
         """Start, a step forward, one back, and the loop wrap, of every format at once."""
         players = {}
-        for format in (*self.FORMATS, "mod", "looping.mod"):
+        for format in (*self.FORMATS, *MODULES):
             config = show(entry("clock", 0, 0.8, scene="a"), entry("clock", 0.8, 0.8, scene="b"), loop=True,
                           audio={"path": self.make_track(format).name, "startOffset": 0.7, "volume": 0.5})
             env = {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": str(self.folder / f"{format}.raw")}
@@ -243,7 +289,7 @@ class BuiltIn(PlayerTest):
                 for place, time in zip(heard, shown):
                     self.assertAlmostEqual(place, time + 0.7, delta=0.02)
                 loudest = max(array.array("h", capture))
-                self.assertAlmostEqual(loudest, 10000, delta=1200) if "mod" not in format else self.assertGreater(loudest, 1000)
+                self.assertAlmostEqual(loudest, 10000, delta=1200) if format in self.FORMATS else self.assertGreater(loudest, 1000)
 
     def test_end_of_the_track(self):
         self.make_track("wav")
@@ -268,7 +314,7 @@ class BuiltIn(PlayerTest):
         lies = b"RIFF" + struct.pack("<I4s4sIHHIIHH4sI", 0x7fffffff, b"WAVE", b"fmt ", 16, 1, 2, RATE, RATE * 4, 4, 16, b"data", 0x7ffffff0)
         subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "anullsrc=r=44100", "-t", "3600", self.folder / "long.flac"], check=True)
         cases = {"long": (self.folder / "long.flac").read_bytes(), "lies": lies, "no samples": lies[:-4] + bytes(4), "empty": b"",
-                 "text": b"no music", "module head": module(False)[:1084], "half head": module(False)[:900],
+                 "text": b"no music", "module head": mod()[:1084], "half head": mod()[:900],
                  "noise": bytes(range(256)) * 50, "flac head": b"fLaC" + bytes(100), "ogg head": b"OggS" + bytes(100),
                  "mp3 head": b"\xff\xfb\x90\0" + bytes(50), "tag": b"ID3\4\0\0\x7f\x7f\x7f\x7f"}
         for name, content in cases.items():

@@ -76,7 +76,7 @@ class Frames(PlayerTest):
         self.run_player("-o", "c.png", "--still", 0, "--size", "2x2", path)
         self.assertEqual(read_png(self.folder / "c.png"), (2, 2, upright))
         raw = (self.folder / "c.rgba").read_bytes()
-        self.assertEqual((len(raw), bytes(raw[i] for i in range(16) if i % 4 < 3)), (16, upright))
+        self.assertEqual(raw, b"".join(upright[at:at + 3] + b"\xff" for at in range(0, 12, 3)))
 
     def test_same_bytes_every_time(self):
         config = show(entry("echo", 0, 1, scene="a"), entry("clock", 0.3, 0.5, overlay=True, params={"alpha": 0.5}),

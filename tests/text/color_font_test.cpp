@@ -24,7 +24,7 @@ protected:
         std::vector<uint8_t> pixels(static_cast<size_t>(width * height) * 4);
         for (const auto& [x, y] : ink) pixels[static_cast<size_t>(y * width + x) * 4 + 3] = alpha;
         std::string png;
-        ASSERT_TRUE(encodePng(pixels.data(), width, height, true, png, RowOrder::bottomFirst));
+        ASSERT_TRUE(encodePng(pixels.data(), width, height, true, png, {.bottomFirst = true}));
         show.write(name, png);
     }
 

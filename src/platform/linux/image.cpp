@@ -128,17 +128,18 @@ SDL_RWops* openStringStream(std::string& bytes) {
 }
 
 // A surface of its own for encoding: A stays or is dropped. Null when memory is short.
-SDL_Surface* surfaceFromRows(const uint8_t* rgba, int width, int height, bool withAlpha, RowOrder order) {
+SDL_Surface* surfaceFromRows(const uint8_t* pixels, int width, int height, bool withAlpha, PixelLayout layout) {
+    const Uint32 source = layout.blueFirst ? SDL_PIXELFORMAT_BGRA32 : SDL_PIXELFORMAT_RGBA32;
     const Uint32 format = withAlpha ? SDL_PIXELFORMAT_RGBA32 : SDL_PIXELFORMAT_RGB24;
     SDL_Surface* surface = SDL_CreateRGBSurfaceWithFormat(0, width, height, withAlpha ? 32 : 24, format);
     if (!surface) return nullptr;
     const ptrdiff_t rowBytes = static_cast<ptrdiff_t>(width) * 4;
     bool converted = true;
     for (int y = 0; converted && y < height; ++y) {
-        const int from = order == RowOrder::topFirst ? y : height - 1 - y;
+        const int from = layout.bottomFirst ? height - 1 - y : y;
         uint8_t* row = static_cast<uint8_t*>(surface->pixels) + static_cast<ptrdiff_t>(y) * surface->pitch;
-        converted = SDL_ConvertPixels(width, 1, SDL_PIXELFORMAT_RGBA32, rgba + from * rowBytes,
-                                      static_cast<int>(rowBytes), format, row, surface->pitch) == 0;
+        converted = SDL_ConvertPixels(width, 1, source, pixels + from * rowBytes, static_cast<int>(rowBytes), format,
+                                      row, surface->pitch) == 0;
     }
     if (converted) return surface;
     SDL_FreeSurface(surface);
@@ -178,11 +179,11 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     return fits;
 }
 
-bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes,
-               RowOrder order) {
+bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
+               PixelLayout layout) {
     bytes.clear();
     if (!fitsLimits(width, height)) return false;
-    SDL_Surface* surface = surfaceFromRows(rgba, width, height, withAlpha, order);
+    SDL_Surface* surface = surfaceFromRows(pixels, width, height, withAlpha, layout);
     SDL_RWops* stream = openStringStream(bytes);
     const bool encoded = surface && stream && IMG_SavePNG_RW(surface, stream, 0) == 0;
     if (stream) SDL_RWclose(stream);

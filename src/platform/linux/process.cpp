@@ -23,6 +23,7 @@ namespace {
 constexpr size_t kKeptBytes = 4096; // of its standard error
 constexpr int kLastLines = 3;
 constexpr int kTickMilliseconds = 100; // between looks at `cancelled`
+constexpr int kEndTickMilliseconds = 2; // once it has nothing more to say, which is just before its end
 constexpr int kPipeBytes = 1 << 20; // fewer switches between the two programs; the system may grant less
 
 struct Pipe {
@@ -87,7 +88,8 @@ bool readErrors(Process& process) {
 // Waits until its input takes bytes or it says something, at most for one tick.
 void waitForProcess(Process& process) {
     pollfd files[2] = {{process.errors, POLLIN, 0}, {process.input, POLLOUT, 0}};
-    if (poll(files, process.input >= 0 ? 2 : 1, kTickMilliseconds) <= 0) return;
+    const int tick = process.errors >= 0 || process.input >= 0 ? kTickMilliseconds : kEndTickMilliseconds;
+    if (poll(files, process.input >= 0 ? 2 : 1, tick) <= 0) return;
     if (files[0].revents && !readErrors(process)) closeFile(process.errors);
 }
 

@@ -174,6 +174,26 @@ KINETIC_TEXTS = [
      "A soft halo follows the outlines. Parameters: `outlineGlowRadius`, `outlineGlowIntensity`, `outlineGlowColor`."),
 ]
 
+# ---- bitmap text ----
+
+# name, picture beneath, parameters, what one sees
+BITMAP_TEXTS = [
+    ("plain", SHAFT,
+     {"text": "10 strike the iron\n20 while it is hot\n30 goto 10\n\n> run█",
+      "textPosX": 150, "textPosY": 170, "scale": 8, "lineSpacing": 1.35,
+      "textColor": [1.0, 0.78, 0.5, 1.0], "bgColor": [0.03, 0.04, 0.08, 0.8]},
+     "Letters of five by seven dots. \"bgColor\" lies over the whole picture, here to four fifths."),
+    ("signs", FROST,
+     {"text": "╔══════════════════════╗\n║ FORGE      ▲ 1240 °C ║\n╠══════════════════════╣\n"
+              "║ coal    ■■■■■■■■■■□□ ║\n║ air     ■■■■■■■□□□□□ ║\n║                      ║\n"
+              "║ blows   ▁▂▃▅▆▇█▇▆▅▃▂ ║\n╚══════════════════════╝",
+      "textPosX": 136, "textPosY": 88, "scale": 7, "lineSpacing": 1.3, "textColor": [0.55, 0.8, 0.95, 1.0]},
+     "Boxes, blocks, arrows and other signs, spelled in UTF-8. Boxes and blocks join at any spacing."),
+    ("large", DUSK,
+     {"text": "LIVE", "textPosX": 88, "textPosY": 150, "scale": 48, "spacing": 1.0, "textColor": [1.0, 0.31, 0.15, 1.0]},
+     "\"scale\" is pixels a dot, so that a dot may be as large as a brick."),
+]
+
 # ---- lower thirds and credits ----
 
 CREW = [
@@ -261,5 +281,5 @@ MOMENTS = {"radialwipe": 1.2, "timeline_blend": 1.4, "pixellated": 0.9,
 
 def captions():
     """The names in the order of the rows of the captions' picture."""
-    groups = TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + LOWER_THIRDS + CREDIT_ROLLS + LOGOS
+    groups = TRANSITIONS + COMPOSITES + GLITCHES + KINETIC_TEXTS + BITMAP_TEXTS + LOWER_THIRDS + CREDIT_ROLLS + LOGOS
     return [thing[0] for thing in groups]

@@ -14,8 +14,8 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from gallery_table import (COMPOSITES, CREDIT_ROLLS, GLITCHES, KINETIC_TEXTS, LOGOS, LOWER_THIRDS, MOMENTS, POSTER,
-                           ROLL_LENGTH, TRANSITIONS, captions, glitched)
+from gallery_table import (BITMAP_TEXTS, COMPOSITES, CREDIT_ROLLS, GLITCHES, KINETIC_TEXTS, LOGOS, LOWER_THIRDS, MOMENTS,
+                           POSTER, ROLL_LENGTH, TRANSITIONS, captions, glitched)
 from make_show_images import caption_width
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -48,7 +48,7 @@ def spaced(value):
         return "{ " + ", ".join(f"{json.dumps(k)}: {spaced(v)}" for k, v in value.items()) + " }"
     if isinstance(value, list):
         return "[" + ", ".join(spaced(v) for v in value) + "]"
-    return json.dumps(int(value) if isinstance(value, float) and value.is_integer() else value)
+    return json.dumps(int(value) if isinstance(value, float) and value.is_integer() else value, ensure_ascii=False)
 
 
 def entry_text(entry):
@@ -120,6 +120,13 @@ def add_kinetic_texts(show):
         effect = {"type": "kinetictext", "params": params}
         add_words(show, f"text: {name}", beneath, effect, name)
         show.add_page("Kinetic text", name, LENGTH * 0.5, sentence, effect)
+
+
+def add_bitmap_texts(show):
+    for name, beneath, params, sentence in BITMAP_TEXTS:
+        effect = {"type": "bitmaptext", "params": params}
+        add_words(show, f"bitmap: {name}", beneath, effect, name)
+        show.add_page("Bitmap text", name, LENGTH * 0.5, sentence, effect)
 
 
 def add_lower_thirds(show):
@@ -208,6 +215,8 @@ def write_document(show):
                          "either a style shows a picture of its own.",
         "Kinetic text": "An entry over others, in a colour font. Lengths are in pixels of the output, \"scale\" in pixels "
                         "a texel of the font.",
+        "Bitmap text": "An entry over others, in the bitmap font. Lengths are in pixels of the output, \"scale\" in pixels a "
+                       "dot.",
         "Lower thirds": "An entry over others. Every style leaves the way it came.",
         "Credit rolls": "An entry over others, here six seconds long.",
         "Logos": "An entry over others. A logo is the paths of an SVG file, `tools/make_logos.py` draws those of the shows.",
@@ -257,6 +266,7 @@ def main():
     add_composites(show)
     add_glitches(show)
     add_kinetic_texts(show)
+    add_bitmap_texts(show)
     add_lower_thirds(show)
     add_credit_rolls(show)
     add_logos(show)

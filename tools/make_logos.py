@@ -11,7 +11,7 @@ import math
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-SHOWS = [ROOT / "shows" / "gallery", ROOT / "shows" / "showcase"]
+GALLERY, SHOWCASE = ROOT / "shows" / "gallery", ROOT / "shows" / "showcase"
 
 STEM = 19               # width of upright strokes
 BAR = 17                # of level ones
@@ -152,6 +152,7 @@ def dagger():
 # ---- the logos ----------------------------------------------------------------------------
 
 def word_mark():
+    """(letters and the line below them, dagger)"""
     shapes, x = [], 0.0
     left = [(letter_q, 22), (letter_u, 19)]
     right = [(letter_l, 17), (letter_l, 13), (letter_o, 22), (letter_n, 0)]
@@ -160,7 +161,7 @@ def word_mark():
         shapes += [moved(o, x) for o in outlines]
         x += width + space
     axis = x + 11.5
-    shapes += [moved(o, axis) for o in dagger()]
+    blade = [moved(o, axis) for o in dagger()]
     x = axis + 11.5 + 19
     for letter, space in right:
         width, outlines = letter()
@@ -173,7 +174,7 @@ def word_mark():
         gem = polygon((18, 127), (24, 122.6), (30, 127), (24, 131.4))
         for shape in (line, gem):
             shapes.append(moved(shape if sign > 0 else mirrored(shape), axis))
-    return shapes
+    return shapes, blade
 
 
 def emblem():
@@ -214,8 +215,9 @@ def extent(shapes):
     return min(xs), min(ys), max(xs), max(ys)
 
 
-def svg(shapes, title):
-    x0, y0, x1, y1 = extent(shapes)
+def svg(shapes, title, frame=None):
+    """`frame`: shapes whose place in the picture these keep, where they are but a part of them."""
+    x0, y0, x1, y1 = extent(frame or shapes)
     w, h = x1 - x0, y1 - y0
     # A mask has its free margin at the top left and what is over at the far end of the longer side; the view box
     # starts so much earlier that the shape comes to lie in the middle.
@@ -228,8 +230,12 @@ def svg(shapes, title):
 
 
 def main():
-    logos = {"demo_shape_text.svg": svg(word_mark(), "Quillon"), "emblem.svg": svg(emblem(), "Dagger in a wreath")}
-    for show in SHOWS:
+    letters, blade = word_mark()
+    whole = letters + blade
+    shared = {"demo_shape_text.svg": svg(whole, "Quillon"), "emblem.svg": svg(emblem(), "Dagger in a wreath")}
+    # For a word mark in two colours, one upon the other.
+    parts = {"letters.svg": svg(letters, "Quillon without its dagger", whole), "dagger.svg": svg(blade, "Quillon's dagger", whole)}
+    for show, logos in ((GALLERY, shared), (SHOWCASE, {**shared, **parts})):
         folder = show / "assets" / "logos"
         folder.mkdir(parents=True, exist_ok=True)
         for name, text in logos.items():

@@ -380,20 +380,6 @@ def packed_rgb(red, green, blue, width, height):
 
 # ---- pictures ------------------------------------------------------------------------
 
-def draw_word_mark(folder):
-    """Logo for image entries, and the same as distances: red letters, green dagger."""
-    width, letters, blade = word_mark()
-    w, h, em = 1024, 384, 128.0
-    ox, oy = (w - width * em) / 2, 246
-    layers = [(Field(w, h).add(letters, em, ox, oy).coverage(), BONE, w, h),
-              (Field(w, h).add(blade, em, ox, oy).coverage(), EMBER, w, h)]
-    write_png(folder / "logo.png", w, h, flat_rgba(layers), 4)
-    spread = 14
-    red = Field(w, h).add(letters, em, ox, oy, spread).distances(spread)
-    green = Field(w, h).add(blade, em, ox, oy, spread).distances(spread)
-    write_png(folder / "logo_field.png", w, h, packed_rgb(red, green, bytes(w * h), w, h), 3)
-
-
 def mark_shapes():
     """The dagger in a broken ring, about one em high, centred on the origin."""
     shapes = [transformed(s, 0.6, 0, 0.13) for s in dagger(1.01, 0.4, 0.95)]
@@ -426,54 +412,6 @@ def draw_tile(folder):
         gems.append(polygon([(x - 0.05, y), (x, y + 0.05), (x + 0.05, y), (x, y - 0.05)]))
     write_png(folder / "weave_field.png", size, size,
               packed_rgb(wrapped(daggers), wrapped(rings), wrapped(gems), size, size), 3)
-
-
-def draw_slate(folder):
-    """Scene labels as distances, one row each, from the top."""
-    names = ["IGNITE", "MELT", "GUARD", "HEAT", "DESCENT", "TRAIL", "MONOLITH", "REST"]
-    w, row, em, spread = 512, 48, 27.0, 9
-    field = Field(w, row * len(names))
-    for i, name in enumerate(names):
-        for x, text in ((12, f"0{i + 1}"), (84, name)):
-            field.add(lettering(text, 0.058, 0.3)[1], em, x, row * i + 37, spread)
-    grey = field.distances(spread)
-    h = row * len(names)
-    write_png(folder / "slate_field.png", w, h, packed_rgb(grey, grey, grey, w, h), 3)
-
-
-def draw_stencil(path, word):
-    """Ink with the word cut out of it."""
-    w, h, em = 1280, 720, 300.0
-    width, shapes = lettering(word, 0.105, 0.16)
-    em = min(em, 860 / width)
-    field = Field(w, h).add(shapes, em, (w - width * em) / 2, h / 2 + em / 2)
-    cover = bytes(246 - c * 246 // 255 for c in field.coverage())
-    write_png(path, w, h, flat_rgba([(cover, INK, w, h)]), 4)
-
-
-def draw_credits(path):
-    w, h = 1600, 900
-    bone, ember, steel = Field(w, h), Field(w, h), Field(w, h)
-    width, letters, blade = word_mark()
-    em = 78.0
-    # The upper left stays free for the show's reel.
-    bone.add(letters, em, 236, 464)
-    ember.add(blade, em, 236, 464)
-    for y, line in ((608, "A SHOW IN EIGHT SCENES"), (648, "EVERY FRAME DRAWN LIVE"),
-                    (688, "NOTHING PLAYED BACK")):
-        steel.add(lettering(line, 0.055, 0.3)[1], 19.0, 238, y)
-    names = ["IGNITE", "MELT", "GUARD", "HEAT", "DESCENT", "TRAIL", "MONOLITH", "REST"]
-    kinds = ["EMBER FIELD", "PLASMA", "ROTOZOOM", "RASTER BARS", "TUNNEL", "FEEDBACK", "RAY MARCH", "LAST EMBERS"]
-    for i, (name, kind) in enumerate(zip(names, kinds)):
-        y = 252 + i * 58
-        ember.add(lettering(f"0{i + 1}", 0.06, 0.22)[1], 21.0, 960, y)
-        bone.add(lettering(name, 0.06, 0.3)[1], 21.0, 1030, y)
-        kind_width, shapes = lettering(kind, 0.055, 0.26)
-        steel.add(shapes, 16.0, 1440 - kind_width * 16.0, y)
-    steel.add([stroke(960, y, 1440, y, 0.6) for y in (-178 - 58 * i - 92 for i in range(8))], 1.0, 0, 0)
-    bone.add([stroke(900, -196, 900, -684, 0.8)], 1.0, 0, 0)
-    layers = [(bone.coverage(), BONE, w, h), (steel.coverage(), STEEL, w, h), (ember.coverage(), EMBER, w, h)]
-    write_png(path, w, h, flat_rgba(layers), 4)
 
 
 # ---- the gallery's pictures ------------------------------------------------------------
@@ -561,14 +499,8 @@ def draw_poster(path):
 def main():
     shows = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).resolve().parent.parent / "shows"
     showcase = shows / "showcase" / "assets" / "images"
-    draw_word_mark(showcase)
-    draw_mark(showcase / "mark.png", 640, 420.0, BONE)
-    draw_tile(showcase)
-    draw_slate(showcase)
-    for word in ("HEAT", "FOLD", "QUENCH"):
-        draw_stencil(showcase / f"stencil_{word.lower()}.png", word)
-    draw_credits(showcase / "credits.png")
     gallery = shows / "gallery" / "assets" / "images"
+    draw_tile(showcase)
     draw_tile(gallery)
     draw_captions(gallery / "captions_field.png")
     draw_poster(gallery / "poster.png")

@@ -25,10 +25,10 @@ class Copies(unittest.TestCase):
         self.assertEqual(fonts["gallery"], fonts["showcase"])
         self.assertIn(pathlib.Path("assets/fonts/bitmapfont.json"), fonts["gallery"])
 
-    def test_both_shows_have_the_same_logos(self):
+    def test_showcase_has_the_gallerys_logos(self):
         logos = {show: {path.name: path.read_bytes() for path in (SHOWS / show / "assets/logos").iterdir()}
                  for show in ("gallery", "showcase")}
-        self.assertEqual(logos["gallery"], logos["showcase"])
+        self.assertLessEqual(logos["gallery"].items(), logos["showcase"].items())
         self.assertIn("demo_shape_text.svg", logos["gallery"])
 
 

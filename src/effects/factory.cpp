@@ -102,27 +102,8 @@ void loadChannels(const TimelineEntry& entry, Effect& effect) {
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
 
-// Image and shader effects; false when there is no main program.
-bool createShaderEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
-    ShaderPair sources;
-    if (!readSources(entry, kind, sources)) return false;
-    const std::string settings = programSettings(entry);
-    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
-    if (effect.type == "image") effect.fit = readFitMode(entry.params);
-    effect.isDreamEntity = effect.type == "dreamentity";
-
-    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
-    effect.hasBuffer = effect.bufferProgram != 0;
-    loadChannels(entry, effect);
-    if (!effect.mainProgram) return false; // not before all that is wrong with the entry has been said
-    writeParamUniforms(effect.mainProgram, entry.params);
-    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
-    return true;
-}
-
-// Effects with a program of their own, then what their kind draws with it.
-bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
-    if (!createShaderEffect(entry, kind, effect)) return false;
+// What the effect's kind draws with its program; false when that is missing.
+bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     const GLuint program = effect.mainProgram;
     switch (kind) {
     case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, entry.params, program);
@@ -140,6 +121,25 @@ bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& ef
     case EffectKind::dynamicSplit:
     case EffectKind::pip: return true;
     }
+    return true;
+}
+
+// Effects with a main program of their own.
+bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+    ShaderPair sources;
+    if (!readSources(entry, kind, sources)) return false;
+    const std::string settings = programSettings(entry);
+    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
+    if (effect.type == "image") effect.fit = readFitMode(entry.params);
+    effect.isDreamEntity = effect.type == "dreamentity";
+    const bool isWhole = effect.mainProgram && createKindBlock(entry, kind, effect);
+
+    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
+    effect.hasBuffer = effect.bufferProgram != 0;
+    loadChannels(entry, effect);
+    if (!isWhole) return false; // not before all that is wrong with the entry has been said
+    writeParamUniforms(effect.mainProgram, entry.params);
+    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
     return true;
 }
 

@@ -14,6 +14,18 @@ uint32_t warmState(DrawState state, DrawTarget target) {
     return static_cast<uint32_t>(state) << (target == DrawTarget::offscreen ? kOffscreenShift : 0);
 }
 
+DrawState blendedState(BlendMode mode) {
+    return mode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+}
+
+// Texts that move set blending as their own params say, whatever is set.
+DrawState drawnState(const Effect& effect, DrawState state) {
+    if (effect.kind == EffectKind::kineticText) return blendedState(effect.kineticText.params.blendMode);
+    if (effect.kind == EffectKind::caption) return blendedState(effect.caption.params.blendMode);
+    if (effect.kind == EffectKind::shapeText) return blendedState(effect.shapeText.params.blendMode);
+    return state;
+}
+
 template <typename Draw>
 void drawOnePixel(DrawState state, Draw draw) {
     glDisable(GL_DEPTH_TEST);
@@ -62,7 +74,7 @@ void warmUpComposite(Effect& effect, DrawState state, DrawTarget target) {
 } // namespace
 
 DrawState blendedState(const Effect& effect) {
-    return effect.blendMode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+    return blendedState(effect.blendMode);
 }
 
 void applyDrawState(DrawState state) {
@@ -81,7 +93,7 @@ void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width,
     }
 
     if (effect.hasBuffer) ensureBufferTargets(effect, width, height);
-    const bool mainIsCold = markWarm(effect.mainProgram, warmState(state, target));
+    const bool mainIsCold = markWarm(effect.mainProgram, warmState(drawnState(effect, state), target));
     const bool bufferIsCold =
         effect.hasBuffer && markWarm(effect.bufferProgram, warmState(DrawState::opaque, DrawTarget::offscreen));
     if (!mainIsCold && !bufferIsCold) return;

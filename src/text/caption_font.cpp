@@ -11,6 +11,7 @@ constexpr float kSpaceWidth = 0.66f;      // likewise
 constexpr size_t kMostTexels = 1u << 24;  // a larger atlas is not read back
 constexpr float kMostShrink = 0.5f;
 constexpr size_t kMaxLineLetters = 512;
+constexpr float kFarthestTexel = 1 << 20; // of a cell that is drawn: shaders count texels in whole numbers
 
 struct Ink {
     int left = 0, right = -1, top = 0, bottom = -1; // cell pixels, inclusive; right < left: none
@@ -22,6 +23,12 @@ void include(Ink& ink, int x, int y) {
         return;
     }
     ink = {std::min(ink.left, x), std::max(ink.right, x), std::min(ink.top, y), std::max(ink.bottom, y)};
+}
+
+// Reading an atlas back stalls the driver, and a show that loops makes its captions anew.
+std::unordered_map<std::string, CaptionFont>& measuredFonts() {
+    static std::unordered_map<std::string, CaptionFont> instance; // by description
+    return instance;
 }
 
 // Of a cell, all that is not clear, and of that what counts as ink.
@@ -99,6 +106,12 @@ void setByInk(CaptionFont& caption, const std::array<Ink, 256>& inks) {
     if (space.exists) space.advance = kSpaceWidth * caption.capHeight;
 }
 
+// Whether the atlas, or its edge, has anything for the cell.
+bool isInReach(const ColorFont& font, const ColorGlyph& glyph) {
+    const float width = static_cast<float>(font.textureWidth), height = static_cast<float>(font.textureHeight);
+    return glyph.u1 * width <= kFarthestTexel && (1.0f - glyph.v0) * height <= kFarthestTexel;
+}
+
 bool hasGlyph(const CaptionFont& font, char c) {
     return font.glyphs[static_cast<unsigned char>(c)].exists;
 }
@@ -112,6 +125,22 @@ size_t behindCharacter(const CaptionFont& font, std::string_view text, size_t at
     const bool leads = static_cast<unsigned char>(text[at++]) >= 0xC0;
     while (leads && at < text.size() && isContinuation(text[at]) && !hasGlyph(font, text[at])) ++at;
     return at;
+}
+
+// The pixels of the font's texture; empty where they are too many.
+std::vector<uint8_t> readAtlas(const ColorFont& font) {
+    std::vector<uint8_t> pixels;
+    GLint width = 0, height = 0;
+    glBindTexture(GL_TEXTURE_2D, font.texture);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    const bool asSaid = width > 0 && height > 0 && width == font.textureWidth && height == font.textureHeight;
+    const size_t texels = asSaid ? static_cast<size_t>(width) * static_cast<size_t>(height) : 0;
+    if (texels > 0 && texels <= kMostTexels) {
+        pixels.resize(texels * 4);
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    }
+    return pixels;
 }
 
 } // namespace
@@ -131,6 +160,7 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
         CaptionGlyph& set = caption.glyphs[c];
         set = {true,     0.0f,     0.0f,     caption.cellWidth, caption.cellHeight, glyph.u0,
                glyph.v1, glyph.u1, glyph.v0, 0.0f,              advance};
+        if (!isInReach(font, glyph)) set.x1 = set.x0;
         if (!hasPixels) continue;
         const CellInk cell = inkOf(font, glyph, pixels);
         inks[c] = cell.ink;
@@ -152,18 +182,13 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
 }
 
 CaptionFont readCaptionFont(const ColorFont& font) {
-    std::vector<uint8_t> pixels;
-    GLint width = 0, height = 0;
-    glBindTexture(GL_TEXTURE_2D, font.texture);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    const bool asSaid = width > 0 && height > 0 && width == font.textureWidth && height == font.textureHeight;
-    const size_t texels = asSaid ? static_cast<size_t>(width) * static_cast<size_t>(height) : 0;
-    if (texels > 0 && texels <= kMostTexels) {
-        pixels.resize(texels * 4);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    }
-    return measureCaptionFont(font, pixels);
+    const auto known = measuredFonts().find(font.jsonPath);
+    if (known != measuredFonts().end()) return known->second;
+    return measuredFonts()[font.jsonPath] = measureCaptionFont(font, readAtlas(font));
+}
+
+void forgetCaptionFonts() {
+    measuredFonts().clear();
 }
 
 std::vector<std::string> captionLines(const CaptionFont& font, std::string_view text, size_t maxLines) {

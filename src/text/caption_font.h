@@ -32,8 +32,11 @@ struct CaptionFont {
 // texture. Without pixels (empty) every glyph keeps its cell and its advance.
 CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>& pixels);
 
-// The same with the pixels of the font's texture. Needs a current context.
+// The same with the pixels of the font's texture, which are read once for all captions. Needs a current context.
 CaptionFont readCaptionFont(const ColorFont& font);
+
+// Forgets what was measured: when the atlases go.
+void forgetCaptionFonts();
 
 // A text's lines, at most `maxLines`, as bytes that all have a glyph: backslash + 'n' breaks the line as a
 // newline does, a tab is a space, and what the font lacks is '?' (one for a character of several bytes) or,

@@ -8,6 +8,7 @@
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
 #include "platform/image.h"
+#include "text/caption_font.h"
 
 #include <algorithm>
 #include <array>
@@ -239,4 +240,5 @@ void releaseColorFont(ColorFont& font) {
 void deleteColorFonts() {
     for (const auto& [path, font] : cache().byPath) glDeleteTextures(1, &font.texture);
     cache() = {};
+    forgetCaptionFonts();
 }

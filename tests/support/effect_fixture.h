@@ -36,8 +36,9 @@ protected:
                     "Transition");
     }
 
-    // A picture of 2 x 2 pixels.
-    void writePicture(const std::string& name, const std::vector<uint8_t>& rgba) {
+    // A picture of 2 x 2 pixels, or of the one given.
+    void writePicture(const std::string& name, std::vector<uint8_t> rgba) {
+        while (rgba.size() < 16) rgba.push_back(rgba[rgba.size() - 4]);
         std::string png;
         EXPECT_TRUE(encodePng(rgba.data(), 2, 2, true, png));
         show.write(name, png);

@@ -19,10 +19,10 @@ void layout(Caption& caption, int width, int height) {
     caption.layoutHeight = height;
     size_t most = kCaptionQuadFloats;
     if (caption.params.isCreditRoll) {
-        caption.creditRoll = layoutCreditRoll(caption.params, caption.letters, width, height);
+        caption.creditRoll = layoutCreditRoll(caption.params, *caption.letters, width, height);
         most = std::max(most, caption.creditRoll.mostFloats);
     } else {
-        caption.lowerThird = layoutLowerThird(caption.params, caption.letters, width, height);
+        caption.lowerThird = layoutLowerThird(caption.params, *caption.letters, width, height);
         most = std::max(most, maxLowerThirdFloats(caption.lowerThird));
     }
     caption.vertices.reserve(most);
@@ -35,7 +35,7 @@ bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll,
     caption.params = readCaptionParams(params, isCreditRoll);
     caption.duration = clockDuration(params, duration);
     if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
-    caption.letters = readCaptionFont(caption.font);
+    caption.letters = &readCaptionFont(caption.font);
     caption.fontTexture = uniformNamed(program, "uFontTexture");
     caption.atlasSize = uniformNamed(program, "uAtlasSize");
     caption.cellSize = uniformNamed(program, "uCellSize");
@@ -51,10 +51,10 @@ void buildCaption(Caption& caption, float time, int width, int height) {
     layout(caption, width, height);
     caption.vertices.clear();
     if (caption.params.isCreditRoll) {
-        appendCreditRoll(caption.vertices, caption.creditRoll, caption.params, caption.letters, time,
+        appendCreditRoll(caption.vertices, caption.creditRoll, caption.params, *caption.letters, time,
                          caption.duration);
     } else {
-        appendLowerThird(caption.vertices, caption.lowerThird, caption.params, caption.letters, time,
+        appendLowerThird(caption.vertices, caption.lowerThird, caption.params, *caption.letters, time,
                          caption.duration);
     }
     // Drivers compile at the first draw, which must not wait for the first letter.
@@ -72,7 +72,7 @@ void drawCaption(Caption& caption, GLuint program, float time, int width, int he
     setUniformInt(caption.fontTexture, 0);
     setUniformVec2(caption.atlasSize, static_cast<float>(caption.font.textureWidth),
                    static_cast<float>(caption.font.textureHeight));
-    setUniformVec2(caption.cellSize, caption.letters.cellWidth, caption.letters.cellHeight);
+    setUniformVec2(caption.cellSize, caption.letters->cellWidth, caption.letters->cellHeight);
     gl.ActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, caption.font.texture);
     drawVertexStream(caption.stream, caption.vertices);

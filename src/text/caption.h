@@ -15,7 +15,7 @@ struct Caption {
     CaptionParams params;
     float duration = 0.0f; // seconds on the effect's own clock; 0 or less has no end
     ColorFont font;
-    CaptionFont letters;   // measured once the font is loaded
+    const CaptionFont* letters = nullptr; // of the font, measured; not owned
 
     // Laid out for this size of the output, the one of the two that the params ask for.
     int layoutWidth = 0;

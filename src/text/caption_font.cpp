@@ -181,7 +181,7 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
     return caption;
 }
 
-CaptionFont readCaptionFont(const ColorFont& font) {
+const CaptionFont& readCaptionFont(const ColorFont& font) {
     const auto known = measuredFonts().find(font.jsonPath);
     if (known != measuredFonts().end()) return known->second;
     return measuredFonts()[font.jsonPath] = measureCaptionFont(font, readAtlas(font));

@@ -32,8 +32,9 @@ struct CaptionFont {
 // texture. Without pixels (empty) every glyph keeps its cell and its advance.
 CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>& pixels);
 
-// The same with the pixels of the font's texture, which are read once for all captions. Needs a current context.
-CaptionFont readCaptionFont(const ColorFont& font);
+// The same with the pixels of the font's texture, read once for all captions; stays where it is until
+// forgetCaptionFonts. Needs a current context.
+const CaptionFont& readCaptionFont(const ColorFont& font);
 
 // Forgets what was measured: when the atlases go.
 void forgetCaptionFonts();

@@ -63,7 +63,8 @@ Caption makeCaption(const std::string& json, bool isCreditRoll, float duration =
     Caption caption;
     caption.params = readCaptionParams(parseJson(json), isCreditRoll);
     caption.duration = duration;
-    caption.letters = blockLetters();
+    static const CaptionFont letters = blockLetters();
+    caption.letters = &letters;
     return caption;
 }
 
@@ -245,7 +246,7 @@ TEST(LowerThirdTest, ScalesWithTheOutputAndStaysInside) {
             EXPECT_TRUE(panel.x0 >= 0.0f && panel.x1 <= w && panel.y0 >= -0.01f && panel.y1 <= h);
             for (const float value : caption.vertices) ASSERT_TRUE(std::isfinite(value));
             for (const CaptionLine& line : caption.lowerThird.title) {
-                EXPECT_LE(line.x + captionWidth(caption.letters, line.text, line.capPixels), panel.x1 + 0.1f);
+                EXPECT_LE(line.x + captionWidth(*caption.letters, line.text, line.capPixels), panel.x1 + 0.1f);
             }
         }
     }
@@ -268,7 +269,7 @@ TEST(CreditRollTest, FitsItsEntryExactly) {
 
     caption.params.scrollSpeed = 100.0f;
     EXPECT_FLOAT_EQ(creditSpeed(roll, caption.params, 20.0f), 100.0f);
-    EXPECT_FLOAT_EQ(creditSpeed(layoutCreditRoll(caption.params, caption.letters, 3840, 2160), caption.params, 20.0f), 200.0f);
+    EXPECT_FLOAT_EQ(creditSpeed(layoutCreditRoll(caption.params, *caption.letters, 3840, 2160), caption.params, 20.0f), 200.0f);
     caption.params.scrollSpeed = 0.0f;
     EXPECT_GT(creditSpeed(roll, caption.params, 0.0f), 0.0f); // open-ended
 }
@@ -276,7 +277,7 @@ TEST(CreditRollTest, FitsItsEntryExactly) {
 TEST(CreditRollTest, ColumnsMeetAtTheGutterAndCentredLinesAtTheMiddle) {
     const std::string entries = R"("showHeader": false, "entries": [{"role": "ABA", "name": "B"}, {"role": "A", "name": "BAB"}])";
     Caption columns = makeCaption("{" + entries + "}", true), centred = makeCaption(R"({"align": "center", )" + entries + "}", true);
-    const auto right = [&](const CaptionLine& line) { return line.x + captionWidth(columns.letters, line.text, line.capPixels); };
+    const auto right = [&](const CaptionLine& line) { return line.x + captionWidth(*columns.letters, line.text, line.capPixels); };
     buildCaption(columns, 1.0f, 1920, 1080);
     const auto& lines = columns.creditRoll.lines;
     ASSERT_EQ(lines.size(), 4u);
@@ -354,7 +355,8 @@ TEST(CreditRollTest, HostileTimesAndTextsStayFinite) {
         }
     }
     Caption empty = makeCaption(R"({"header": "", "mode": "blocks"})", true);
-    empty.letters = measureCaptionFont({}, {});
+    const CaptionFont none = measureCaptionFont({}, {});
+    empty.letters = &none;
     buildCaption(empty, 1.0f, 320, 180);
     EXPECT_FALSE(empty.vertices.empty());
 

@@ -27,9 +27,10 @@ bool fail(const char* step, std::string& failure) {
 }
 
 // No depth or stencil bits: the shows draw flat.
-int choosePixelFormat(HDC deviceContext, const WglFunctions& wgl) {
+int findPixelFormat(HDC deviceContext, const WglFunctions& wgl, int doubleBuffered) {
     const int attributes[] = {WGL_DRAW_TO_PBUFFER_ARB, 1,
                               WGL_SUPPORT_OPENGL_ARB, 1,
+                              WGL_DOUBLE_BUFFER_ARB, doubleBuffered,
                               WGL_PIXEL_TYPE_ARB, WGL_TYPE_RGBA_ARB,
                               WGL_RED_BITS_ARB, 8,
                               WGL_GREEN_BITS_ARB, 8,
@@ -38,8 +39,15 @@ int choosePixelFormat(HDC deviceContext, const WglFunctions& wgl) {
                               0};
     int format = 0;
     UINT count = 0;
-    const bool chosen = wgl.choosePixelFormat(deviceContext, attributes, nullptr, 1, &format, &count);
-    return chosen && count > 0 ? format : 0;
+    const bool found = wgl.choosePixelFormat(deviceContext, attributes, nullptr, 1, &format, &count);
+    return found && count > 0 ? format : 0;
+}
+
+// Two buffers before one: software drivers below Wine end the process when a picture with alpha of one buffer
+// is finished, because they would show it.
+int choosePixelFormat(HDC deviceContext, const WglFunctions& wgl) {
+    const int format = findPixelFormat(deviceContext, wgl, 1);
+    return format ? format : findPixelFormat(deviceContext, wgl, 0);
 }
 
 // Drivers may make a smaller buffer than asked for, or end the process over one larger than they can draw into;

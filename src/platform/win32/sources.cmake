@@ -19,7 +19,7 @@ add_layer(platform
 )
 target_link_libraries(platform PUBLIC foundation opengl32 PRIVATE gdiplus gdi32 ole32 user32)
 # The oldest system that has all that is called by name; narrow headers, and no macros called min and max.
-target_compile_definitions(platform PRIVATE _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
+target_compile_definitions(platform PUBLIC _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
 
 # The manifest, without which paths would be in the code page of the country.
 function(add_program_resources program)

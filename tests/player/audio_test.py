@@ -11,7 +11,8 @@ import unittest
 import wave
 from pathlib import Path
 
-from support import PLAYER, TIME_LIMIT, Display, LivePlayer, PlayerTest, entry, environment, show
+from system import PLAYER
+from support import TIME_LIMIT, Display, LivePlayer, PlayerTest, entry, environment, show
 
 STAND_IN = Path(os.environ["QUILLON_STAND_IN_AUDIO"])  # a folder with libbass.so
 INCOMPLETE = Path(os.environ["QUILLON_INCOMPLETE_AUDIO"])  # the same without its last export

@@ -34,9 +34,12 @@ std::FILE* openOutput(const std::string& path, std::string& reason) {
 }
 
 bool closeOutput(std::FILE* file, std::string& reason) {
-    const int failed = file == stdout ? std::fflush(file) : std::fclose(file);
-    if (failed) reason = std::strerror(errno);
-    return !failed;
+    // What only comes out at the end may be lost on the way to fclose's result.
+    const bool flushed = std::fflush(file) == 0;
+    if (!flushed) reason = std::strerror(errno);
+    const bool closed = file == stdout || std::fclose(file) == 0;
+    if (flushed && !closed) reason = std::strerror(errno);
+    return flushed && closed;
 }
 
 bool writeFile(const std::string& path, const std::string& bytes, std::string& reason) {

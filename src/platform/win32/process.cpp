@@ -69,13 +69,19 @@ std::string environmentPath() {
     return path;
 }
 
-// Beside the player, then on the PATH; never in the current directory, which may be a stranger's show. Empty
-// when it is nowhere.
+// Beside the player, then on the PATH; never in the current directory, which may be a stranger's show, nor in
+// what a PATH names relative to it. Empty when it is nowhere.
 std::string findProgram(const std::string& name) {
-    char found[MAX_PATH] = {};
     const std::string directories = executableDirectory() + ";" + environmentPath();
-    const DWORD length = SearchPathA(directories.c_str(), name.c_str(), ".exe", MAX_PATH, found, nullptr);
-    return length > 0 && length < MAX_PATH ? found : "";
+    for (size_t begin = 0; begin < directories.size();) {
+        const size_t end = std::min(directories.find(';', begin), directories.size());
+        std::string directory = directories.substr(begin, end - begin);
+        begin = end + 1;
+        std::erase(directory, '"');
+        const std::string program = directory + "\\" + name + ".exe";
+        if ((isAbsolutePath(directory) || directory.starts_with("\\\\")) && isRegularFile(program)) return program;
+    }
+    return "";
 }
 
 // As every program takes its command line apart: backslashes count only before a quote.
@@ -91,6 +97,30 @@ std::string quoted(const std::string& argument) {
     return text.append(backslashes, '\\') + '"';
 }
 
+// Start-up facts that hand on these three handles and no other: whoever waits for the end of the player's own
+// output would else wait for the other program too.
+struct StartUp {
+    STARTUPINFOEXA facts = {};
+    HANDLE handles[3] = {};
+    std::vector<char> memory; // of the list
+};
+
+void prepare(StartUp& startUp, HANDLE input, HANDLE output, HANDLE errors) {
+    STARTUPINFOA& facts = startUp.facts.StartupInfo;
+    facts.cb = sizeof startUp.facts;
+    facts.dwFlags = STARTF_USESTDHANDLES;
+    facts.hStdInput = startUp.handles[0] = input;
+    facts.hStdOutput = startUp.handles[1] = output;
+    facts.hStdError = startUp.handles[2] = errors;
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    startUp.memory.resize(size);
+    startUp.facts.lpAttributeList = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(startUp.memory.data());
+    InitializeProcThreadAttributeList(startUp.facts.lpAttributeList, 1, 0, &size);
+    UpdateProcThreadAttribute(startUp.facts.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, startUp.handles,
+                              sizeof startUp.handles, nullptr, nullptr);
+}
+
 bool spawn(const std::vector<std::string>& arguments, HANDLE input, HANDLE output, HANDLE errors, HANDLE& process) {
     const std::string program = findProgram(arguments.front());
     if (program.empty()) {
@@ -99,18 +129,15 @@ bool spawn(const std::vector<std::string>& arguments, HANDLE input, HANDLE outpu
     }
     std::string line;
     for (const std::string& argument : arguments) line += (line.empty() ? "" : " ") + quoted(argument);
-    STARTUPINFOA startUp = {};
-    startUp.cb = sizeof startUp;
-    startUp.dwFlags = STARTF_USESTDHANDLES;
-    startUp.hStdInput = input;
-    startUp.hStdOutput = output;
-    startUp.hStdError = errors;
+    StartUp startUp;
+    prepare(startUp, input, output, errors);
     PROCESS_INFORMATION started = {};
     // A console of its own keeps Ctrl+C from it.
-    if (!CreateProcessA(program.c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
-                        &startUp, &started)) {
-        return false;
-    }
+    const DWORD flags = CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT;
+    const bool created = CreateProcessA(program.c_str(), line.data(), nullptr, nullptr, TRUE, flags, nullptr, nullptr,
+                                        &startUp.facts.StartupInfo, &started);
+    DeleteProcThreadAttributeList(startUp.facts.lpAttributeList);
+    if (!created) return false;
     CloseHandle(started.hThread);
     process = started.hProcess;
     return true;

@@ -103,5 +103,67 @@ class Encoder(PlayerTest):
         self.assertEqual(list(self.folder.glob("a.*")), [])
 
 
+@unittest.skipUnless(Path(LINUX_PLAYER).is_file(), "there is no Linux player to compare with")
+class SamePictures(PlayerTest):
+    """What both players draw of a show, on the same software rasterizer."""
+
+    def render(self, config, times, size, linux):
+        output = self.folder / "frames.rgba"
+        arguments = ["-o", str(output), "--size", "%dx%d" % size, "--still", ",".join(map(str, times)), str(config)]
+        done = subprocess.run(([LINUX_PLAYER] if linux else [*RUNNER, PLAYER]) + arguments, env=environment(),
+                              capture_output=True, timeout=120)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertNotIn(b"[WARN] Texture load failed", done.stdout + done.stderr)
+        frames, frame = output.read_bytes(), size[0] * size[1] * 4
+        self.assertEqual(len(frames), len(times) * frame)
+        return [frames[at:at + frame] for at in range(0, len(frames), frame)]
+
+    @staticmethod
+    def is_same(one, other):
+        """Within two steps of 255 but for one pixel in ten thousand."""
+        if one == other:
+            return True
+        far = {i // 4 for i, (a, b) in enumerate(zip(one, other)) if abs(a - b) > 2}
+        return len(far) * 10000 <= len(one) // 4
+
+    def assert_same(self, config, times, size=(320, 180), names=None):
+        here, there = (self.render(config, times, size, linux) for linux in (False, True))
+        for name, one, other in zip(names or times, here, there):
+            self.assertTrue(self.is_same(one, other), f"{config.name}: {name}")
+        return here
+
+    def test_shows(self):
+        times = [0.5 + 4 * k for k in range(23)]
+        frames = self.assert_same(ROOT / "shows/gallery/config.json", times)
+        self.assertFalse(self.is_same(frames[0], frames[1]))
+        self.assert_same(ROOT / "shows/showcase/config.json", [1, 9, 17, 25, 33, 41, 49, 57], size=(160, 90))
+        self.assert_same(ROOT / "shows/legacy/config.json", [1, 6, 11])
+
+    def test_pictures_of_every_format(self):
+        pictures = {
+            "rgb.png": ["-alpha", "off"], "rgba.png": [], "palette.png": ["-alpha", "off", "-colors", "99", "-type", "Palette"],
+            "grey.png": ["-alpha", "off", "-colorspace", "Gray"], "deep.png": ["-depth", "16"],
+            "interlaced.png": ["-interlace", "PNG"],
+            # Decoders fill coarser colour up in ways of their own.
+            "whole.jpg": ["-alpha", "off", "-sampling-factor", "4:4:4"],
+            "progressive.jpg": ["-alpha", "off", "-sampling-factor", "4:4:4", "-interlace", "JPEG"],
+            "grey.jpg": ["-alpha", "off", "-colorspace", "Gray"],
+            "24.bmp": ["-alpha", "off", "-define", "bmp:format=bmp3"], "8.bmp": ["-alpha", "off", "-colors", "250"], "32.bmp": [],
+            "opaque.gif": ["-alpha", "off"], "clear.gif": ["-channel", "A", "-threshold", "50%"],
+            "plain.tif": ["-alpha", "off", "-depth", "8"], "packed.tif": ["-depth", "8", "-compress", "LZW"],
+            "grey.tif": ["-alpha", "off", "-depth", "8", "-colorspace", "Gray", "-compress", "Zip"],
+        }
+        source = self.folder / "source.png"
+        subprocess.run(["convert", "-seed", "7", "-size", "97x61", "plasma:red-lime", "(", "-size", "97x61", "gradient:white-black", ")",
+                        "-compose", "CopyOpacity", "-composite", source], check=True)
+        entries = [entry("plain", 0, len(pictures), params={"color": [0.2, 0.5, 0.9, 1]})]
+        for k, (name, arguments) in enumerate(pictures.items()):
+            subprocess.run(["convert", source, *arguments, self.folder / name], check=True)
+            entries.append(entry("image", k, 1, id=name, overlay=True, params={"image": name}))
+        config = self.write_show(show(*entries))
+        frames = self.assert_same(config, [k + 0.5 for k in range(len(pictures))], size=(97, 61), names=list(pictures))
+        self.assertFalse(self.is_same(frames[0], frames[1]))
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -69,6 +69,11 @@ void divideByAlpha(std::vector<uint8_t>& pixels) {
     }
 }
 
+// The fourth byte of a BMP's pixel is more often filler than alpha; on Windows it counts for nothing.
+void makeOpaque(std::vector<uint8_t>& pixels) {
+    for (size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
+}
+
 void copyRowsBottomUp(const SDL_Surface& surface, DecodedImage& image) {
     image.width = surface.w;
     image.height = surface.h;
@@ -159,6 +164,7 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     else copyRowsBottomUp(*surface, image);
     SDL_FreeSurface(surface);
     if (claimed.kind == ImageKind::tiff) divideByAlpha(image.pixels);
+    if (claimed.kind == ImageKind::bmp) makeOpaque(image.pixels);
     return fits;
 }
 

@@ -34,7 +34,6 @@ void copyExchanged(const uint8_t* from, uint8_t* to, size_t pixels) {
 const char* statusWords(Gdiplus::GpStatus status) {
     switch (status) {
     case Gdiplus::OutOfMemory: return "cut short, or too large for the memory";
-    case Gdiplus::UnknownImageFormat: return "this system has no decoder for it";
     case Gdiplus::GdiplusNotInitialized: return "GDI+ is not started";
     default: return "the decoder gave up";
     }
@@ -122,7 +121,8 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
         reason = isRegularFile(path) ? "cannot be read" : "no such file";
         return false;
     }
-    reason = imageObjection(readImageSize(bytes));
+    const ImageSize claimed = readImageSize(bytes);
+    reason = claimed.kind == ImageKind::webp ? "a WebP picture, which GDI+ does not decode" : imageObjection(claimed);
     if (!reason.empty()) return false;
     std::string().swap(bytes);
     Gdiplus::GpBitmap* bitmap = nullptr;

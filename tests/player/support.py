@@ -271,11 +271,16 @@ class Display:
         return done.stdout.decode().split()
 
     def window(self):
-        """Waits for the player's window and gives it the keyboard, there being no window manager."""
+        """Waits for the player's window and gives it the keyboard."""
         title = "^Quillon DemoScene - Native Player$"
-        window = self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
-        self.xdotool("windowfocus", "--sync", window)
-        return window
+        for _ in range(10):
+            try:
+                window = self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
+                self.xdotool("windowfocus", "--sync", window)
+                return window
+            except subprocess.CalledProcessError:
+                time.sleep(0.1)  # a window that goes away meanwhile, any window, ends the search
+        raise AssertionError("the player's window cannot be had")
 
     def _open(self):
         return ctypes.c_void_p(self.x11.XOpenDisplay(self.env["DISPLAY"].encode()))

@@ -122,7 +122,8 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
         return false;
     }
     const ImageSize claimed = readImageSize(bytes);
-    reason = claimed.kind == ImageKind::webp ? "a WebP picture, which GDI+ does not decode" : imageObjection(claimed);
+    reason = imageObjection(claimed);
+    if (reason.empty() && claimed.kind == ImageKind::webp) reason = "a WebP picture, which GDI+ does not decode";
     if (!reason.empty()) return false;
     std::string().swap(bytes);
     Gdiplus::GpBitmap* bitmap = nullptr;

@@ -21,7 +21,7 @@ constexpr CLSID kPngEncoder = {0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x
 
 ULONG_PTR session = 0; // of GDI+; 0 while it is not started
 
-// GDI+ keeps its pixels as B, G, R, A; the exchange is the same in both directions.
+// From the B, G, R, A of GDI+ to R, G, B, A.
 void copyExchanged(const uint8_t* from, uint8_t* to, size_t pixels) {
     for (size_t i = 0; i < pixels; ++i, from += kPixelBytes, to += kPixelBytes) {
         to[0] = from[2];
@@ -81,6 +81,31 @@ bool readBitmap(Gdiplus::GpBitmap* bitmap, DecodedImage& image, std::string& rea
     return false;
 }
 
+// A picture as GDI+ takes it: top row first, B, G, R and A or not, rows of whole words.
+struct Rows {
+    std::vector<uint8_t> bytes;
+    size_t stride = 0; // bytes
+};
+
+Rows rowsFor(const uint8_t* pixels, int width, int height, bool withAlpha, PixelLayout layout) {
+    const size_t pixelBytes = withAlpha ? 4 : 3, columns = static_cast<size_t>(width), count = static_cast<size_t>(height);
+    const size_t blue = layout.blueFirst ? 0 : 2;
+    Rows rows;
+    rows.stride = (columns * pixelBytes + 3) / 4 * 4;
+    rows.bytes.resize(rows.stride * count);
+    for (size_t y = 0; y < count; ++y) {
+        const uint8_t* from = pixels + (layout.bottomFirst ? count - 1 - y : y) * columns * kPixelBytes;
+        uint8_t* to = rows.bytes.data() + y * rows.stride;
+        for (size_t x = 0; x < columns; ++x, from += kPixelBytes, to += pixelBytes) {
+            to[0] = from[blue];
+            to[1] = from[1];
+            to[2] = from[2 - blue];
+            if (withAlpha) to[3] = from[3];
+        }
+    }
+    return rows;
+}
+
 // The bytes of an encoded picture.
 bool readStream(IStream* stream, std::string& bytes) {
     STATSTG facts = {};
@@ -137,20 +162,15 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     return decoded;
 }
 
-bool encodePng(const uint8_t* rgba, int width, int height, bool withAlpha, std::string& bytes,
-               RowOrder order) {
+bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
+               PixelLayout layout) {
     bytes.clear();
     if (!fitsImageLimits(width, height)) return false;
-    const size_t rowBytes = static_cast<size_t>(width) * kPixelBytes;
-    std::vector<uint8_t> pixels(rowBytes * static_cast<size_t>(height));
-    for (int y = 0; y < height; ++y) {
-        const int from = order == RowOrder::topFirst ? y : height - 1 - y;
-        copyExchanged(rgba + static_cast<size_t>(from) * rowBytes, pixels.data() + static_cast<size_t>(y) * rowBytes,
-                      static_cast<size_t>(width));
-    }
+    Rows rows = rowsFor(pixels, width, height, withAlpha, layout);
     Gdiplus::GpBitmap* bitmap = nullptr;
-    const Gdiplus::PixelFormat format = withAlpha ? PixelFormat32bppARGB : PixelFormat32bppRGB;
-    const auto status = gdi::GdipCreateBitmapFromScan0(width, height, static_cast<int>(rowBytes), format, pixels.data(), &bitmap);
+    const Gdiplus::PixelFormat format = withAlpha ? PixelFormat32bppARGB : PixelFormat24bppRGB;
+    const auto status =
+        gdi::GdipCreateBitmapFromScan0(width, height, static_cast<int>(rows.stride), format, rows.bytes.data(), &bitmap);
     if (status != Gdiplus::Ok) return false;
     const bool encoded = saveAsPng(bitmap, bytes);
     gdi::GdipDisposeImage(bitmap);

@@ -3,6 +3,7 @@
 #include "platform/win32/error_words.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include <fcntl.h>
@@ -19,7 +20,9 @@ void openStandardStreams() {
     for (int i = 0; i < 3; ++i) {
         if (_fileno(streams[i]) < 0) std::freopen("NUL", modes[i], streams[i]);
     }
-    SetConsoleOutputCP(CP_UTF8); // the code page of the texts; fails where no console is
+    // The code page of the texts, as long as the program runs; 0 where no console is.
+    static const UINT before = GetConsoleOutputCP();
+    if (before && SetConsoleOutputCP(CP_UTF8)) std::atexit([] { SetConsoleOutputCP(before); });
 }
 
 std::FILE* openOutput(const std::string& path, std::string& reason) {

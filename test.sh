@@ -4,11 +4,12 @@ set -euo pipefail
 
 usage() {
     cat <<'TEXT'
-Usage: ./test.sh [--asan] [ctest options...]
+Usage: ./test.sh [--linux | --asan | --windows] [ctest options...]
 
-Builds everything in build/release and runs all tests. With --asan the build in build/asan, which has the
-address and undefined-behaviour sanitizers, is used instead. With CI=true in the environment both are built
-and tested, and compiler warnings are errors.
+Builds everything in build/release and runs all tests; then the same for Windows, in build/windows, under Wine on
+an X server of its own. --linux and --windows leave the other system out. With --asan the build in build/asan,
+which has the address and undefined-behaviour sanitizers, is used instead. With CI=true in the environment all
+three are built and tested, and compiler warnings are errors.
 
 Packages that are missing on a Debian system are installed first, through sudo where needed.
 TEXT
@@ -18,20 +19,24 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 # shellcheck source=tools/setup.sh
 . "$root/tools/setup.sh"
 
-presets=(release)
-releaseOptions=(-DQUILLON_TESTS=ON -DQUILLON_BENCH=ON)
-# The optimizer's warnings about sanitized code are not dependable, so only the release build is strict.
+presets=(release windows)
+# The optimizer's warnings about sanitized code are not dependable, so only the other builds are strict.
+strict=()
 if [[ ${CI-} == true ]]; then
-    presets=(release asan)
-    releaseOptions+=(-DQUILLON_WERROR=ON)
+    presets=(release asan windows)
+    strict=(-DQUILLON_WERROR=ON)
 fi
 case ${1-} in
 -h | --help)
     usage
     exit
     ;;
---asan)
-    presets=(asan)
+--asan | --windows)
+    presets=("${1#--}")
+    shift
+    ;;
+--linux)
+    presets=(release)
     shift
     ;;
 esac
@@ -39,17 +44,23 @@ esac
 # The GL driver is unloaded before the leak check and all that it still holds would count as lost.
 export ASAN_OPTIONS=detect_leaks=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}
 
-installMissing "${kPlayerPackages[@]}" "${kContactSheetPackages[@]}" "${kTestPackages[@]}"
+packages=("${kPlayerPackages[@]}" "${kContactSheetPackages[@]}" "${kTestPackages[@]}")
+[[ " ${presets[*]} " != *" windows "* ]] || packages+=("${kWindowsPackages[@]}" "${kWineTestPackages[@]}")
+installMissing "${packages[@]}"
 
 failed=()
 for preset in "${presets[@]}"; do
-    if [[ $preset == release ]]; then
-        configure release "${releaseOptions[@]}"
-    else
-        configure "$preset"
-    fi
+    desktop=()
+    case $preset in
+    release) configure release -DQUILLON_TESTS=ON -DQUILLON_BENCH=ON "${strict[@]}" ;;
+    asan) configure asan ;;
+    windows)
+        configure windows -DQUILLON_TESTS=ON "${strict[@]}"
+        desktop=("$root/tools/desktop.sh")
+        ;;
+    esac
     buildTargets "$preset"
     say "Testing build/$preset"
-    (cd "$root" && ctest --preset "$preset" --no-tests=error -j "$(nproc)" "$@") || failed+=("$preset")
+    (cd "$root" && "${desktop[@]}" ctest --preset "$preset" --no-tests=error -j "$(nproc)" "$@") || failed+=("$preset")
 done
 ((${#failed[@]} == 0)) || die "tests failed in: ${failed[*]}"

@@ -1,4 +1,4 @@
-# What play.sh and test.sh share: progress lines, the packages a bare Debian lacks, the build folder.
+# What play.sh, test.sh and package.sh share: progress lines, the packages a bare Debian lacks, the build folder.
 # Sourced by bash with `root` set to the absolute path of the checkout.
 # shellcheck shell=bash disable=SC2034,SC2154
 
@@ -12,6 +12,12 @@ kPlayerPackages=(
 kContactSheetPackages=(imagemagick fonts-dejavu-core ffmpeg)
 # xvfb-run needs xauth, which xvfb only recommends.
 kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
+# The Windows player is built here too, and tested under Wine. libgl1 brings the OpenGL that Wine hands on; with a
+# window manager windows are closed and fill the screen as on a desktop.
+kWindowsPackages=(g++-mingw-w64-x86-64-posix cmake ninja-build)
+kWineTestPackages=(wine wine64 googletest libgl1 libgl1-mesa-dri openbox xvfb xauth xdotool python3 imagemagick)
+# dpkg-dev tells which libraries the Debian package depends on.
+kPackagingPackages=(dpkg-dev file)
 
 say() {
     printf '==> %s\n' "$*" >&2

@@ -1,6 +1,7 @@
 #include "config/runtime_config.h"
 #include "support/log_capture.h"
 #include "support/temp_show.h"
+#include "system.h"
 
 #include <gtest/gtest.h>
 
@@ -29,13 +30,15 @@ std::string describe(const TimelineEntry& e) {
     return text;
 }
 
+const std::string kShow = nativePath("/show");
+
 constexpr const char* kDefaultEntry = "|| 0+0 for 5 layer 0 alpha 1 scale 1 alpha";
 
 TimelineEntry parseEntry(const std::string& json, const AssetMap& assets = {}) {
     RuntimeConfig config;
-    config.fallbackImagePath = "/show/fallback.png";
+    config.fallbackImagePath = nativePath("/show/fallback.png");
     config.assets = std::make_shared<AssetMap>(assets);
-    return parseTimelineEntry(parseJson(json), config, "/show");
+    return parseTimelineEntry(parseJson(json), config, kShow);
 }
 
 TEST(Config, TakesEveryDefaultFromWhatIsMissingOrOfTheWrongKind) {
@@ -98,9 +101,9 @@ TEST(Config, ResolvesPathsOfShows) {
         {"@chain", "/show/@music"}, // aliases do not chain
         {"@Music", "/show/@Music"},          {"@music/more", "/show/@music/more"},
         {"a@music", "/show/a@music"},        {"C:\\x/y.png", "C:/x/y.png"},
-        {"\\srv\\x.png", "/srv/x.png"},      {"../x.png", "/show/../x.png"},
+        {"\\srv\\x.png", kRootIsAbsolute ? "/srv/x.png" : "/show//srv/x.png"}, {"../x.png", "/show/../x.png"},
     };
-    for (const auto& [path, resolved] : cases) EXPECT_EQ(resolveAssetPath(path, assets, "/show"), resolved) << path;
+    for (const auto& [path, resolved] : cases) EXPECT_EQ(resolveAssetPath(path, assets, kShow), nativePath(resolved)) << path;
 
     const std::pair<const char*, const char*> fallbacks[] = {
         {R"({"fallbackImage": "a.png", "imagePath": "b.png"})", "a.png"},
@@ -177,7 +180,7 @@ TEST(TimelineEntry, ReadsItsKeys) {
         const TimelineEntry entry = parseEntry(json);
         EXPECT_EQ(describe(entry), fields);
         EXPECT_EQ(entry.channels, (decltype(entry.channels){}));
-        EXPECT_EQ(entry.fallbackImage, "/show/fallback.png");
+        EXPECT_EQ(entry.fallbackImage, nativePath("/show/fallback.png"));
     }
     EXPECT_EQ(parseEntry(R"({"params":[1,2]})").params.items.size(), 2u); // kept whole, whatever its kind
 }
@@ -195,32 +198,32 @@ TEST(TimelineEntry, BindsAChannelToTheFirstKeyThatIsAString) {
             worse += "\"" + key + "\":\"" + key + ".png\",";
             std::string params = worse;
             for (size_t better = 0; better < i; ++better) params += "\"" + keysOf[channel][better] + "\":3,";
-            EXPECT_EQ(parseEntry("{\"params\":{" + params + "\"last\":0}}").channels[channel], "/show/" + key + ".png");
+            EXPECT_EQ(parseEntry("{\"params\":{" + params + "\"last\":0}}").channels[channel], nativePath("/show/" + key + ".png"));
         }
     }
-    EXPECT_EQ(parseEntry(R"({"params":{"texture":"@t"}})", {{"t", "D:\\t.png"}}).imagePath, "D:/t.png");
+    EXPECT_EQ(parseEntry(R"({"params":{"texture":"@t"}})", {{"t", "D:\\t.png"}}).imagePath, nativePath("D:/t.png"));
 
     TimelineEntry entry = parseEntry(R"({"params":{"channel1":"a","post":"b"}})");
     for (const int index : {-1, 1, 4}) bindChannelFromKeys(entry, index, {"post"}); // out of range, or bound already
     bindChannelFromKeys(entry, 2, {"missing", "post"});
-    EXPECT_EQ(entry.channels, (decltype(entry.channels){"", "/show/a", "/show/b", ""}));
+    EXPECT_EQ(entry.channels, (decltype(entry.channels){"", nativePath("/show/a"), nativePath("/show/b"), ""}));
 }
 
 TEST(TimelineEntry, ChildrenKeepTheParentsPlaceInTime) {
     RuntimeConfig config;
-    config.fallbackImagePath = "/show/f.png";
+    config.fallbackImagePath = nativePath("/show/f.png");
     config.assets = std::make_shared<AssetMap>(AssetMap{{"t", "tile.png"}});
     config.shaders.resolve = [](TimelineEntry& entry) { entry.fragPath = entry.type + ".frag"; };
     const TimelineEntry parent = parseTimelineEntry(
         parseJson(R"({"id":"p","type":"composite","scene":"s","start":3,"delay":1,"duration":7,"overlay":true,"layer":2,
-                      "params":{"alpha":0.5,"blendMode":"additive","image":"parent.png"}})"), config, "/show");
+                      "params":{"alpha":0.5,"blendMode":"additive","image":"parent.png"}})"), config, kShow);
     const TimelineEntry child = deriveChildEntry(
         parseJson(R"({"id":"c","type":"plasma","scene":"x","start":9,"delay":9,"duration":9,"overlay":true,
                       "enabled":false,"layer":9,"params":{"timeScale":2,"channel1":"@t"}})"), parent, "post");
     EXPECT_EQ(describe(child), "p_post|plasma|s 3+0 for 7 layer 2 alpha 1 scale 2 alpha");
-    EXPECT_EQ(child.channels, (decltype(child.channels){"", "/show/tile.png", "", ""}));
+    EXPECT_EQ(child.channels, (decltype(child.channels){"", nativePath("/show/tile.png"), "", ""}));
     EXPECT_EQ(child.imagePath, "");
-    EXPECT_EQ(child.fallbackImage, "/show/f.png");
+    EXPECT_EQ(child.fallbackImage, nativePath("/show/f.png"));
     EXPECT_EQ(child.fragPath, "plasma.frag");
     EXPECT_EQ(describe(deriveChildEntry({}, child, "0")), "p_post_0||s 3+0 for 7 layer 2 alpha 1 scale 1 alpha");
 }

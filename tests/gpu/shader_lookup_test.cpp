@@ -3,6 +3,7 @@
 #include "support/log_capture.h"
 #include "support/shader_pack_file.h"
 #include "support/temp_show.h"
+#include "child.h"
 
 #include <gtest/gtest.h>
 
@@ -21,12 +22,13 @@ TimelineEntry entryOf(const TempShow& show, const std::string& type, const std::
     return entry;
 }
 
-// The three paths, relative to the show.
+// The three paths, relative to the show, with slashes.
 std::string pathsOf(const TempShow& show, const TimelineEntry& entry) {
     std::string text;
     for (const std::string& path : {entry.vertPath, entry.fragPath, entry.bufferPath}) {
-        const bool below = path.starts_with(show.baseDir + "/");
-        text += (text.empty() ? "" : " ") + (path.empty() ? "-" : below ? path.substr(show.baseDir.size() + 1) : path);
+        const bool below = path.starts_with(show.path(""));
+        const std::string relative = below ? path.substr(show.baseDir.size() + 1) : path;
+        text += (text.empty() ? "" : " ") + (path.empty() ? "-" : std::filesystem::path(relative).generic_string());
     }
     return text;
 }

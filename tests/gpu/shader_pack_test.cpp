@@ -2,6 +2,7 @@
 #include "support/log_capture.h"
 #include "support/shader_pack_file.h"
 #include "support/temp_show.h"
+#include "child.h"
 
 #include <gtest/gtest.h>
 

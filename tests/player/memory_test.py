@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from support import PLAYER, PlayerTest, entry, environment, show
+from support import COMMAND, PlayerTest, entry, environment, show
 
 LIMIT_MB = 100
 
@@ -12,7 +12,7 @@ LIMIT_MB = 100
 class PeakMemory(PlayerTest):
     def peak(self, *arguments):
         """The largest resident size of a run, in megabytes."""
-        process = subprocess.Popen([PLAYER, *map(str, arguments)], cwd=self.folder, env=environment(),
+        process = subprocess.Popen([*COMMAND, *map(str, arguments)], cwd=self.folder, env=environment(),
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)

@@ -14,7 +14,8 @@ import unittest
 import zlib
 from pathlib import Path
 
-PLAYER = os.path.abspath(os.environ["QUILLON_PLAYER"])
+from system import COMMAND, WINDOWS, environment, text_of
+
 TIME_LIMIT = 60.0  # seconds for one run; only a hang takes so long, even on a busy machine
 
 # One fragment shader a name; shows take those that their entries ask for.
@@ -97,14 +98,8 @@ def show(*entries, loop=False, size=(4, 4), **more):
 class Result:
     def __init__(self, code, out, err, seconds):
         self.code, self.out, self.seconds = code, out, seconds
-        self.log = out.decode(errors="surrogateescape")
-        self.err = err.decode(errors="surrogateescape")
-
-
-def environment(changes=None):
-    """Without a display unless one is named; None takes a variable away."""
-    merged = {**os.environ, "DISPLAY": None, "WAYLAND_DISPLAY": None, **(changes or {})}
-    return {name: value for name, value in merged.items() if value is not None}
+        self.log = text_of(out)
+        self.err = text_of(err)
 
 
 class PlayerTest(unittest.TestCase):
@@ -137,7 +132,7 @@ class PlayerTest(unittest.TestCase):
     def run_player(self, *arguments, code=0, env=None, time_limit=TIME_LIMIT, **more):
         """Runs to the end; the exit code must be `code`, and no run may be longer than the limit."""
         begun = time.monotonic()
-        process = subprocess.Popen([PLAYER, *map(str, arguments)], stdout=more.pop("stdout", subprocess.PIPE),
+        process = subprocess.Popen([*COMMAND, *map(str, arguments)], stdout=more.pop("stdout", subprocess.PIPE),
                                    stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, cwd=self.folder,
                                    env=environment(env), **more)
         try:
@@ -180,7 +175,7 @@ class LivePlayer:
     """A player that runs while the test steers it; its log is read as it comes."""
 
     def __init__(self, test, *arguments, env=None, log="stdout"):
-        self.process = subprocess.Popen([PLAYER, *map(str, arguments)], stdout=subprocess.PIPE,
+        self.process = subprocess.Popen([*COMMAND, *map(str, arguments)], stdout=subprocess.PIPE,
                                         stderr=subprocess.PIPE, cwd=test.folder, env=environment(env))
         self.test, self.lines, self.next = test, [], 0
         self.changed = threading.Condition()
@@ -196,7 +191,7 @@ class LivePlayer:
     def _read(self, pipe, lines):
         for line in pipe:
             with self.changed:
-                lines.append(line.decode(errors="replace").rstrip("\n"))
+                lines += text_of(line).splitlines()
                 self.changed.notify_all()
         with self.changed:
             self.changed.notify_all()
@@ -238,13 +233,26 @@ class LivePlayer:
 
 
 class Display:
-    """An Xvfb of the test's own, on a display number that the server chooses."""
+    """A screen: an Xvfb of the test's own, on a display number that the server chooses. Wine's desktop stays on the
+    display that it began on, so there it is the one that the test was given, and other tests draw on it too."""
 
     def __init__(self, test, size="320x240"):
-        self.folder = test.folder
+        self.server = None
+        if WINDOWS:
+            self.env = {"DISPLAY": os.environ["DISPLAY"]}
+        else:
+            self._start_server(test, size)
+        self.x11 = ctypes.CDLL("libX11.so.6")
+        for name, result in (("XOpenDisplay", ctypes.c_void_p), ("XInternAtom", ctypes.c_ulong),
+                             ("XDefaultRootWindow", ctypes.c_ulong), ("XGetImage", ctypes.c_void_p),
+                             ("XGetPixel", ctypes.c_ulong)):
+            getattr(self.x11, name).restype = result
+        self.size = "x".join(self.xdotool("getdisplaygeometry"))
+
+    def _start_server(self, test, size):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", size + "x24",
-                                        "-nolisten", "tcp", "-fbdir", self.folder], pass_fds=[writing],
+                                        "-nolisten", "tcp"], pass_fds=[writing],
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         test.addCleanup(self._close)
         os.close(writing)
@@ -263,18 +271,23 @@ class Display:
         return done.stdout.decode().split()
 
     def window(self):
-        """Waits for the player's window and gives it the keyboard, there being no window manager."""
+        """Waits for the player's window and gives it the keyboard."""
         title = "^Quillon DemoScene - Native Player$"
-        window = self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
-        self.xdotool("windowfocus", "--sync", window)
-        return window
+        for _ in range(10):
+            try:
+                window = self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
+                self.xdotool("windowfocus", "--sync", window)
+                return window
+            except subprocess.CalledProcessError:
+                time.sleep(0.1)  # a window that goes away meanwhile, any window, ends the search
+        raise AssertionError("the player's window cannot be had")
+
+    def _open(self):
+        return ctypes.c_void_p(self.x11.XOpenDisplay(self.env["DISPLAY"].encode()))
 
     def ask_to_close(self, window):
         """What a window manager sends for the close button."""
-        x11 = ctypes.CDLL("libX11.so.6")
-        x11.XOpenDisplay.restype = ctypes.c_void_p
-        x11.XInternAtom.restype = ctypes.c_ulong
-        display = ctypes.c_void_p(x11.XOpenDisplay(self.env["DISPLAY"].encode()))
+        x11, display = self.x11, self._open()
         atoms = [x11.XInternAtom(display, name, 0) for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW")]
         # An XClientMessageEvent in native layout: type, serial, send_event, display, window, kind, format, data.
         client_message = 33
@@ -282,10 +295,13 @@ class Display:
         x11.XSendEvent(display, ctypes.c_ulong(int(window)), 0, ctypes.c_long(0), event.ljust(192, b"\0"))
         x11.XCloseDisplay(display)
 
-    def pixel(self, x, y):
-        """RGB of the screen, from the server's own memory (an XWD file)."""
-        data = (self.folder / "Xvfb_screen0").read_bytes()
-        header = struct.unpack(">20I", data[:80])
-        at = header[0] + header[19] * 12 + y * header[12] + x * header[11] // 8
-        blue, green, red = data[at:at + 3]
-        return red, green, blue
+    def pixel(self, x, y, window=None):
+        """RGB as it is seen, of a window or of the screen."""
+        x11, display = self.x11, self._open()
+        all_planes, z_pixmap = ctypes.c_ulong(0xffffffff), 2
+        place = ctypes.c_ulong(int(window) if window else x11.XDefaultRootWindow(display))
+        image = ctypes.c_void_p(x11.XGetImage(display, place, x, y, 1, 1, all_planes, z_pixmap))
+        value = x11.XGetPixel(image, 0, 0)
+        x11.XDestroyImage(image)
+        x11.XCloseDisplay(display)
+        return value >> 16 & 255, value >> 8 & 255, value & 255

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace {
 
@@ -225,7 +226,7 @@ TEST(KineticGeometry, AnimationsFollowTheirFormulas) {
         SCOPED_TRACE(c);
         const uint64_t base = c * 0x16a95 + (c < 8 ? 0 : c - 7) * 0x10d35;
         const double e = 1 - std::exp(-(0.7 - static_cast<double>(c) * 0.05) * 1.5), s = (3 - 2 * e) * e * e;
-        const double angle = both(base + 0x1b6) * M_PI + lot(base + 0x1bc) * M_PI;
+        const double angle = both(base + 0x1b6) * std::numbers::pi + lot(base + 0x1bc) * std::numbers::pi;
         const double dx = std::cos(angle), dy = std::sin(angle) - 0.35 - lot(base + 0x1c4) * 0.55;
         const double reach = (lot(base + 0x1d0) * 0.9 + 0.35) * 90 * s / std::hypot(dx, dy);
         const double size = (lot(base + 0x1e2) * 0.35 + 0.1) * s + 1;
@@ -235,7 +236,7 @@ TEST(KineticGeometry, AnimationsFollowTheirFormulas) {
         EXPECT_NEAR(box.x, pen - 10 * (size - 1) + dx * reach, 2e-3);
         EXPECT_NEAR(box.y, 50 - 20 * (size - 1) + dy * reach, 2e-3);
         EXPECT_NEAR(box.alpha, 1 - s * 0.6, 1e-5);
-        EXPECT_NEAR(box.angle, sign(base + 0x1da) * 0.3 * 2 * M_PI * s, 1e-4);
+        EXPECT_NEAR(box.angle, sign(base + 0x1da) * 0.3 * 2 * std::numbers::pi * s, 1e-4);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "platform/image.h"
 
 #include "platform/files.h"
-#include "platform/image_size.h"
+#include "platform/image_limits.h"
 
 #include <SDL_image.h>
 
@@ -10,23 +10,6 @@
 #include <cstring>
 
 namespace {
-
-bool fitsLimits(int64_t width, int64_t height) {
-    return width > 0 && height > 0 && width <= kMaxImageSide && height <= kMaxImageSide &&
-           width * height <= kMaxImagePixels;
-}
-
-std::string tooLarge(int64_t width, int64_t height) {
-    return std::to_string(width) + " x " + std::to_string(height) + " pixels is too large";
-}
-
-// Why a file is not even handed to a decoder; empty when it may be.
-std::string objection(const ImageSize& claimed) {
-    if (claimed.kind == ImageKind::unknown) return "not a picture of a known kind";
-    if (claimed.width <= 0 || claimed.height <= 0) return "broken: no size";
-    if (!fitsLimits(claimed.width, claimed.height)) return tooLarge(claimed.width, claimed.height);
-    return claimed.safe ? "" : "broken: cut short or misshapen";
-}
 
 // Goes straight to the sniffed kind's decoder. SDL_image's own choice looks for other kinds too, some
 // of them (SVG text anywhere in the file's beginning) with sizes that were not checked here.
@@ -84,6 +67,11 @@ void divideByAlpha(std::vector<uint8_t>& pixels) {
         if (alpha == 0 || alpha == 255) continue;
         for (size_t c = i; c < i + 3; ++c) pixels[c] = scaled(pixels[c], 255, alpha);
     }
+}
+
+// The fourth byte of a BMP's pixel is more often filler than alpha; on Windows it counts for nothing.
+void makeOpaque(std::vector<uint8_t>& pixels) {
+    for (size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
 }
 
 void copyRowsBottomUp(const SDL_Surface& surface, DecodedImage& image) {
@@ -164,25 +152,26 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
         return false;
     }
     const ImageSize claimed = readImageSize(bytes);
-    reason = objection(claimed);
+    reason = imageObjection(claimed);
     if (!reason.empty()) return false;
     SDL_Surface* surface = toRgba(claimed.kind, loadSurface(claimed.kind, bytes));
     if (!surface) {
         reason = std::string("broken: ") + IMG_GetError();
         return false;
     }
-    const bool fits = fitsLimits(surface->w, surface->h);
-    if (!fits) reason = tooLarge(surface->w, surface->h);
+    const bool fits = fitsImageLimits(surface->w, surface->h);
+    if (!fits) reason = imageTooLarge(surface->w, surface->h);
     else copyRowsBottomUp(*surface, image);
     SDL_FreeSurface(surface);
     if (claimed.kind == ImageKind::tiff) divideByAlpha(image.pixels);
+    if (claimed.kind == ImageKind::bmp) makeOpaque(image.pixels);
     return fits;
 }
 
 bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
                PixelLayout layout) {
     bytes.clear();
-    if (!fitsLimits(width, height)) return false;
+    if (!fitsImageLimits(width, height)) return false;
     SDL_Surface* surface = surfaceFromRows(pixels, width, height, withAlpha, layout);
     SDL_RWops* stream = openStringStream(bytes);
     const bool encoded = surface && stream && IMG_SavePNG_RW(surface, stream, 0) == 0;

@@ -1,5 +1,7 @@
 #include "platform/process.h"
 
+#include "platform/last_lines.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -21,7 +23,6 @@ struct Process {
 namespace {
 
 constexpr size_t kKeptBytes = 4096; // of its standard error
-constexpr int kLastLines = 3;
 constexpr int kTickMilliseconds = 100; // between looks at `cancelled`
 constexpr int kEndTickMilliseconds = 2; // once it has nothing more to say, which is just before its end
 constexpr int kPipeBytes = 1 << 20; // fewer switches between the two programs; the system may grant less
@@ -91,23 +92,6 @@ void waitForProcess(Process& process) {
     const int tick = process.errors >= 0 || process.input >= 0 ? kTickMilliseconds : kEndTickMilliseconds;
     if (poll(files, process.input >= 0 ? 2 : 1, tick) <= 0) return;
     if (files[0].revents && !readErrors(process)) closeFile(process.errors);
-}
-
-// Some programs say the same for every frame that they cannot write; once is enough.
-std::string lastLines(const std::string& text) {
-    std::string joined, previous;
-    size_t end = text.size();
-    for (int lines = 0; end > 0 && lines < kLastLines;) {
-        const size_t newline = text.find_last_of("\r\n", end - 1);
-        const size_t begin = newline == std::string::npos ? 0 : newline + 1;
-        const std::string line = text.substr(begin, end - begin);
-        end = begin > 0 ? begin - 1 : 0;
-        if (line.find_first_not_of(" \t") == std::string::npos || line == previous) continue;
-        previous = line;
-        joined = joined.empty() ? line : line + "; " + joined;
-        ++lines;
-    }
-    return joined;
 }
 
 std::string describeEnd(int status) {

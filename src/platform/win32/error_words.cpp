@@ -1,0 +1,18 @@
+#include "platform/win32/error_words.h"
+
+#include <windows.h>
+
+std::string errorWords(unsigned long error) {
+    char text[512] = {};
+    const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    const DWORD length = FormatMessageA(flags, nullptr, error, 0, text, sizeof text, nullptr);
+    std::string words(text, length);
+    while (!words.empty() && (words.back() == '\n' || words.back() == '\r' || words.back() == ' ' || words.back() == '.')) {
+        words.pop_back();
+    }
+    return words.empty() ? "error " + std::to_string(error) : words;
+}
+
+std::string lastErrorWords() {
+    return errorWords(GetLastError());
+}

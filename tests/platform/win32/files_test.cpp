@@ -1,0 +1,98 @@
+#include "platform/files.h"
+#include "support/temp_show.h"
+
+#include <algorithm>
+
+#include <windows.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class FilesTest : public testing::Test {
+protected:
+    // The file's text, "(none)" when it is not read.
+    std::string get(const std::string& path) {
+        std::string bytes = "left over";
+        if (readFile(path, bytes)) return bytes;
+        EXPECT_EQ(bytes, "");
+        return "(none)";
+    }
+
+    TempShow show;
+    std::string root = show.baseDir + "\\";
+};
+
+TEST(Paths, AbsoluteWithAColonInSecondPlace) {
+    for (const char* path : {"C:\\a", "c:", "1:/a", "C:a"}) EXPECT_TRUE(isAbsolutePath(path)) << path;
+    for (const char* path : {"", "a", ":", "/a", "\\a", "\\\\srv\\a", "./a", "ab:"}) EXPECT_FALSE(isAbsolutePath(path)) << path;
+}
+
+TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
+    const std::string here = fs::current_path().string();
+    const std::pair<std::string, std::string> cases[] = {
+        {"no such/../b.json", here + "\\b.json"}, {"a//./b/", here + "\\a\\b\\"}, {"C:/x/y.json", "C:\\x\\y.json"},
+        {"C:\\a\\.\\b\\..\\..\\c", "C:\\c"}, {"C:\\..\\..\\x", "C:\\x"}, {"\\\\srv\\share/x", "\\\\srv\\share\\x"},
+        {"\xC3\x84tna.json", here + "\\\xC3\x84tna.json"},
+        {"C:\\" + std::string(256, 'a'), "C:\\" + std::string(256, 'a')}, // with its end it just fits
+        {"C:\\" + std::string(257, 'a'), ""}, {"", ""},
+    };
+    for (const auto& [path, expected] : cases) EXPECT_EQ(fullPath(path), expected) << path;
+}
+
+TEST_F(FilesTest, EitherSlashAndAnyCaseLeadToTheSameFile) {
+    for (const char* name : {"Logo.png", "Data/Pics/deep.PNG", "two  blanks.txt", "\xC3\x84tna \xE6\x97\xA5.txt"}) show.write(name, name);
+    const std::pair<std::string, const char*> cases[] = {
+        {"logo.PNG", "Logo.png"},
+        {"data\\PICS/Deep.png", "Data/Pics/deep.PNG"},
+        {".\\Data//Pics\\.\\../pics/deep.png", "Data/Pics/deep.PNG"},
+        {"two  blanks.txt", "two  blanks.txt"},
+        {"two blanks.txt", "(none)"},
+        {"\xC3\x84tna \xE6\x97\xA5.txt", "\xC3\x84tna \xE6\x97\xA5.txt"}, // narrow text is UTF-8
+        {"Data/Pics", "(none)"},
+        {"*.png", "(none)"},
+        {std::string("Logo.png\0.png", 13), "(none)"},
+        {std::string(300, 'a'), "(none)"},
+    };
+    for (const auto& [path, text] : cases) EXPECT_EQ(get(root + path), text) << path;
+    EXPECT_TRUE(isDirectory(root + "DATA/pics") && isDirectory(root + "data\\"));
+    EXPECT_FALSE(isDirectory(root + "logo.png") || isRegularFile(root + "Data") || isRegularFile(root + "logo.png\\x"));
+    EXPECT_FALSE(isRegularFile("") || isDirectory("") || !listFiles("").empty());
+    EXPECT_EQ(locateFile(root + "LOGO.png"), root + "LOGO.png");
+}
+
+TEST_F(FilesTest, DevicesPipesAndOverlongFilesAreNotRead) {
+    for (const char* name : {"NUL", "con", "AUX", "COM1", "CONIN$", "\\\\.\\NUL", "//./nul", "\\\\.\\C:", "\\\\?\\C:\\windows"}) {
+        EXPECT_FALSE(isRegularFile(name) || isDirectory(name)) << name;
+        EXPECT_EQ(get(name), "(none)") << name;
+    }
+    EXPECT_EQ(get(root + "nul"), "(none)"); // in every directory
+    const char* const pipeName = "\\\\.\\pipe\\quillon-files-test";
+    const HANDLE pipe = CreateNamedPipeA(pipeName, PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 64, 64, 0, nullptr);
+    ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(get(pipeName), "(none)"); // would wait for a writer
+    CloseHandle(pipe);
+
+    EXPECT_EQ(get(show.write("empty", "")), "");
+    const std::string huge = show.write("huge", "");
+    fs::resize_file(huge, static_cast<uintmax_t>(kMaxFileBytes) + 1);
+    EXPECT_EQ(get(huge), "(none)");
+}
+
+TEST_F(FilesTest, ListsRegularFilesAlone) {
+    for (const char* path : {"Sub/one.frag", "Sub/two.frag", "Sub/\xC3\xA9.frag", "Sub/deeper/three.frag"}) show.write(path, "x");
+    for (const char* directory : {"sub", "SUB\\", "sub/"}) {
+        std::vector<std::string> names = listFiles(root + directory);
+        std::sort(names.begin(), names.end());
+        EXPECT_EQ(names, (std::vector<std::string>{"one.frag", "two.frag", "\xC3\xA9.frag"})) << directory;
+    }
+    EXPECT_TRUE(listFiles(root + "Sub/one.frag").empty());
+    EXPECT_TRUE(listFiles(root + "S*").empty());
+}
+
+TEST(Program, DirectoryHoldsTheProgram) {
+    const fs::path program = testing::internal::GetArgvs().front();
+    EXPECT_TRUE(isRegularFile(executableDirectory() + "\\" + program.filename().string()));
+}
+
+} // namespace

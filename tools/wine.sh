@@ -6,8 +6,9 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 export WINEPREFIX=${WINEPREFIX:-$root/build/wine}
 export WINEDEBUG=${WINEDEBUG:--all}
-# Neither .NET nor a browser is needed, nor entries in the desktop's menus.
-export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+# Neither .NET nor a browser is needed, nor entries in the desktop's menus, nor a debugger that waits for somebody when a
+# program crashes.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 # File names are taken for UTF-8 only in such a locale.
 export LC_ALL=C.UTF-8
 # A fault of Mesa's software rasterizer, which the Linux player avoids by itself (platform/linux/surface.cpp).

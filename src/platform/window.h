@@ -1,7 +1,8 @@
 // The picture's surface: a window with a GL 3.3 core context, or a context without any display.
 #pragma once
 
-// Looks up a GL entry point in the current context; null when there is none.
+// Looks up a GL entry point in the current context; null when there is none. On Windows those of GL 1.1, which
+// the system library exports, are not found this way.
 using GlAddress = void (*)();
 using GlLookup = GlAddress (*)(const char* name);
 

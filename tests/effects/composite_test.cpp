@@ -36,7 +36,8 @@ protected:
         gl.UseProgram(0); // a program in use outlives its deletion
         deletePooledPrograms();
         int count = 0;
-        for (const char* name : {"glIsTexture", "glIsFramebuffer", "glIsProgram", "glIsShader"}) {
+        for (GLuint id = 1; id < 2000; ++id) count += glIsTexture(id); // of GL 1.1, which look-ups need not know
+        for (const char* name : {"glIsFramebuffer", "glIsProgram", "glIsShader"}) {
             const auto isObject = reinterpret_cast<IsObject>(glLookup(surface())(name));
             for (GLuint id = 1; id < 2000; ++id) count += isObject(id);
         }

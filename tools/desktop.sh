@@ -15,6 +15,10 @@ export WINEPREFIX=${WINEPREFIX:-${tools%/*}/build/wine}
 "$tools/wine.sh"
 openbox --sm-disable >/dev/null 2>&1 &
 manager=$!
+for ((tries = 0; tries < 100; tries++)); do
+    ! xdotool get_num_desktops >/dev/null 2>&1 || break # only a window manager knows the answer
+    sleep 0.1
+done
 # Wine's services and its desktop begin with the first window and end after the last one. They begin with one that
 # stays: others would have to begin them anew, and hand them their output, whose end is then waited for in vain.
 "$tools/wine.sh" start /min notepad >/dev/null 2>&1

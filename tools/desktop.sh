@@ -5,7 +5,7 @@ set -euo pipefail
 
 tools=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd -P)
 if [[ ${1-} != --inside ]]; then
-    exec xvfb-run -a -s '-screen 0 1280x1024x24 -nolisten tcp' "$tools/desktop.sh" --inside "$@"
+    exec xvfb-run -a -s '-screen 0 1280x1024x24 -nolisten tcp -noreset' "$tools/desktop.sh" --inside "$@"
 fi
 shift
 

@@ -247,12 +247,16 @@ class Display:
                              ("XDefaultRootWindow", ctypes.c_ulong), ("XGetImage", ctypes.c_void_p),
                              ("XGetPixel", ctypes.c_ulong)):
             getattr(self.x11, name).restype = result
+        # Where a request fails the library would end the whole process.
+        self.ignore_error = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)(lambda *_: 0)
+        self.x11.XSetErrorHandler(self.ignore_error)
         self.size = "x".join(self.xdotool("getdisplaygeometry"))
 
     def _start_server(self, test, size):
         reading, writing = os.pipe()
+        # With the last window gone it would reset itself and refuse the next one meanwhile.
         self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", size + "x24",
-                                        "-nolisten", "tcp"], pass_fds=[writing],
+                                        "-nolisten", "tcp", "-noreset"], pass_fds=[writing],
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         test.addCleanup(self._close)
         os.close(writing)
@@ -296,12 +300,14 @@ class Display:
         x11.XCloseDisplay(display)
 
     def pixel(self, x, y, window=None):
-        """RGB as it is seen, of a window or of the screen."""
+        """RGB as it is seen, of a window or of the screen; None outside, and where a window is not on the screen."""
         x11, display = self.x11, self._open()
-        all_planes, z_pixmap = ctypes.c_ulong(0xffffffff), 2
+        all_planes, z_pixmap, color = ctypes.c_ulong(0xffffffff), 2, None
         place = ctypes.c_ulong(int(window) if window else x11.XDefaultRootWindow(display))
         image = ctypes.c_void_p(x11.XGetImage(display, place, x, y, 1, 1, all_planes, z_pixmap))
-        value = x11.XGetPixel(image, 0, 0)
-        x11.XDestroyImage(image)
+        if image:
+            value = x11.XGetPixel(image, 0, 0)
+            x11.XDestroyImage(image)
+            color = value >> 16 & 255, value >> 8 & 255, value & 255
         x11.XCloseDisplay(display)
-        return value >> 16 & 255, value >> 8 & 255, value & 255
+        return color

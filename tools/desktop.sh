@@ -22,7 +22,7 @@ done
 # Wine's services and its desktop begin with the first window and end after the last one. They begin with one that
 # stays: others would have to begin them anew, and hand them their output, whose end is then waited for in vain.
 "$tools/wine.sh" start /min notepad >/dev/null 2>&1
-xdotool search --sync --class notepad >/dev/null
+timeout 120 xdotool search --sync --class notepad >/dev/null
 code=0
 "$@" || code=$?
 wineserver --kill || true

@@ -6,7 +6,6 @@
 #include "gpu/program.h"
 #include "gpu/program_pool.h"
 #include "gpu/quad.h"
-#include "gpu/textures.h"
 
 namespace {
 
@@ -53,14 +52,7 @@ void propagateClock(const Effect& parent, Effect& child, float parentTime) {
 
 void renderToTarget(Effect& effect, RenderTarget& target, int width, int height, const InputTexture* input) {
     const DrawBinding output = saveBinding();
-    ensureTarget(target, width, height);
-    // What the frame before left on the units of the children's pictures may be this very target.
-    bindBlackTexture(1);
-    bindBlackTexture(0);
-    bindTarget(target);
-    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glDisable(GL_DEPTH_TEST);
+    beginTarget(target, width, height);
     glDisable(GL_BLEND);
     drawEffectPasses(effect, target.width, target.height, input);
     restoreBinding(output);

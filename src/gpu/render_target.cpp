@@ -1,6 +1,7 @@
 #include "gpu/render_target.h"
 
 #include "gpu/gl_functions.h"
+#include "gpu/textures.h"
 
 #include <algorithm>
 
@@ -49,6 +50,16 @@ void deleteTarget(RenderTarget& target) {
 void bindTarget(const RenderTarget& target) {
     gl.BindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
     glViewport(0, 0, target.width, target.height);
+}
+
+void beginTarget(RenderTarget& target, int width, int height) {
+    ensureTarget(target, width, height);
+    bindBlackTexture(1);
+    bindBlackTexture(0);
+    bindTarget(target);
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glDisable(GL_DEPTH_TEST);
 }
 
 DrawBinding saveBinding() {

@@ -2,7 +2,6 @@
 
 #include "effects/warm_up.h"
 #include "gpu/gl_functions.h"
-#include "gpu/textures.h"
 
 #include <algorithm>
 
@@ -23,14 +22,7 @@ void drawTimelineFrame(const PlayState& state, float delta, int width, int heigh
 }
 
 void renderSceneToTarget(const PlayState& state, RenderTarget& target, float delta, int width, int height) {
-    ensureTarget(target, width, height);
-    // What the transition of the frame before left on its units is this very target.
-    bindBlackTexture(1);
-    bindBlackTexture(0);
-    bindTarget(target);
-    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glDisable(GL_DEPTH_TEST);
+    beginTarget(target, width, height);
     drawTimelineFrame(state, delta, width, height);
     gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
     glViewport(0, 0, width, height);

@@ -1,4 +1,5 @@
 #include "app/loop.h"
+#include "platform/files.h"
 #include "platform/shell_state.h"
 #include "timeline/frame.h"
 
@@ -7,7 +8,9 @@
 namespace {
 
 void loadPlayerScene(Player& player, int index) {
+    keepListings(true);
     loadScene(player.timeline, player.config, index, shellState().clientWidth, shellState().clientHeight);
+    keepListings(false);
     jumpClock(player.clock, 0.0);
 }
 

@@ -30,7 +30,9 @@ bool loadShow(Player& player) {
     }
     logLine("=== Quillon DemoScene - Native Player ===\n");
     logLine("[LOAD] %s\n", path.c_str());
+    keepListings(true);
     player.config = loadRuntimeConfig(path, {loadShaderPack, resolveShaderSources});
+    keepListings(false);
     if (player.config.scenes.empty() && player.config.entries.empty()) {
         logLine("[ERROR] No scenes or timeline entries found.\n");
         return false;

@@ -1,6 +1,7 @@
 #include "app/loop.h"
 #include "app/steering.h"
 #include "foundation/log.h"
+#include "platform/files.h"
 #include "platform/shell_state.h"
 
 #include <algorithm>
@@ -9,7 +10,9 @@
 namespace {
 
 void loadPlayerTimeline(Player& player) {
+    keepListings(true);
     loadTimeline(player.timeline, player.config, shellState().clientWidth, shellState().clientHeight);
+    keepListings(false);
 }
 
 void endTimeline(Player& player, const VisualRange& range) {

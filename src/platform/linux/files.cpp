@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <unordered_map>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -20,6 +21,9 @@ namespace {
 
 // Files under /proc tell no size; reading begins with this much room.
 constexpr size_t kFirstReadBytes = 4096;
+
+// Directory entries that are remembered at a time, some tens of megabytes.
+constexpr size_t kMostKeptNames = 1 << 18;
 
 enum class Wanted { regularFile, directory };
 
@@ -55,21 +59,46 @@ std::string joinPath(const std::string& directory, std::string_view name) {
     return path += name;
 }
 
-// Entries of a directory that differ from `name` in letter case alone, in byte order, so that the same
-// one wins on every run and file system.
-std::vector<std::string> caseVariants(LookUp& lookUp, const std::string& directory, std::string_view name) {
-    std::vector<std::string> variants;
+// A directory's entries: by the name in lower case its spellings, in byte order, so that the same one wins on every
+// run and file system.
+using Listing = std::unordered_map<std::string, std::vector<std::string>>;
+
+struct KeptListings {
+    bool keeping = false;
+    size_t namesLeft = 0;
+    std::unordered_map<std::string, Listing> byDirectory;
+};
+KeptListings kept;
+
+// False when the budget ended before the directory did.
+bool readListing(LookUp& lookUp, const std::string& directory, Listing& listing) {
     DIR* stream = opendir(directory.empty() ? "." : directory.c_str());
-    if (!stream) return variants;
-    while (lookUp.entriesLeft > 0) {
-        const dirent* entry = readdir(stream);
-        if (!entry) break;
+    if (!stream) return true;
+    const dirent* entry = nullptr;
+    while (lookUp.entriesLeft > 0 && (entry = readdir(stream))) {
         --lookUp.entriesLeft;
-        const std::string_view candidate = entry->d_name;
-        if (candidate != name && equalsIgnoringCase(candidate, name)) variants.emplace_back(candidate);
+        listing[toLower(std::string_view(entry->d_name))].emplace_back(entry->d_name);
     }
     closedir(stream);
-    std::sort(variants.begin(), variants.end());
+    for (auto& [name, spellings] : listing) std::sort(spellings.begin(), spellings.end());
+    return lookUp.entriesLeft > 0;
+}
+
+// Entries of a directory that differ from `name` in letter case alone.
+std::vector<std::string> caseVariants(LookUp& lookUp, const std::string& directory, std::string_view name) {
+    Listing read;
+    const auto known = kept.byDirectory.find(directory);
+    const bool isKnown = known != kept.byDirectory.end();
+    const bool isWhole = isKnown || readListing(lookUp, directory, read);
+    const Listing& listing = isKnown ? known->second : read;
+    const auto found = listing.find(toLower(name));
+    std::vector<std::string> variants;
+    if (found != listing.end()) variants = found->second;
+    std::erase(variants, name);
+    if (!isKnown && isWhole && kept.keeping && read.size() < kept.namesLeft) {
+        kept.namesLeft -= read.size() + 1;
+        kept.byDirectory.emplace(directory, std::move(read));
+    }
     return variants;
 }
 
@@ -165,6 +194,10 @@ std::string fullPath(const std::string& path) {
     std::string folded;
     for (const std::string_view part : kept) folded.append("/").append(part);
     return folded.empty() ? "/" : folded;
+}
+
+void keepListings(bool keeping) {
+    kept = KeptListings{keeping, kMostKeptNames, {}};
 }
 
 bool isRegularFile(const std::string& path) {

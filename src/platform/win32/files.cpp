@@ -68,6 +68,9 @@ std::string fullPath(const std::string& path) {
     return buffer;
 }
 
+// The system ignores case by itself.
+void keepListings(bool) {}
+
 bool isRegularFile(const std::string& path) {
     const DWORD attributes = attributesOf(path);
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);

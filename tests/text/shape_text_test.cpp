@@ -1,10 +1,8 @@
 #include "support/allocation_count.h"
-#include "support/gl_test.h"
 #include "support/log_capture.h"
+#include "support/picture_test.h"
 #include "support/temp_show.h"
 
-#include "gpu/render_target.h"
-#include "gpu/shader_pack.h"
 #include "gpu/uniforms.h"
 #include "text/shape_text.h"
 
@@ -13,27 +11,22 @@ namespace {
 // All but the lower left quarter of a box twice as wide as high.
 constexpr const char* kFlag = "<svg viewBox=\"0 0 200 100\"><path d=\"M0 0H200V100H100V50H0Z\"/></svg>";
 
-class ShapeTextTest : public GlTest {
+class ShapeTextTest : public PictureTest {
 protected:
     static constexpr int kOutputWidth = 160; // pixels
     static constexpr int kOutputHeight = 80;
 
+    ShapeTextTest() : PictureTest("Text/ShapeText") {}
+
     void SetUp() override {
-        GlTest::SetUp();
-        const std::string folder = GALLERY_PATH "/DemoSceneResources/assets/shaders/Text/ShapeText";
-        program = linkProgram(readTextFile(folder + ".vert"), readTextFile(folder + ".frag"), "shapetext");
-        ASSERT_NE(program, 0u);
+        PictureTest::SetUp();
         show.write("flag.svg", kFlag);
-        target = createRenderTarget(kOutputWidth, kOutputHeight);
-        bindTarget(target);
-        clear(0, 0, 0, 1);
+        startPicture(kOutputWidth, kOutputHeight);
     }
 
     void TearDown() override {
-        deleteTarget(target);
-        deleteProgram(program);
         deleteTextures();
-        GlTest::TearDown();
+        PictureTest::TearDown();
     }
 
     ShapeText create(const std::string& members) {
@@ -48,41 +41,27 @@ protected:
     }
 
     // At a point in shares of the output, from its top left.
-    static Pixel at(float x, float y) {
-        return pixel(static_cast<int>(x * kOutputWidth), kOutputHeight - 1 - static_cast<int>(y * kOutputHeight));
-    }
-    static bool isLit(float x, float y) { return at(x, y)[1] > 100; }
+    Pixel at(float x, float y) const { return PictureTest::at(x * kOutputWidth, y * kOutputHeight); }
+    bool isLit(float x, float y) const { return at(x, y)[1] > 100; }
 
     LogCapture log;
     TempShow show;
-    RenderTarget target;
-    GLuint program = 0;
 };
 
 TEST_F(ShapeTextTest, ParametersAreClampedAndForgiving) {
     const ShapeTextParams plain = parseShapeTextParams(parseJson("[1]"));
     EXPECT_EQ(plain.svgPath, "assets/logos/demo_shape_text.svg");
-    const ShapeTextParams low = parseShapeTextParams(parseJson(
-        R"({"width": 0, "height": -1, "alpha": -2, "glow": -1, "pulseAmount": -1, "rasterWidth": 20, "rasterHeight": 1e12,
-            "anchor": "middle", "animation": "wave", "blendMode": "Additive", "fillColor": [0.5, "x", 0.25], "x": "1"})"));
-    EXPECT_FLOAT_EQ(low.width, 0.001f);
-    EXPECT_EQ(low.height, 0.0f);
-    EXPECT_EQ(low.alpha, 0.0f);
-    EXPECT_EQ(low.glow, 0.0f);
-    EXPECT_EQ(low.pulseAmount, 0.0f);
-    EXPECT_EQ(low.rasterWidth, 64);
-    EXPECT_EQ(low.rasterHeight, 4096);
-    EXPECT_EQ(low.anchor, ShapeAnchor::left);
-    EXPECT_EQ(low.animation, ShapeAnimation::still);
-    EXPECT_EQ(low.blendMode, BlendMode::alpha);
-    EXPECT_EQ(low.fillColor, (std::array<float, 4>{0.5f, 1.0f, 0.25f, 1.0f}));
-    EXPECT_EQ(low.x, 0.5f);
-    const ShapeTextParams odd = parseShapeTextParams(
-        parseJson(R"({"alpha": 1.5, "width": 1e999, "rasterWidth": null, "fillColor": 3})"));
-    EXPECT_EQ(odd.alpha, 1.0f);
-    EXPECT_EQ(odd.width, plain.width);
-    EXPECT_EQ(odd.rasterWidth, 1024);
-    EXPECT_EQ(odd.fillColor, plain.fillColor);
+    const ShapeTextParams odd = parseShapeTextParams(parseJson(
+        R"({"width": 0, "height": -1, "alpha": 7, "glow": -1, "rasterWidth": 20, "rasterHeight": 1e12, "x": "1",
+            "y": 1e999, "animation": "wave", "blendMode": "Additive", "fillColor": [0.5, "x", 0.25], "glowColor": 3})"));
+    EXPECT_FLOAT_EQ(odd.width, 0.001f);
+    EXPECT_TRUE(odd.height == 0.0f && odd.glow == 0.0f && odd.alpha == 1.0f);
+    EXPECT_TRUE(odd.rasterWidth == 64 && odd.rasterHeight == 4096);
+    EXPECT_TRUE(odd.x == plain.x && odd.y == plain.y);
+    EXPECT_EQ(odd.animation, ShapeAnimation::still);
+    EXPECT_EQ(odd.blendMode, BlendMode::alpha);
+    EXPECT_EQ(odd.fillColor, (std::array<float, 4>{0.5f, 1.0f, 0.25f, 1.0f}));
+    EXPECT_EQ(odd.glowColor, plain.glowColor);
 }
 
 TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
@@ -93,10 +72,8 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
         std::vector<std::array<float, 2>> lit, dark; // x, y
     } cases[] = {
         {half, 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.3f, 0.7f}, {0.2f, 0.4f}}},
-        {R"("x": 1, "y": 0, "width": 0.5, "height": 0.5, "anchor": "right")", 0, {{0.6f, 0.1f}, {0.9f, 0.4f}},
-         {{0.6f, 0.4f}, {0.4f, 0.2f}}},
-        {R"("x": 0, "y": 0.5, "width": 0.5, "height": 0.5, "anchor": "top")", 0, {{0.1f, 0.6f}, {0.4f, 0.9f}},
-         {{0.1f, 0.9f}, {0.1f, 0.4f}}},
+        {half + R"(, "anchor": "right")", 0, {{0.1f, 0.6f}, {0.4f, 0.9f}}, {{0.1f, 0.9f}, {0.1f, 0.4f}}},
+        {half + R"(, "anchor": "top")", 0, {{0.6f, 0.6f}, {0.9f, 0.9f}}, {{0.6f, 0.9f}, {0.4f, 0.6f}}},
         {half + R"(, "rotation": 180)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.7f, 0.3f}}},
         // 40 x 20 pixels, stood on end: the missing quarter comes to lie at the lower right.
         {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0, {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}},
@@ -104,7 +81,7 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
         {half + R"(, "animation": "reveal")", 0, {}, {{0.3f, 0.3f}, {0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 1, {{0.3f, 0.3f}}, {{0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 3, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {}},
-        {half + R"(, "pulseAmount": 0.6, "pulseSpeed": 1.5707963)", 1, {{0.2f, 0.2f}, {0.8f, 0.8f}}, {}},
+        {half + R"(, "pulseAmount": 0.6, "pulseSpeed": 0.5235988)", 3, {{0.2f, 0.2f}, {0.8f, 0.8f}}, {}},
         {R"("alpha": 0, "width": 1, "height": 1)", 0, {}, {{0.5f, 0.45f}}},
     };
     for (const auto& c : cases) {
@@ -122,7 +99,6 @@ TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
     clear(1, 0, 0, 1);
     draw(create(place));
     EXPECT_GT(at(0.6f, 0.35f)[0], 250);
-    clear(1, 0, 0, 1);
     draw(create(place + R"(, "blendMode": "alpha")"));
     EXPECT_LT(at(0.6f, 0.35f)[0], 100);
     EXPECT_EQ(at(0.3f, 0.7f)[2], 0); // no glow, so nothing outside
@@ -140,35 +116,19 @@ TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
 }
 
 TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {
-    const ShapeText shape = create("\"x\": 0"), same = create("\"x\": 1");
+    const ShapeText shape = create("\"x\": 0"), same = create("\"x\": 1"), larger = create("\"rasterWidth\": 512");
     EXPECT_EQ(shape.logo.mask.texture, same.logo.mask.texture);
-    ShapeText larger;
-    const JsonValue params = parseJson(R"({"svgPath": "flag.svg", "rasterWidth": 512})");
-    ASSERT_TRUE(createShapeText(larger, params, show.baseDir, program));
     EXPECT_NE(shape.logo.mask.texture, larger.logo.mask.texture);
     EXPECT_EQ(larger.logo.mask.height, 256);
     const TextureInfo picture = loadPicture(show.path("flag.svg"));
-    EXPECT_EQ(picture.width, kPictureSide);
-    EXPECT_EQ(picture.height, kPictureSide / 2);
-    EXPECT_NE(log.text().find("  [TEX] " + show.path("flag.svg") + " (1024x512)\n"), std::string::npos);
+    EXPECT_TRUE(log.text().ends_with("  [TEX] " + show.path("flag.svg") + " (1024x512)\n")) << log.text();
 
-    // The first texel row is the mask's top, and the picture's bottom, of which the left half is empty.
-    const auto leftOfFirstRows = [](const TextureInfo& info) {
-        std::vector<uint8_t> texels(static_cast<size_t>(info.width * info.height) * 4);
-        glBindTexture(GL_TEXTURE_2D, info.texture);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
-        return int{texels[static_cast<size_t>(info.height / 4 * info.width + info.width / 4) * 4]};
-    };
-    EXPECT_EQ(leftOfFirstRows(shape.logo.mask), 255);
-    EXPECT_EQ(leftOfFirstRows(picture), 0);
-}
-
-TEST_F(ShapeTextTest, PicturesStandUprightAndTallOnesFillTheirHeight) {
-    GLuint quad = linkProgram(kQuadVertexSource, kQuadFragmentSource, "image");
+    // Pictures are drawn bottom row first, masks top row first.
+    const GLuint quad = linkProgram(kQuadVertexSource, kQuadFragmentSource, "image");
     gl.UseProgram(quad);
     setUniformVec2(quad, "uUvScale", 1, 1);
     setUniformFloat(quad, "uAlpha", 1);
-    bindChannel(quad, 0, loadPicture(show.path("flag.svg")).texture);
+    bindChannel(quad, 0, picture.texture);
     drawQuad();
     EXPECT_TRUE(isLit(0.2f, 0.2f) && isLit(0.8f, 0.2f) && isLit(0.8f, 0.8f));
     EXPECT_FALSE(isLit(0.2f, 0.8f));

@@ -20,8 +20,8 @@ inline ColorFont gridFont(const std::string& chars, int columns, int rows) {
     for (int i = 0; i < std::min(columns * rows, static_cast<int>(chars.size())); ++i) {
         const char c = chars[static_cast<size_t>(i)];
         const float x = static_cast<float>(i % columns), y = static_cast<float>(i / columns);
-        font.glyphs[static_cast<unsigned char>(c)] = {x / width, 1 - (y + 1) / height, (x + 1) / width, 1 - y / height,
-                                                      c == ' ' ? 5.0f : 10.0f};
+        const float u0 = x / width, u1 = (x + 1) / width, v0 = 1 - (y + 1) / height, v1 = 1 - y / height;
+        font.glyphs[static_cast<unsigned char>(c)] = {u0, v0, u1, v1, c == ' ' ? font.spaceWidth : 10.0f};
     }
     return font;
 }

@@ -1,41 +1,54 @@
-// Pictures that the shipped shaders draw, in a target of any size.
+// Pictures that the shipped shaders draw of a show in a temporary folder.
 #pragma once
 
 #include "support/gl_test.h"
+#include "support/temp_show.h"
 
 #include "gpu/shader_pack.h"
+#include "gpu/textures.h"
+#include "text/bitmap_font.h"
+#include "text/color_font.h"
 
 class PictureTest : public GlTest {
 protected:
-    // `shaders`: a pair below the gallery's shaders, without extension.
-    explicit PictureTest(const char* shaders) : stem(GALLERY_PATH "/DemoSceneResources/assets/shaders/") {
-        stem += shaders;
-    }
+    // `shaders`: a pair below the gallery's shaders, without extension. The picture's size is in pixels.
+    PictureTest(const char* shaders, int pictureWidth, int pictureHeight)
+        : stem(std::string(GALLERY_PATH "/DemoSceneResources/assets/shaders/") + shaders), width(pictureWidth),
+          height(pictureHeight) {}
 
     void SetUp() override {
         GlTest::SetUp();
         program = linkProgram(readTextFile(stem + ".vert"), readTextFile(stem + ".frag"), stem);
         ASSERT_NE(program, 0u);
+        startPicture(width, height);
     }
 
+    // What was loaded is nothing to the next test.
     void TearDown() override {
         deleteTarget(target);
         deleteProgram(program);
+        deleteTextures();
+        deleteColorFonts();
+        deleteBitmapFont();
         GlTest::TearDown();
     }
 
-    // Binds a new target, black.
-    void startPicture(int width, int height) {
-        deleteTarget(target);
-        target = createRenderTarget(width, height);
+    // Goes on to another picture, black.
+    void startPicture(int newWidth, int newHeight) {
+        width = newWidth;
+        height = newHeight;
+        ensureTarget(target, width, height);
         bindTarget(target);
         clear(0, 0, 0, 1);
     }
 
     // Counted from the top left, as texts are laid out.
-    Pixel at(double x, double y) const { return pixel(static_cast<int>(x), target.height - 1 - static_cast<int>(y)); }
+    Pixel at(double x, double y) const { return pixel(static_cast<int>(x), height - 1 - static_cast<int>(y)); }
 
     std::string stem;
+    int width = 0;
+    int height = 0;
     GLuint program = 0;
     RenderTarget target;
+    TempShow show;
 };

@@ -1,7 +1,6 @@
 #include "support/allocation_count.h"
 #include "support/log_capture.h"
 #include "support/picture_test.h"
-#include "support/temp_show.h"
 
 #include "gpu/uniforms.h"
 #include "text/shape_text.h"
@@ -13,21 +12,7 @@ constexpr const char* kFlag = "<svg viewBox=\"0 0 200 100\"><path d=\"M0 0H200V1
 
 class ShapeTextTest : public PictureTest {
 protected:
-    static constexpr int kOutputWidth = 160; // pixels
-    static constexpr int kOutputHeight = 80;
-
-    ShapeTextTest() : PictureTest("Text/ShapeText") {}
-
-    void SetUp() override {
-        PictureTest::SetUp();
-        show.write("flag.svg", kFlag);
-        startPicture(kOutputWidth, kOutputHeight);
-    }
-
-    void TearDown() override {
-        deleteTextures();
-        PictureTest::TearDown();
-    }
+    ShapeTextTest() : PictureTest("Text/ShapeText", 160, 80) { show.write("flag.svg", kFlag); }
 
     ShapeText create(const std::string& members) {
         ShapeText shape;
@@ -36,16 +21,13 @@ protected:
         return shape;
     }
 
-    void draw(const ShapeText& shape, float time = 0.0f) {
-        drawShapeText(shape, program, time, kOutputWidth, kOutputHeight);
-    }
+    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(shape, program, time, width, height); }
 
     // At a point in shares of the output, from its top left.
-    Pixel at(float x, float y) const { return PictureTest::at(x * kOutputWidth, y * kOutputHeight); }
+    Pixel at(float x, float y) const { return PictureTest::at(x * 160, y * 80); }
     bool isLit(float x, float y) const { return at(x, y)[1] > 100; }
 
     LogCapture log;
-    TempShow show;
 };
 
 TEST_F(ShapeTextTest, ParametersAreClampedAndForgiving) {
@@ -53,7 +35,8 @@ TEST_F(ShapeTextTest, ParametersAreClampedAndForgiving) {
     EXPECT_EQ(plain.svgPath, "assets/logos/demo_shape_text.svg");
     const ShapeTextParams odd = parseShapeTextParams(parseJson(
         R"({"width": 0, "height": -1, "alpha": 7, "glow": -1, "rasterWidth": 20, "rasterHeight": 1e12, "x": "1",
-            "y": 1e999, "animation": "wave", "blendMode": "Additive", "fillColor": [0.5, "x", 0.25], "glowColor": 3})"));
+            "y": 1e999, "animation": "wave", "blendMode": "Additive", "fillColor": [0.5, "x", 0.25],
+            "glowColor": 3})"));
     EXPECT_FLOAT_EQ(odd.width, 0.001f);
     EXPECT_TRUE(odd.height == 0.0f && odd.glow == 0.0f && odd.alpha == 1.0f);
     EXPECT_TRUE(odd.rasterWidth == 64 && odd.rasterHeight == 4096);
@@ -76,8 +59,8 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
         {half + R"(, "anchor": "top")", 0, {{0.6f, 0.6f}, {0.9f, 0.9f}}, {{0.6f, 0.9f}, {0.4f, 0.6f}}},
         {half + R"(, "rotation": 180)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.7f, 0.3f}}},
         // 40 x 20 pixels, stood on end: the missing quarter comes to lie at the lower right.
-        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0, {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}},
-         {{0.53f, 0.62f}, {0.6f, 0.5f}}},
+        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0,
+         {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}}, {{0.53f, 0.62f}, {0.6f, 0.5f}}},
         {half + R"(, "animation": "reveal")", 0, {}, {{0.3f, 0.3f}, {0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 1, {{0.3f, 0.3f}}, {{0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 3, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {}},
@@ -94,8 +77,8 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
 }
 
 TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
-    const std::string place = R"("x": 0.5, "y": 0.5, "width": 0.6, "height": 0.6, "edge": 0, "fillColor": [0, 0, 1],
-        "animation": "")";
+    const std::string place = R"("x": 0.5, "y": 0.5, "width": 0.6, "height": 0.6, "edge": 0, "animation": "",
+        "fillColor": [0, 0, 1])";
     clear(1, 0, 0, 1);
     draw(create(place));
     EXPECT_GT(at(0.6f, 0.35f)[0], 250);
@@ -116,7 +99,8 @@ TEST_F(ShapeTextTest, BlendsAsItSaysAndGlowsBeyondItsEdge) {
 }
 
 TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {
-    const ShapeText shape = create("\"x\": 0"), same = create("\"x\": 1"), larger = create("\"rasterWidth\": 512");
+    const ShapeText shape = create(R"("x": 0)"), same = create(R"("x": 1)");
+    const ShapeText larger = create(R"("rasterWidth": 512)");
     EXPECT_EQ(shape.logo.mask.texture, same.logo.mask.texture);
     EXPECT_NE(shape.logo.mask.texture, larger.logo.mask.texture);
     EXPECT_EQ(larger.logo.mask.height, 256);

@@ -1,4 +1,4 @@
-// Pictures that the shipped shaders draw of a show in a temporary folder.
+// Pictures of a size that the test chooses, drawn by the gallery's shaders out of a show in a temporary folder.
 #pragma once
 
 #include "support/gl_test.h"
@@ -23,7 +23,7 @@ protected:
         startPicture(width, height);
     }
 
-    // What was loaded is nothing to the next test.
+    // The next test finds nothing loaded.
     void TearDown() override {
         deleteTarget(target);
         deleteProgram(program);

@@ -77,12 +77,11 @@ float rightOf(const Caption& caption, const CaptionLine& line) {
 
 TEST(CaptionParamsTest, ReadsBringsIntoRangeAndFallsBack) {
     const auto read = [](const char* json, bool isRoll) { return readCaptionParams(parseJson(json), isRoll); };
-    const CaptionParams lower = read(R"({"title": 7, "subtitle": "", "titleScale": 0, "labelScale": 1e999,
+    const CaptionParams lower = read(R"({"title": 7, "subtitle": "", "titleScale": 0,
         "enterDuration": 1e30, "enter": "Slide-Up", "anchor": "top-right", "panelColor": [0.5, "x", 9],
         "accentColor": [0, 1, 0]})", false);
     EXPECT_EQ(lower.title + lower.subtitle, "SIGNAL OPERATOR");
     EXPECT_EQ(lower.titleScale, 0.25f);
-    EXPECT_EQ(lower.labelScale, 0.9f);
     EXPECT_EQ(lower.enterDuration, 30.0f);
     EXPECT_EQ(lower.enter, CaptionEnter::slideUp);
     EXPECT_TRUE(lower.atTop && lower.side == CaptionSide::right);

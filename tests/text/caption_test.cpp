@@ -196,7 +196,7 @@ TEST(LowerThirdTest, ScalesWithTheOutputAndStaysInside) {
 
     const std::string longest = R"(", "titleScale": 16, "subtitleScale": 16,
         "subtitle": "A\nB\nA\nB\nA\nB\nA\nB\nA\nB", "title": ")" + std::string(4000, 'A') + "\"}";
-    const std::pair<int, int> sizes[] = {{1, 1}, {64, 36}, {64, 360}, {3840, 360}, {3840, 300}, {0, -4}};
+    const std::pair<int, int> sizes[] = {{1, 1}, {64, 36}, {640, 360}, {360, 640}, {3840, 300}, {0, -4}};
     for (const std::string anchor : {"left", "center", "right", "top-left"}) {
         caption = makeCaption(R"({"anchor": ")" + anchor + longest, false);
         for (const auto& [width, height] : sizes) {

@@ -41,7 +41,7 @@ TEST(SvgPatterns, MatchWhatARegexEngineMatches) {
         tokens("[AaCcHhLlMmQqSsTtVvZz]|" + number);
     const Texts markup = {"<path", "<path ", "<", "path", "d", " d", "d=", "-d=", "_d=", "=", "\"", "'", "\"\"",
                           " d=\"M", " d='1", ">", "/>", " ", "\n", "\v", "x", "0", "id=\"", "viewBox",
-                          "viewBox=\"", "D", "\x80", "<<path", " d='1'"};
+                          "viewBox=\"", "D", "\x80", "<<path", " d\v='1'"};
     const Texts digits = {"-", "+", ".", "1", "20", "e", "E", "e-3", ".5", "0.", " ", ",", "M", "z", "x", "A",
                           "1e5", "--", "e+"};
     std::mt19937 random(7);

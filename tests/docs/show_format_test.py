@@ -7,7 +7,7 @@ import unittest
 ROOT = pathlib.Path(__file__).parents[2]
 SOURCES = ROOT / "src"
 
-# Heading in the reference, or headings: the sources that read what it describes.
+# Headings in the reference: the sources that read what it describes.
 SECTIONS = {
     "The description": ["config/runtime_config.cpp"],
     "Entries": ["config/timeline_entry.cpp"],
@@ -24,7 +24,7 @@ SECTIONS = {
     "Bitmap font": ["text/bitmap_font.cpp"],
     "Colour fonts": ["text/color_font.cpp"],
     "Transitions": ["effects/transition.cpp"],
-    ("Shaders: every other type", "Glitch styles"): ["gpu/shader_lookup.cpp"],
+    "Shaders: every other type + Glitch styles": ["gpu/shader_lookup.cpp"],
 }
 
 # Read by more than the section's own source: every effect's, and those of effects within effects.
@@ -39,26 +39,14 @@ def words_in(text):
 
 
 def sections():
-    found, heading = {}, None
-    for line in (ROOT / "docs/show-format.md").read_text().splitlines():
-        if line.startswith("#"):
-            heading = line.lstrip("# ")
-        found[heading] = found.get(heading, "") + line + "\n"
-    return found
+    _, *parts = re.split(r"^#+ (.+)\n", (ROOT / "docs/show-format.md").read_text(), flags=re.M)
+    return dict(zip(parts[::2], parts[1::2]))
 
 
 def keys_of_tables(section):
     """Words in the first cells of tables of keys."""
-    keys, in_keys = set(), False
-    for line in section.splitlines():
-        cells = [cell.strip() for cell in line.split("|")]
-        if len(cells) < 3:
-            in_keys = False
-        elif cells[1] == "Key":
-            in_keys = True
-        elif in_keys:
-            keys |= words_in(cells[1])
-    return keys
+    tables = re.findall(r"^\| Key .*\n((?:\|.*\n)+)", section, flags=re.M)
+    return set().union(*(words_in(row.split("|")[1]) for table in tables for row in table.splitlines()))
 
 
 def code_of(path):
@@ -73,7 +61,7 @@ class ShowReference(unittest.TestCase):
         text = sections()
         for headings, sources in SECTIONS.items():
             with self.subTest(headings):
-                section = "".join(text[heading] for heading in (headings if isinstance(headings, tuple) else [headings]))
+                section = "".join(text[heading] for heading in headings.split(" + "))
                 read = set().union(*(words_in(code_of(source)) for source in sources))
                 documented = keys_of_tables(section)
                 self.assertEqual(documented - read - SHARED, set(), "documented, but not read")

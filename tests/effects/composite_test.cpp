@@ -22,8 +22,8 @@ protected:
                     "DynamicSplit");
     }
 
-    // The effect at a time of its own clock, in its frame.
-    Pixel drawAt(Effect& effect, float t, int frame = 0) {
+    // The test's effect at a time of its own clock, in its frame.
+    Pixel drawAt(float t, int frame = 0) {
         clear(0, 0, 0, 1);
         effect.localTime = t;
         effect.frameCounter = frame;
@@ -67,37 +67,32 @@ std::string pip(const std::string& main, const std::string& more = "") {
 
 TEST_F(CompositeTest, FailuresAreSaidAndLeaveNothingBehind) {
     const std::string red = kRed, none = R"({"type": "nowhere"})";
-    const std::string noStep = "    [WARN] TimelineBlend step 0 missing effect object\n";
-    const struct {
-        std::string json;
-        bool runs;
-        std::string log; // how it ends
-    } cases[] = {
-        {pair("Blend", red, "7"), false, "    [ERROR] Blend requires params.source and params.target\n"},
-        {pair("blend", red, none), false, "    [ERROR] Blend child failed: source=paint target=nowhere\n"},
-        {composite("timeline_blend", "\"steps\": [1, {\"effect\": " + none + "}]"), false,
+    const struct { std::string json, ending; bool runs = false; } cases[] = { // of the log
+        {pair("Blend", red, "7"), "    [ERROR] Blend requires params.source and params.target\n"},
+        {pair("blend", red, none), "    [ERROR] Blend child failed: source=paint target=nowhere\n"},
+        {composite("timeline_blend", "\"steps\": [1, {\"effect\": " + none + "}]"),
          "    [WARN] TimelineBlend step 1 failed: type=nowhere\n    [ERROR] TimelineBlend has no runnable steps\n"},
-        {composite("timeline_blend", "\"steps\": [1, {\"effect\": " + red + "}]"), true, noStep},
-        {pair("chain", red, "7"), false, "    [ERROR] Chain requires params.source and params.postProcess\n"},
-        {pair("chain", none, red), false, "    [ERROR] Chain child failed: source=nowhere post=paint\n"},
-        {pair("dynamicsplit", red, none), false, "    [ERROR] DynamicSplit child failed: a=paint b=nowhere\n"},
-        {R"({"type": "dynamicsplit"})", true, ""}, // two pictures that are missing
-        {R"({"type": "pip", "params": [1]})", false, "    [ERROR] PiP requires params object\n"},
-        {pip(none), false, "    [ERROR] PiP main child failed: type=nowhere\n"},
-        {pip(red, ", \"pip\": " + none), true, "    [WARN] PiP child failed: type=nowhere\n"},
-        {composite("piptexture", "\"main\": " + red + ", \"image\": \"gone.png\""), true,
-         "    [WARN] PiPTexture image not found: " + show.path("gone.png") + "\n"},
+        {composite("timeline_blend", "\"steps\": [1, {\"effect\": " + red + "}]"),
+         "    [WARN] TimelineBlend step 0 missing effect object\n", true},
+        {pair("chain", red, "7"), "    [ERROR] Chain requires params.source and params.postProcess\n"},
+        {pair("chain", none, red), "    [ERROR] Chain child failed: source=nowhere post=paint\n"},
+        {pair("dynamicsplit", red, none), "    [ERROR] DynamicSplit child failed: a=paint b=nowhere\n"},
+        {R"({"type": "dynamicsplit"})", "", true}, // two pictures that are missing
+        {R"({"type": "pip", "params": [1]})", "    [ERROR] PiP requires params object\n"},
+        {pip(none), "    [ERROR] PiP main child failed: type=nowhere\n"},
+        {pip(red, ", \"pip\": " + none), "    [WARN] PiP child failed: type=nowhere\n", true},
+        {composite("piptexture", "\"main\": " + red + ", \"image\": \"gone.png\""),
+         "    [WARN] PiPTexture image not found: " + show.path("gone.png") + "\n", true},
     };
     bindBlackTextures(); // the texture cache's own
     const int before = countObjects();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.json);
         const LogCapture log;
-        Effect effect = create(c.json);
-        EXPECT_EQ(isRunnable(effect), c.runs);
-        EXPECT_TRUE(log.text().ends_with(c.log)) << log.text();
+        EXPECT_EQ(isRunnable(use(c.json)), c.runs);
+        EXPECT_TRUE(log.text().ends_with(c.ending)) << log.text();
         warmUpEffect(effect, DrawState::alpha, DrawTarget::screen, kWidth, kHeight);
-        drawAt(effect, 0.5f);
+        drawAt(0.5f);
         releaseEffect(effect);
         EXPECT_EQ(countObjects(), before);
     }
@@ -105,33 +100,26 @@ TEST_F(CompositeTest, FailuresAreSaidAndLeaveNothingBehind) {
 
 TEST_F(CompositeTest, NestingStopsAtItsLimit) {
     for (const int levels : {kMaxNesting, kMaxNesting + 1, 200}) {
-        SCOPED_TRACE(levels);
-        const bool fits = levels <= kMaxNesting;
         std::string json = kRed;
         for (int i = 0; i < levels; ++i) json = pair("chain", json, kTurn);
         const LogCapture log;
-        Effect effect = create(json);
-        EXPECT_EQ(isRunnable(effect), fits);
-        EXPECT_EQ(log.text().find("is nested deeper than 16 effects and left out\n") == std::string::npos, fits);
-        drawAt(effect, 0.0f);
-        releaseEffect(effect);
+        EXPECT_EQ(isRunnable(use(json)), levels == kMaxNesting);
+        const bool isSaid = log.text().find("is nested deeper than 16 effects and left out\n") != std::string::npos;
+        EXPECT_EQ(isSaid, levels > kMaxNesting);
     }
 }
 
 TEST_F(CompositeTest, BlendMixesWithinItsWindow) {
-    Effect effect = create(pair("blend", kRed, kGreen, R"(, "startTime": 1, "blendDuration": 2, "mixMode": "Dots")"));
+    use(pair("blend", kRed, kGreen, R"(, "startTime": 1, "blendDuration": 2, "mixMode": "Dots")"));
     const std::pair<float, Pixel> cases[] = {
         {0.0f, {255, 0, 0, 255}}, {1.5f, {191, 64, 0, 255}}, {2.0f, {128, 128, 0, 255}}, {9.0f, {0, 255, 0, 255}}};
-    for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(effect, t), wanted);
+    for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(t), wanted);
     EXPECT_EQ(effect.mixLook.effectId, 14);
-    releaseEffect(effect);
 
     const std::pair<const char*, float> durations[] = {
         {", \"startTime\": 2", 3.0f}, {", \"startTime\": 4.995", 0.01f}, {", \"blendDuration\": 1e999", 5.0f}};
     for (const auto& [params, duration] : durations) {
-        effect = create(pair("blend", kRed, kGreen, params));
-        EXPECT_FLOAT_EQ(effect.blend.blendDuration, duration) << params;
-        releaseEffect(effect);
+        EXPECT_FLOAT_EQ(use(pair("blend", kRed, kGreen, params)).blend.blendDuration, duration) << params;
     }
 }
 
@@ -147,27 +135,26 @@ TEST_F(CompositeTest, ChildrenRunOnTheirParentsClock) {
          {51, 51, 0, 255}}, // from the step's start
         {pair("blend", clock, clock), wanted},
         {pair("chain", clock, pip(kTurn)), turned},
+        {pair("chain", kRed, clock), wanted},
     };
     for (const auto& [json, pixel] : cases) {
         SCOPED_TRACE(json);
-        Effect effect = create(json);
-        EXPECT_PIXEL(drawAt(effect, 1.5f, 51), pixel);
-        releaseEffect(effect);
+        use(json);
+        EXPECT_PIXEL(drawAt(1.5f, 51), pixel);
     }
 }
 
 TEST_F(CompositeTest, TimelineBlendWrapsAndOverlaps) {
-    Effect effect = create(composite("timeline_blend", std::string("\"alpha\": 0.4, \"steps\": [")
+    use(composite("timeline_blend", std::string("\"alpha\": 0.4, \"steps\": [")
         + "{\"start\": 2, \"startTime\": 7, \"duration\": 3, \"effect\": " + kGreen + "},"
         + "{\"startTime\": 0, \"duration\": 3, \"effect\": " + kRed + "}]"));
     const Pixel red = {255, 0, 0, 102}, green = {0, 255, 0, 102}, both = {128, 128, 0, 255};
     const std::pair<float, Pixel> cases[] = { // wrapped at 5
         {0.5f, red}, {2.5f, both}, {4.0f, green}, {12.5f, both}, {-3.0f, red}};
-    for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(effect, t), wanted);
+    for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(t), wanted);
     effect.loopSteps = false;
-    EXPECT_PIXEL(drawAt(effect, 5.5f), Pixel{0, 0, 0, 0});
-    EXPECT_PIXEL(drawAt(effect, 5.0f), green); // both ends count
-    releaseEffect(effect);
+    EXPECT_PIXEL(drawAt(5.5f), Pixel{0, 0, 0, 0});
+    EXPECT_PIXEL(drawAt(5.0f), green); // both ends count
 }
 
 TEST_F(CompositeTest, SplitShowsBothChildren) {
@@ -175,26 +162,21 @@ TEST_F(CompositeTest, SplitShowsBothChildren) {
     for (const auto& [name, code] : modes) EXPECT_EQ(splitModeCode(name), code) << name;
     EXPECT_FLOAT_EQ(readSplit(parseJson(R"({"feather": 0})")).feather, 0.0001f);
     // Child a left, b right, over what lies below by the alpha of the composite.
-    Effect effect = create(pair("dynamicsplit", kRed, kGreen, ", \"alpha\": 0.4"));
-    EXPECT_PIXEL(drawAt(effect, 0.0f), Pixel{0, 102, 0, 194});
+    use(pair("dynamicsplit", kRed, kGreen, ", \"alpha\": 0.4"));
+    EXPECT_PIXEL(drawAt(0.0f), Pixel{0, 102, 0, 194});
     EXPECT_PIXEL(pixel(0, 0), Pixel{102, 0, 0, 194});
-    glDisable(GL_BLEND);
-    releaseEffect(effect);
 }
 
 TEST_F(CompositeTest, InsetsStayInTheirCorner) {
-    const struct {
-        const char* params;
-        std::array<int, 4> wanted; // x, y, width and height in an output of 200 x 100
-    } cases[] = {
+    const std::pair<const char*, std::array<int, 4>> cases[] = { // x, y, width and height in an output of 200 x 100
         {R"({"corner": "Top-Left"})", {16, 59, 50, 25}},
         {R"({"corner": "TOP_RIGHT", "pipMargin": 0.5})", {150, 75, 50, 25}},
         {R"({"corner": "middle", "pipScale": 0.01})", {174, 16, 10, 5}},
         {R"({"pipMargin": 2147483647, "corner": "topleft"})", {150, 0, 50, 25}},
     };
-    for (const auto& c : cases) {
-        const PipRect rect = pipRect(readPip(parseJson(c.params)), 200, 100);
-        EXPECT_EQ((std::array{rect.x, rect.y, rect.width, rect.height}), c.wanted) << c.params;
+    for (const auto& [params, wanted] : cases) {
+        const PipRect rect = pipRect(readPip(parseJson(params)), 200, 100);
+        EXPECT_EQ((std::array{rect.x, rect.y, rect.width, rect.height}), wanted) << params;
     }
 
     // The inset waits, fades in, and keeps the picture around it.
@@ -205,27 +187,24 @@ TEST_F(CompositeTest, InsetsStayInTheirCorner) {
     for (const std::string& json : {composite("pip", params + ", \"pip\": " + kGreen),
                                     composite("piptexture", params + R"(, "image": "green.png")")}) {
         SCOPED_TRACE(json);
-        Effect effect = create(json);
+        use(json);
         const std::pair<float, Pixel> times[] = {
             {0.9f, {255, 0, 0, 255}}, {1.5f, {153, 102, 0, 194}}, {3.0f, {51, 204, 0, 214}}};
         for (const auto& [t, wanted] : times) {
-            EXPECT_PIXEL(drawAt(effect, t), wanted);
+            EXPECT_PIXEL(drawAt(t), wanted);
             EXPECT_PIXEL(pixel(0, 0), Pixel{255, 0, 0, 255});
         }
-        releaseEffect(effect);
     }
 }
 
 TEST_F(CompositeTest, CallersBlendingSurvivesNestedComposites) {
     // An additive overlay whose innermost child is a split, which sets blending of its own.
     const std::string dark = R"({"type": "paint", "params": {"colour": [0.4, 0, 0, 1]}})";
-    Effect effect = create(pip(pair("dynamicsplit", dark, dark)));
+    use(pip(pair("dynamicsplit", dark, dark)));
     clear(0, 0.2f, 0, 1);
     applyDrawState(DrawState::additive);
     draw(effect);
     EXPECT_PIXEL(pixel(0, kHeight - 1), Pixel{102, 51, 0, 255});
-    glDisable(GL_BLEND);
-    releaseEffect(effect);
 }
 
 } // namespace

@@ -14,7 +14,7 @@ TEST_F(EffectTest, BrokenBufferPassLeavesTheMainPass) {
     writeShader("cracked", "void main() { c = vec4(1); }");
     writeShader("cracked", "void main() { c = nothing; }", "crackedBufferA");
     const LogCapture log;
-    EXPECT_PIXEL(drawOnce(R"({"type": "Cracked"})"), Pixel{255, 255, 255, 255});
+    EXPECT_PIXEL(draw(use(R"({"type": "Cracked"})")), Pixel{255, 255, 255, 255});
     EXPECT_TRUE(log.text().starts_with("[SHADER ERROR] Cracked_Buf:\n")) << log.text();
 }
 
@@ -27,14 +27,12 @@ TEST_F(EffectTest, ChannelsFallBackOnlyWhereTheyAreSampled) {
     show.write("broken.png", "no picture");
 
     const Pixel red = {255, 0, 0, 255}, blue = {0, 0, 255, 255};
-    EXPECT_PIXEL(drawOnce(R"({"type": "sampling", "params": {"texture": "red.png"}})"), red);
-    EXPECT_PIXEL(drawOnce(R"({"type": "Sampling"})"), blue);
-    EXPECT_PIXEL(drawOnce(R"({"type": "sampling", "params": {"texture": "broken.png"}})"), blue);
+    EXPECT_PIXEL(draw(use(R"({"type": "sampling", "params": {"texture": "red.png"}})")), red);
+    EXPECT_PIXEL(draw(use(R"({"type": "Sampling"})")), blue);
+    EXPECT_PIXEL(draw(use(R"({"type": "sampling", "params": {"texture": "broken.png"}})")), blue);
 
-    Effect blind = create(R"({"type": "blind", "params": {"channel1": "red.png"}})");
-    EXPECT_EQ(blind.channels[0].texture, 0u);
-    EXPECT_PIXEL(draw(blind), red);
-    releaseEffect(blind);
+    EXPECT_PIXEL(draw(use(R"({"type": "blind", "params": {"channel1": "red.png"}})")), red);
+    EXPECT_EQ(effect.channels[0].texture, 0u);
     EXPECT_EQ(loadTexture(show.path("red.png")).texture, loadTexture(show.path("red.png")).texture); // one a path
 }
 
@@ -42,26 +40,20 @@ TEST_F(EffectTest, ImagesStandUprightAndFit) {
     const LogCapture quiet;
     // Left half red above blue, right half green above white.
     writePicture("corners.png", {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255});
-    Effect effect = create(R"({"type": "IMAGE", "params": {"image": "corners.png", "alpha": 0.4}})");
+    use(R"({"type": "IMAGE", "params": {"image": "corners.png", "alpha": 0.4}})");
     EXPECT_PIXEL(draw(effect), Pixel{0, 255, 0, 102});
     EXPECT_PIXEL(pixel(0, kHeight - 1), Pixel{255, 0, 0, 102});
     EXPECT_PIXEL(pixel(0, 0), Pixel{0, 0, 255, 102});
-    releaseEffect(effect);
 
-    // A square in an output of 2:1 leaves transparent bars left and right.
-    effect = create(R"({"type": "image", "params": {"image": "corners.png", "fit": "Contain"}})");
+    // A square in an output of 2:1 leaves transparent bars left and right. An entry without a type stands for its
+    // image, stretched whatever it asks for.
+    use(R"({"type": "image", "params": {"image": "corners.png", "fit": "Contain"}})");
     EXPECT_PIXEL(draw(effect), Pixel{0, 0, 0, 0});
     EXPECT_PIXEL(pixel(kWidth / 2 + 1, 0), Pixel{255, 255, 255, 255});
-    releaseEffect(effect);
+    EXPECT_PIXEL(draw(use(R"({"params": {"image": "corners.png", "fit": "contain"}})")), Pixel{0, 255, 0, 255});
 
-    // An entry without a type stands for its image, stretched whatever it asks for.
-    EXPECT_PIXEL(drawOnce(R"({"params": {"image": "corners.png", "fit": "contain"}})"), Pixel{0, 255, 0, 255});
-
-    const struct {
-        FitMode mode;
-        int width, height; // of the image; the output is 200 x 100
-        std::array<float, 4> fit; // scale and offset
-    } cases[] = {
+    // Image width and height, in an output of 200 x 100; scale and offset.
+    const struct { FitMode mode; int width, height; std::array<float, 4> fit; } cases[] = {
         {FitMode::contain, 400, 100, {1, 2, 0, -0.5f}},
         {FitMode::cover, 100, 100, {1, 0.5f, 0, 0.25f}},
         {FitMode::cover, 400, 100, {0.5f, 1, 0.25f, 0}},
@@ -69,7 +61,7 @@ TEST_F(EffectTest, ImagesStandUprightAndFit) {
     };
     for (const auto& c : cases) {
         const ImageFit fit = fitImage(c.mode, c.width, c.height, 200, 100);
-        EXPECT_EQ((std::array{fit.scaleX, fit.scaleY, fit.offsetX, fit.offsetY}), c.fit) << c.width << " x " << c.height;
+        EXPECT_EQ((std::array{fit.scaleX, fit.scaleY, fit.offsetX, fit.offsetY}), c.fit) << c.width;
     }
 }
 
@@ -84,7 +76,7 @@ TEST_F(EffectTest, ParamsSetTheShadersOwnUniforms) {
         {R"("uAlpha": 0.1, "speed": 0.6, "speed": 1, "tint": [1], "flip": "yes")", {153, 0, 0, 255}},
     };
     for (const auto& [params, wanted] : cases) {
-        EXPECT_PIXEL(drawOnce(std::string(R"({"type": "tuned", "params": {)") + params + "}}"), wanted);
+        EXPECT_PIXEL(draw(use(std::string(R"({"type": "tuned", "params": {)") + params + "}}")), wanted);
     }
 }
 
@@ -94,8 +86,7 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
                         "c = vec4(texture(uBufferA, vec2(0.5)).r, texture(iChannel0, vec2(0.5)).r, 0, 1); }");
     writeShader("echo", "uniform sampler2D uBufferA; void main() {"
                         "c = texture(uBufferA, vec2(0.5)) + vec4(0.2, 0, 0, 0.2); }", "EchoBufferA");
-    Effect effect = create(R"({"type": "echo"})");
-    ASSERT_TRUE(effect.hasBuffer);
+    ASSERT_TRUE(use(R"({"type": "echo"})").hasBuffer);
 
     // Neither blending nor the target of the caller may leak into the pass or be lost behind it.
     RenderTarget target;
@@ -118,36 +109,32 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
     EXPECT_PIXEL(draw(effect), Pixel{51, 51, 0, 255});
     drawEffectPasses(effect, 4, 4, nullptr); // a new size begins anew
     EXPECT_PIXEL(pixel(3, 3), Pixel{51, 51, 0, 255});
-    releaseEffect(effect);
     deleteTarget(target);
 }
 
 TEST_F(EffectTest, WarmUpTouchesOnePixelAndOnlyOnce) {
     const Pixel white = {255, 255, 255, 255}, black = {0, 0, 0, 255};
     writeShader("white", "void main() { c = vec4(1); }");
-    Effect effect = create(R"({"type": "white"})");
+    use(R"({"type": "white"})");
     warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_PIXEL(pixel(0, 0), white);
     EXPECT_PIXEL(pixel(1, 1), black);
     EXPECT_PIXEL(draw(effect), white); // the scissor is off again
     // Created anew, as at a loop wrap, the effect gets its program back, warm.
-    releaseEffect(effect);
     clear(0, 0, 0, 1);
-    effect = create(R"({"type": "white"})");
+    use(R"({"type": "white"})");
     warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_PIXEL(pixel(0, 0), black);
-    releaseEffect(effect);
 }
 
 TEST_F(EffectTest, TextsAreWarmInTheBlendingThatTheySet) {
     writeShader("kinetictext", "void main() { c = vec4(1, 1, 0, 1); }"); // nobody else's, so cold
     writePicture("font.png", {255, 255, 255, 255});
     show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
-    Effect effect = create(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})");
+    use(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})");
     warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
     EXPECT_FALSE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::additive)));
     EXPECT_TRUE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::opaque)));
-    releaseEffect(effect);
     deleteColorFonts();
 }
 

@@ -4,13 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -19,10 +16,9 @@ using namespace std::string_literals;
 // The tree in one line, so that a table can state it: [1,"x",{a:null}].
 std::string dump(const JsonValue& value) {
     std::ostringstream text;
-    for (const JsonValue& item : value.items) text << (&item == value.items.data() ? "" : ",") << dump(item);
-    for (const auto& member : value.members) {
-        text << (&member == value.members.data() ? "" : ",") << member.first << ':' << dump(member.second);
-    }
+    const auto comma = [&] { return text.tellp() > 0 ? "," : ""; };
+    for (const JsonValue& item : value.items) text << comma() << dump(item);
+    for (const auto& [key, child] : value.members) text << comma() << key << ':' << dump(child);
     switch (value.kind) {
     case JsonKind::null: return "null";
     case JsonKind::boolean: return value.boolean ? "true" : "false";
@@ -47,26 +43,19 @@ void expectAsStrtod(const std::string& text) {
 }
 
 TEST(Json, ReadsWhatItCanAndStopsWhereItMust) {
-    const struct {
-        const char* text;
-        const char* tree;
-        int consumed = -1; // -1: all of it
-    } cases[] = {
-        {" \t\r\n[ ]", "[]"}, {"{ } ", "{}", 3}, {"", "0"}, {"abc", "0", 0}, {"\xEF\xBB\xBF{}", "0", 0},
-        {"{\"a\":1,\"a\":2}", "{a:1,a:2}"}, {" { \"a\" : [ 1 , { } ] , \"b\" : null } ", "{a:[1,{}],b:null}", 35},
+    const struct { const char* text; const char* tree; int consumed = -1; } cases[] = { // -1: all of it
+        {" \t\r\n[ ]", "[]"}, {"{ } ", "{}", 3}, {"", "0"}, {"abc", "0", 0},
+        {" { \"a\" : [ 1 , { } ] , \"a\" : null } ", "{a:[1,{}],a:null}", 35},
         // Arrays: whatever follows an opening or a comma is an element, the end of the text excepted.
-        {"[1,2,", "[1,2]"}, {"[1, ", "[1,0]"}, {"[,]", "[0,0]"}, {"[ ", "[]"}, {"[1 2]", "[1]", 3}, {"[1}", "[1]", 2},
-        {"[abc,1]", "[0]", 1}, {"[[1", "[[1]]"},
+        {"[1,2,", "[1,2]"}, {"[1, ", "[1,0]"}, {"[,]", "[0,0]"}, {"[1 2]", "[1]", 3}, {"[1}", "[1]", 2},
         // Objects: keys and colons may be missing, and only a brace closes.
-        {"{\"a\" 1}", "{a:1}"}, {"{\"a\"", "{a:0}"}, {"{\"a\":1,", "{a:1}"}, {"{\"a\":1,}", "{a:1,:0}"},
-        {"{1:2}", "{:1}", 2}, {"{a:1}", "{:0}", 1}, {"{:1}", "{:1}"}, {"{\"a\":1 \"b\":2}", "{a:1}", 7},
-        {"{\"a\":1]", "{a:1}", 6},
+        {"{\"a\" 1}", "{a:1}"}, {"{\"a\"", "{a:0}"}, {"{\"a\":1,}", "{a:1,:0}"}, {"{1:2}", "{:1}", 2},
+        {"{a:1}", "{:0}", 1}, {"{\"a\":1 \"b\":2}", "{a:1}", 7}, {"{\"a\":1]", "{a:1}", 6},
         // Keywords are prefixes, and case matters.
         {"trueish", "true", 4}, {"nullnull", "null", 4}, {"[tru]", "[0]", 1}, {"True", "0", 0},
         // Strings.
         {"\"a\\qb\"", "\"aqb\""}, {"\"\\/\\\\\\\"\"", "\"/\\\"\""}, {"\"\\b\\f\\n\\r\\t\"", "\"\b\f\n\r\t\""},
-        {"\"\\u00e9\"", "\"?\""}, {"\"\\u1\"2345\"", "\"?45\""}, {"\"x\\u1", "\"x?\""}, {"\"x\\", "\"x\""},
-        {"\"a\nb\xFF", "\"a\nb\xFF\""}, {"{\"a\\u0020b\":\"c", "{a?b:\"c\"}"},
+        {"\"\\u1\"2345\"", "\"?45\""}, {"\"x\\u1", "\"x?\""}, {"\"x\\", "\"x\""}, {"{\"a\\u0020b\":\"c", "{a?b:\"c\"}"},
     };
     for (const auto& [text, tree, consumed] : cases) {
         SCOPED_TRACE(text);
@@ -79,39 +68,26 @@ TEST(Json, ReadsWhatItCanAndStopsWhereItMust) {
 
 TEST(Json, KeepsEveryMemberThatWasCompleteBeforeACut) {
     const std::string document =
-        R"({ "globals": { "width": 1920, "loop": false, "none": null },
-            "scenes": [{"id": "a\\\u00e9\n", "entries": [{"start": -1.5e-3, "params": {"c": [1]}}]}, []],
+        R"({ "size": { "width": 1920, "loop": false }, "scenes": [{"id": "a\\\u00e9\n", "start": -1.5e-3}, []],
             "volume": 0.12345678901234567890,"last": [true, [[["deep"]]]] })";
-    const JsonValue whole = parseJson(document);
     size_t seen = 0;
     for (size_t length = 0; length <= document.size(); ++length) {
-        SCOPED_TRACE(length);
-        // A text of its own, so that the address sanitizer sees a read past its end.
-        std::vector<char> cut(document.begin(), document.begin() + static_cast<ptrdiff_t>(length));
-        cut.push_back('\0');
-        const char* cursor = cut.data();
-        const JsonValue root = parseJson(cursor);
-        EXPECT_LE(cursor - cut.data(), length);
-        EXPECT_GE(root.members.size(), seen);
-        seen = root.members.size();
-        for (size_t i = 0; i + 1 < seen; ++i) EXPECT_EQ(dump(root.members[i].second), dump(whole.members[i].second));
+        const std::string cut = document.substr(0, length); // apart, so that sanitizers see a read past its end
+        const char* cursor = cut.c_str();
+        const size_t members = parseJson(cursor).members.size();
+        EXPECT_TRUE(cursor <= cut.c_str() + length && members >= seen) << cut;
+        seen = members;
     }
     EXPECT_EQ(seen, 4u);
 }
 
-TEST(Json, StopsBelowTheGreatestDepth) {
+TEST(Json, StopsAtTheGreatestDepth) {
     for (const std::string opening : {"[", "{\"a\":"}) {
-        for (const size_t levels : {size_t{512}, size_t{513}, size_t{10000000}}) {
-            SCOPED_TRACE(opening + std::to_string(levels));
-            std::string text;
-            for (size_t i = 0; i < levels; ++i) text += opening;
-            text += "7,8";
-            const char* cursor = text.c_str();
-            const std::string tree = dump(parseJson(cursor));
-            const bool tooDeep = levels > kJsonMaxDepth;
-            EXPECT_EQ(cursor - text.c_str(), tooDeep ? kJsonMaxDepth * opening.size() : text.size());
-            EXPECT_NE(tree.find(tooDeep ? "null" : "7"), std::string::npos);
-        }
+        std::string text;
+        for (int i = 0; i < 10000000; ++i) text += opening;
+        const char* cursor = text.c_str();
+        parseJson(cursor);
+        EXPECT_EQ(cursor - text.c_str(), kJsonMaxDepth * opening.size());
     }
 }
 
@@ -142,28 +118,23 @@ TEST(Json, ReadsNumbersAsStrtodDoes) {
 }
 
 TEST(Json, LookUpsChainAndNeverConvert) {
-    const JsonValue root = parseJson(R"({"a":1,"a":2,"A":3,"s":"5","t":true,"list":[{"a":1}]})"s);
+    const JsonValue root = parseJson(R"({"a":1,"a":2,"s":"5","t":true,"list":[{"a":1}]})"s);
     EXPECT_EQ(getNumber(find(root, "a"), 7), 1);
-    EXPECT_EQ(find(find(root, "list"), "a").kind, JsonKind::null);
+    EXPECT_EQ(getNumber(find(find(root, "list"), "a"), 7), 7);
     EXPECT_EQ(getNumber(find(root, "s"), 7), 7);
-    EXPECT_EQ(getInt(find(root, "t"), 3), 3);
     EXPECT_EQ(getString(find(root, "a"), "x"), "x");
-    EXPECT_TRUE(getBool(find(root, "a"), true));
     const std::pair<const char*, int32_t> whole[] = {
-        {"-1919.9", -1919}, {"2147483646.9", INT32_MAX - 1}, {"2147483648", INT32_MAX}, {"inf", INT32_MAX},
-        {"-2147483648.9", INT32_MIN}, {"-1e300", INT32_MIN}, {"nan", 42},
-    };
+        {"-1919.9", -1919}, {"2147483648", INT32_MAX}, {"-1e300", INT32_MIN}, {"nan", 42}, {"true", 42}};
     for (const auto& [number, wanted] : whole) EXPECT_EQ(getInt(parseJson(std::string(number)), 42), wanted) << number;
 }
 
 TEST(Log, MasksControlCharactersAndKeepsLongMessagesWhole) {
     const LogCapture log;
-    std::string expected = "[A] ?[31mred??b??c\t\xC3\xA9 \xC2\xA0?\n";
     logLine("[A] %s%c\n", "\x1B[31mred\r\x7F" "b\xC2\x9B" "c\t\xC3\xA9 \xC2\xA0", '\0');
-    // Around the size at which a message stops fitting on the stack.
-    for (const size_t size : {1022u, 1023u, 1024u, 1025u, 100000u}) {
-        logLine("%c%s", '\x1B', std::string(size - 1, 'x').c_str());
-        expected += '?' + std::string(size - 1, 'x');
+    std::string expected = "[A] ?[31mred??b??c\t\xC3\xA9 \xC2\xA0?\n";
+    for (const size_t size : {1023u, 1024u, 100000u}) { // the first has room on the stack
+        logLine("%s", std::string(size, 'x').c_str());
+        expected += std::string(size, 'x');
     }
     EXPECT_EQ(log.text(), expected);
 }

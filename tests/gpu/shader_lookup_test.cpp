@@ -1,142 +1,110 @@
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
+#include "support/child.h"
 #include "support/log_capture.h"
 #include "support/shader_pack_file.h"
 #include "support/temp_show.h"
-#include "child.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 namespace {
 
+using Names = std::vector<std::string>;
+
 constexpr const char* kRoots[] = {"DemoSceneResources/assets/shaders/", "assets/shaders/"};
 
-TimelineEntry entryOf(const TempShow& show, const std::string& type, const std::string& params = "{}") {
+// Vertex, fragment and buffer shader that an entry gets in a show with these files, "-" for none. Those on the disk
+// lie in one folder, each with the number of its root before its name; so do those that are found.
+std::string lookUp(const std::string& folder, const std::string& type, const Names& disk, const Names& pack = {},
+                   const std::string& params = "{}") {
+    const TempShow show;
+    const auto place = [&](size_t root) { return kRoots[root] + folder + "/"; };
+    for (const std::string& file : disk) show.write(place(file[0] == '1') + file.substr(1), "disk");
+    if (!pack.empty()) {
+        std::vector<PackFile> files;
+        for (const std::string& file : pack) files.push_back({file, "pack"});
+        show.write("shaders.pak", packBytes(files));
+        const LogCapture quiet;
+        loadShaderPack(show.baseDir);
+    }
     TimelineEntry entry;
     entry.type = type;
     entry.baseDir = show.baseDir;
     entry.params = parseJson(params);
-    return entry;
-}
-
-// The three paths, relative to the show, with slashes.
-std::string pathsOf(const TempShow& show, const TimelineEntry& entry) {
-    std::string text;
-    for (const std::string& path : {entry.vertPath, entry.fragPath, entry.bufferPath}) {
-        const bool below = path.starts_with(show.path(""));
-        const std::string relative = below ? path.substr(show.baseDir.size() + 1) : path;
-        text += (text.empty() ? "" : " ") + (path.empty() ? "-" : std::filesystem::path(relative).generic_string());
+    resolveShaderSources(entry);
+    std::string found;
+    for (std::string path : {entry.vertPath, entry.fragPath, entry.bufferPath}) {
+        EXPECT_TRUE(path.empty() || !readTextFile(path).empty()) << path;
+        for (const size_t root : {0, 1}) {
+            const std::string start = show.path(place(root));
+            if (path.starts_with(start)) path.replace(0, start.size(), std::to_string(root));
+        }
+        found += (found.empty() ? "" : " ") + (path.empty() ? "-" : path);
     }
-    return text;
+    return found;
 }
 
 TEST(ShaderLookup, FindsGlitchShadersByStyle) {
     const struct {
-        std::vector<std::string> files; // below "glitch" of root 0 or 1
+        Names files;
         const char* style;
-        const char* paths; // "0" stands for the glitch directory of root 0
+        const char* found;
     } cases[] = {
         {{"1GlitchRain.frag", "1Glitch.vert"}, R"("rain")", "1Glitch.vert 1GlitchRain.frag -"},
         {{"0GlitchRain.frag", "0Glitch.vert", "0GlitchRain.vert"}, R"("RAIN")", "0GlitchRain.vert 0GlitchRain.frag -"},
-        {{"1CRTTube.frag"}, R"("crttube")", "- 1CRTTube.frag -"},
         // The root is chosen by the fragment shader.
         {{"0Glitch.vert", "0GlitchRain.vert", "1GlitchRain.frag"}, R"("rain")", "- 1GlitchRain.frag -"},
         {{"0GlitchRain.frag", "1GlitchRain.frag", "1Glitch.vert"}, R"("rain")", "- 0GlitchRain.frag -"},
         {{"0Glitch.frag", "0Glitch.vert"}, R"("rains")", "0Glitch.vert 0Glitch.frag -"},
         {{"0Glitch.frag", "0CRTTube.frag"}, R"(["crttube"])", "- 0Glitch.frag -"},
+        {{"0Glitch.frag", "0CRTTube.frag"}, R"("crttube")", "- 0CRTTube.frag -"},
         {{"0Glitch.frag", "0Glitch.vert"}, R"("rain")", "- - -"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.paths);
-        const TempShow show;
-        for (const std::string& file : c.files) show.write(kRoots[file[0] - '0'] + ("glitch/" + file.substr(1)), "x");
-        TimelineEntry entry = entryOf(show, "glitch", std::string("{\"style\":") + c.style + "}");
-        resolveShaderSources(entry);
-        std::string expected = c.paths;
-        for (size_t at = expected.size(); at-- > 0;) {
-            if (expected[at] != '0' && expected[at] != '1') continue;
-            expected.replace(at, 1, std::string(kRoots[expected[at] - '0']) + "glitch/");
-        }
-        EXPECT_EQ(pathsOf(show, entry), expected);
+    for (const auto& [files, style, found] : cases) {
+        const std::string params = std::string("{\"style\":") + style + "}";
+        EXPECT_EQ(lookUp("glitch", "glitch", files, {}, params), found) << params;
     }
 }
 
 TEST(ShaderLookup, FindsBuiltinShaders) {
-    const char* const builtins[][4] = {
-        {"OverLayer", "starfields", "Overlayer.vert", "Overlayer.frag"},
-        {"rotozoom", "rotozoom", "OldSchoolRotozoom.vert", "OldSchoolRotozoom.frag"},
-        {"rotozoombasic", "rotozoom", "BasiclRotozoom.vert", "BasiclRotozoom.frag"},
-        {"lowerthird", "Text", "LowerThird.vert", "LowerThird.frag"},
-        {"CREDITROLL", "Text", "LowerThird.vert", "LowerThird.frag"},
-        {"shapetext", "Text", "ShapeText.vert", "ShapeText.frag"},
-    };
-    const TempShow show;
-    for (const auto& [name, directory, vertex, fragment] : builtins) {
-        SCOPED_TRACE(name);
-        const std::string folder = std::string(kRoots[1]) + directory + "/";
-        show.write(folder + vertex, "x");
-        show.write(folder + fragment, "x");
-        TimelineEntry entry = entryOf(show, name);
-        resolveShaderSources(entry);
-        EXPECT_EQ(pathsOf(show, entry), folder + vertex + " " + folder + fragment + " -");
+    const char* const builtins[][3] = {
+        {"OverLayer", "starfields", "Overlayer"}, {"rotozoom", "rotozoom", "OldSchoolRotozoom"},
+        {"rotozoombasic", "rotozoom", "BasiclRotozoom"}, {"shapetext", "Text", "ShapeText"},
+        {"lowerthird", "Text", "LowerThird"}, {"CREDITROLL", "Text", "LowerThird"}};
+    for (const auto& [type, folder, name] : builtins) {
+        const std::string vertex = std::string("1") + name + ".vert", fragment = std::string("1") + name + ".frag";
+        EXPECT_EQ(lookUp(folder, type, {vertex, fragment}), vertex + " " + fragment + " -") << type;
     }
-    // The first root that has the directory wins, whatever is in it.
-    show.write(std::string(kRoots[0]) + "rotozoom/OldSchoolRotozoom.frag", "x");
-    TimelineEntry entry = entryOf(show, "rotozoom");
-    resolveShaderSources(entry);
-    EXPECT_EQ(pathsOf(show, entry), "- DemoSceneResources/assets/shaders/rotozoom/OldSchoolRotozoom.frag -");
-    EXPECT_EQ(builtinShaderDir(show.baseDir, "overlayers"), ""); // only begins with a name of the table
+    // The first root that has the directory wins, whatever is in it; names of the table count as a whole.
+    EXPECT_EQ(lookUp("Text", "shapetext", {"1ShapeText.vert", "0ShapeText.frag"}), "- 0ShapeText.frag -");
+    EXPECT_EQ(lookUp("starfields", "overlayers", {"1Overlayer.vert", "1Overlayer.frag"}), "- - -");
 }
 
-TEST(ShaderLookup, ChoosesAmongTheFilesOfADirectory) {
+TEST(ShaderLookupDeathTest, ChoosesAmongTheFilesOfADirectory) {
     const struct {
         const char* name;
-        const char* type;
-        std::vector<std::string> disk; // below the first root
-        std::vector<std::string> pack;
-        const char* paths; // below its directory "fx"
+        Names disk;
+        Names pack;
+        const char* found;
+        const char* type = "fx";
     } cases[] = {
-        {"named files before the first ones", "fx", {"fx/a.vert", "fx/fx.vert", "fx/a.frag", "fx/FX.frag"}, {},
-         "fx.vert FX.frag -"},
-        {"else the first ones, ignoring case", "FX", {"fx/b.vert", "fx/A.vert", "fx/C.frag", "fx/b.frag"}, {},
-         "A.vert b.frag -"},
-        {"buffers are no main pass", "fx", {"fx/BufferB.frag", "fx/aBuffera.frag", "fx/z.frag", "fx/v.vert"}, {},
-         "v.vert z.frag aBuffera.frag"},
-        {"nothing but a buffer", "fx", {"fx/BufferA.frag"}, {}, "- - BufferA.frag"},
-        {"a buffer in a named pair", "fx", {"fx/fx.vert", "fx/fx.frag", "fx/FxBufferA.frag", "fx/FxBufferA2.frag"}, {},
-         "fx.vert fx.frag FxBufferA.frag"},
-        {"neither other files nor deeper ones", "fx", {"fx/a.txt", "fx/vert", "fx/fx.frag.bak", "fx/in/fx.vert"}, {},
-         "- - -"},
-        {"upper-case extensions", "fx", {"fx/FX.VERT", "fx/FX.FRAG"}, {}, "FX.VERT FX.FRAG -"},
-        {"pack alone", "Fx", {}, {"fx/A.vert", "Fx\\Fx.frag", "fx/deep/bufferA.frag", "fx2/fx.vert"}, "a.vert fx.frag -"},
-        {"pack and disk together", "fx", {"fx/b.vert", "fx/M.frag"}, {"fx/A.vert", "fx/bufferA.frag"},
-         "a.vert M.frag buffera.frag"},
-        {"the same file in both", "fx", {"fx/Fx.vert", "fx/Fx.frag"}, {"fx/fx.vert", "fx/fx.frag"}, "Fx.vert Fx.frag -"},
-        {"empty type", "", {"a.vert", "a.frag"}, {"b.vert"}, "- - -"},
+        {"named files before first ones", {"0a.vert", "0fx.vert", "0a.frag", "0FX.frag"}, {}, "0fx.vert 0FX.frag -"},
+        {"first ones, ignoring case", {"0b.vert", "0A.vert", "0C.frag", "0b.frag"}, {}, "0A.vert 0b.frag -", "FX"},
+        {"buffers are no main pass", {"0BufferB.frag", "0aBuffera.frag", "0z.frag", "0v.vert"}, {},
+         "0v.vert 0z.frag 0aBuffera.frag"},
+        {"nothing but a buffer", {"0BufferA.frag"}, {}, "- - 0BufferA.frag"},
+        {"a buffer in a named pair", {"0fx.vert", "0fx.frag", "0FxBufferA.frag", "0FxBufferA2.frag"}, {},
+         "0fx.vert 0fx.frag 0FxBufferA.frag"},
+        {"neither other files nor deeper ones", {"0a.txt", "0vert", "0fx.frag.bak", "0in/fx.vert"}, {}, "- - -"},
+        {"upper-case extensions", {"0FX.VERT", "0FX.FRAG"}, {}, "0FX.VERT 0FX.FRAG -"},
+        {"pack alone", {}, {"fx/A.vert", "Fx\\Fx.frag", "fx/in/bufferA.frag", "fx2/fx.vert"},
+         "0a.vert 0fx.frag -", "Fx"},
+        {"pack and disk together", {"0b.vert", "0M.frag"}, {"fx/A.vert", "fx/bufferA.frag"},
+         "0a.vert 0M.frag 0buffera.frag"},
+        {"the same file in both", {"0Fx.vert", "0Fx.frag"}, {"fx/fx.vert", "fx/fx.frag"}, "0Fx.vert 0Fx.frag -"},
+        {"empty type", {"0../a.vert", "0../a.frag"}, {"b.vert"}, "- - -", ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        runInChild([&] {
-            const TempShow show;
-            for (const std::string& file : c.disk) show.write(kRoots[0] + file, "disk");
-            std::vector<PackFile> files;
-            for (const std::string& file : c.pack) files.push_back({file, "pack"});
-            if (!files.empty()) show.write("shaders.pak", packBytes(files));
-            const LogCapture log;
-            loadShaderPack(show.baseDir);
-            TimelineEntry entry = entryOf(show, c.type);
-            resolveShaderSources(entry);
-            const std::string folder = std::string(kRoots[0]) + "fx/";
-            std::string found = pathsOf(show, entry);
-            for (size_t at = 0; (at = found.find(folder)) != std::string::npos;) found.erase(at, folder.size());
-            EXPECT_EQ(found, c.paths);
-            for (const std::string& path : {entry.vertPath, entry.fragPath}) {
-                EXPECT_TRUE(path.empty() || !readTextFile(path).empty()) << path;
-            }
-        });
+        runInChild([&] { EXPECT_EQ(lookUp("fx", c.type, c.disk, c.pack), c.found); });
     }
 }
 

@@ -1,12 +1,8 @@
 #include "gpu/shader_pack.h"
+#include "support/child.h"
 #include "support/log_capture.h"
 #include "support/shader_pack_file.h"
 #include "support/temp_show.h"
-#include "child.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
 
 namespace {
 
@@ -23,7 +19,7 @@ std::string loadedLine(const TempShow& show, int count) {
 }
 
 // Two entries as another writer made them: "Sub\One.VERT" with the bytes "void", 0, 255, and an empty "two.frag".
-TEST(ShaderPack, ReadsAPackOfAnotherWriter) {
+TEST(ShaderPackDeathTest, ReadsAPackOfAnotherWriter) {
     runInChild([] {
         const unsigned char pack[] = {0x44, 0x53, 0x50, 0x41, 0x4b, 0x30, 0x31, 0x7f, 0x02, 0, 0, 0, 0x0c, 0, 0, 0,
                                       0x06, 0, 0, 0, 0xfd, 0xc2, 0xfe, 0x18, 0x85, 0x1e, 0x3e, 0xad, 0x11, 0xeb, 0x40,
@@ -38,7 +34,7 @@ TEST(ShaderPack, ReadsAPackOfAnotherWriter) {
     });
 }
 
-TEST(ShaderPack, KeepsWhatPrecedesAFault) {
+TEST(ShaderPackDeathTest, KeepsWhatPrecedesAFault) {
     const PackFile a = {"a.frag", "A"}, b = {"b.frag", "B"};
     const std::string whole = packBytes({a, b});
     const std::string one = packBytes({a}, 2);
@@ -72,65 +68,53 @@ TEST(ShaderPack, KeepsWhatPrecedesAFault) {
     }
 }
 
-TEST(ShaderPack, TakesTheFirstPackThatIsAFile) {
+TEST(ShaderPackDeathTest, TakesTheFirstPackThatIsAFileAndLoadsOnce) {
     const char* const places[] = {"DemoSceneResources/runtime/shaders.pak", "runtime/shaders.pak", "shaders.pak"};
-    for (size_t first = 0; first < std::size(places); ++first) {
-        SCOPED_TRACE(places[first]);
+    for (size_t first = 0; first <= std::size(places); ++first) {
+        SCOPED_TRACE(first);
         runInChild([&] {
-            const TempShow show;
-            for (size_t i = first; i < std::size(places); ++i) show.write(places[i], packBytes({}));
+            const TempShow show, other;
             for (size_t i = 0; i < first; ++i) std::filesystem::create_directories(show.path(places[i]));
+            for (size_t i = first; i < std::size(places); ++i) show.write(places[i], packBytes({}));
+            other.write("shaders.pak", packBytes({}));
             const LogCapture log;
             loadShaderPack(show.baseDir);
-            EXPECT_EQ(log.text(), "[SHADERPACK] Loaded 0 shaders from " + show.path(places[first]) + "\n");
+            loadShaderPack(other.baseDir);
+            if (first == std::size(places)) EXPECT_EQ(log.text(), "");
+            else EXPECT_EQ(log.text(), "[SHADERPACK] Loaded 0 shaders from " + show.path(places[first]) + "\n");
         });
     }
 }
 
-TEST(ShaderPack, AnswersBeforeTheDiskBelowTheShaderRootsAlone) {
+TEST(ShaderPackDeathTest, AnswersBeforeTheDiskBelowTheShaderRootsAlone) {
     runInChild([] {
         const TempShow show;
         const std::string pack = packBytes({{"fx/Same.frag", "first"}, {"FX\\same.FRAG", "later"},
                                             {"fx2/other.frag", "other"}, {"2/odd.frag", "odd"}});
         EXPECT_EQ(loadPack(show, pack), loadedLine(show, 3));
-        show.write("assets/shaders/fx/same.frag", "disk");
-        show.write("assets/shaders/fx/loose.frag", "loose");
-        show.write("elsewhere/fx/same.frag", "elsewhere");
+        for (const char* place : {"assets/shaders/fx/same.frag", "assets/shaders/fx/loose.frag", "other/fx/same.frag"}) {
+            show.write(place, "disk");
+        }
         const std::pair<const char*, const char*> files[] = {
             {"assets/shaders/fx/same.frag", "later"},
             {"DemoSceneResources/assets/shaders/FX/SAME.frag", "later"},
             {"assets/shaders//fx/../fx/./same.frag", "later"},
-            {"assets/shaders/fx/loose.frag", "loose"},
-            {"elsewhere/fx/same.frag", "elsewhere"},
-            {"assets/fx2/other.frag", nullptr},
-            {"assets/shaders/fx2", nullptr},
-            {"assets/shaders/fx", nullptr}, // a directory on the disk
+            {"assets/shaders/fx/loose.frag", "disk"}, {"other/fx/same.frag", "disk"},
+            {"assets/fx2/other.frag", nullptr}, {"assets/shaders/fx2", nullptr}, // and a directory on the disk:
+            {"assets/shaders/fx", nullptr},
             {"assets/shaders2/odd.frag", "odd"}, // the prefix test asks for no slash
         };
         for (const auto& [path, text] : files) {
             EXPECT_EQ(fileExists(show.path(path)), text != nullptr) << path;
             EXPECT_EQ(readTextFile(show.path(path)), text ? text : "") << path;
         }
-        for (const char* path : {"assets/shaders", "assets/shaders/", "assets/shaders/fx", "assets/shaders/FX2/"}) {
-            EXPECT_TRUE(packHasDirectory(show.path(path))) << path;
-        }
-        for (const char* path : {"assets/shaders/f", "assets/shaders/fx/same.frag", "elsewhere/fx", "assets"}) {
-            EXPECT_FALSE(packHasDirectory(show.path(path))) << path;
-        }
+        const std::pair<const char*, bool> directories[] = {
+            {"assets/shaders", true}, {"assets/shaders/", true}, {"assets/shaders/fx", true},
+            {"assets/shaders/FX2/", true}, {"assets/shaders/f", false}, {"assets/shaders/fx/same.frag", false},
+            {"other/fx", false}, {"assets", false}};
+        for (const auto& [path, isThere] : directories) EXPECT_EQ(packHasDirectory(show.path(path)), isThere) << path;
         EXPECT_EQ(packFilesIn(show.path("assets/shaders/fx")), std::vector<std::string>{"same.frag"});
         EXPECT_TRUE(packFilesIn(show.path("assets/shaders")).empty());
-    });
-}
-
-TEST(ShaderPack, LoadsOncePerProcess) {
-    runInChild([] {
-        const TempShow first, second;
-        second.write("shaders.pak", packBytes({{"a.frag", "A"}}));
-        const LogCapture log;
-        loadShaderPack(first.baseDir); // has none, and says nothing
-        loadShaderPack(second.baseDir);
-        EXPECT_EQ(log.text(), "");
-        EXPECT_FALSE(fileExists(second.path("assets/shaders/a.frag")));
     });
 }
 

@@ -37,12 +37,7 @@ TEST_F(UniformsTest, ConvertsToTheDeclaredType) {
     const auto setVec2 = [](GLuint p) { setUniformVec2(p, "u", 0.2f, 0.4f); };
     const auto setVec3 = [](GLuint p) { setUniformVec3(p, "u", 0.2f, 0.4f, 0.6f); };
     const auto setVec4 = [](GLuint p) { setUniformVec4(p, "u", 0.2f, 0.4f, 0.6f, 0.8f); };
-    const struct {
-        const char* type;
-        const char* expression; // of the value, in 0..1 a component
-        void (*set)(GLuint program);
-        Pixel wanted;
-    } cases[] = {
+    const struct { const char* type; const char* expression; void (*set)(GLuint program); Pixel wanted; } cases[] = {
         {"float", asFloat, setFloat, {64, 0, 0, 255}},
         {"int", asFloat, setFloat, {77, 0, 0, 255}}, // 2.5 rounds away from zero
         {"bool", asFloat, setFloat, {26, 0, 0, 255}},
@@ -74,17 +69,13 @@ TEST_F(UniformsTest, ConvertsToTheDeclaredType) {
 }
 
 TEST_F(UniformsTest, StandardUniformsReachBothFamilies) {
-    const struct { const char* declarations; const char* expression; Pixel wanted; } cases[] = {
-        {"uniform float iTime, uTime, uAlpha; uniform int iFrame;",
-         "vec4(iTime / 10.0, uTime / 10.0, float(iFrame) / 255.0, uAlpha)", {61, 61, 51, 102}},
-        {"uniform vec2 iResolution; uniform vec3 uResolution; uniform vec4 iMouse;",
-         "iMouse + vec4(iResolution, uResolution.y, uResolution.z - 1.0) / 255.0", {100, 200, 200, 255}},
-    };
-    for (const auto& c : cases) {
-        use(c.declarations, c.expression);
-        setStandardUniforms(program, 2.4f, 51, 0.4f, 100, 200);
-        EXPECT_PIXEL(paint(), c.wanted);
-    }
+    use("uniform float iTime, uTime, uAlpha; uniform int iFrame; uniform vec2 iResolution; uniform vec3 uResolution;"
+        "uniform vec4 iMouse;",
+        "gl_FragCoord.x < 1.0 ? vec4(iTime / 10.0, uTime / 10.0, float(iFrame) / 255.0, uAlpha)"
+        " : iMouse + vec4(iResolution, uResolution.y, uResolution.z - 1.0) / 255.0");
+    setStandardUniforms(program, 2.4f, 51, 0.4f, 100, 200);
+    EXPECT_PIXEL(paint(), Pixel{61, 61, 51, 102});
+    EXPECT_PIXEL(pixel(1, 0), Pixel{100, 200, 200, 255});
 }
 
 TEST_F(UniformsTest, ChannelsAreBoundUnderEveryName) {

@@ -19,6 +19,12 @@ protected:
         GlTest::TearDownTestSuite();
     }
 
+    void TearDown() override {
+        releaseEffect(effect);
+        releaseTransitionRenderer(renderer);
+        GlTest::TearDown();
+    }
+
     // A shader below assets/shaders; "void main" and the output "c" are the test's.
     void writeShader(const std::string& folder, const std::string& body, const std::string& name = "") {
         const std::string path = "assets/shaders/" + folder + "/" + (name.empty() ? folder : name);
@@ -52,18 +58,18 @@ protected:
         return createEffect(parseTimelineEntry(parseJson(json), config, config.baseDir));
     }
 
-    Pixel draw(Effect& effect, const InputTexture* input = nullptr) {
-        drawEffectPasses(effect, kWidth, kHeight, input);
+    // Puts another effect in the place of the test's own.
+    Effect& use(const std::string& json, const char* baseDir = nullptr) {
+        releaseEffect(effect);
+        return effect = create(json, baseDir);
+    }
+
+    Pixel draw(Effect& drawn, const InputTexture* input = nullptr) {
+        drawEffectPasses(drawn, kWidth, kHeight, input);
         return pixel(kWidth - 1, kHeight - 1);
     }
 
-    Pixel drawOnce(const std::string& json) {
-        Effect effect = create(json);
-        EXPECT_TRUE(isRunnable(effect)) << json;
-        const Pixel result = draw(effect);
-        releaseEffect(effect);
-        return result;
-    }
-
     TempShow show;
+    Effect effect; // released at the end of the test, like the renderer
+    TransitionRenderer renderer;
 };

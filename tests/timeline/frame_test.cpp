@@ -1,10 +1,35 @@
+// Timelines of shows in a temporary folder, drawn with the common shaders.
 #include "support/allocation_count.h"
-#include "timeline/timeline_fixture.h"
+#include "support/effect_fixture.h"
+#include "support/log_capture.h"
+
+#include "timeline/frame.h"
 
 namespace {
 
-class FrameTest : public TimelineFixture {
+class FrameTest : public EffectFixture {
 protected:
+    void SetUp() override {
+        EffectFixture::SetUp();
+        writeCommonShaders();
+    }
+
+    void TearDown() override {
+        releaseTransitionStage(stage);
+        releaseTimeline(timeline);
+        EffectFixture::TearDown();
+    }
+
+    void load(const std::string& json) {
+        const LogCapture quiet;
+        config = loadRuntimeConfig(show.write("config.json", json), {nullptr, resolveShaderSources});
+        if (config.nativeRuntime) {
+            loadTimeline(timeline, config, kWidth, kHeight);
+        } else {
+            loadScene(timeline, config, 0, kWidth, kHeight);
+        }
+    }
+
     void frame(float t, float delta) {
         resolvePlayState(timeline, t, state);
         logPlayState(log, timeline, t, state);
@@ -18,7 +43,20 @@ protected:
         return pixel();
     }
 
+    // What a frame at t logs of a transition; empty when it is as before, "-" when none runs.
+    std::string logAt(float t) {
+        const LogCapture capture;
+        if (!resolveTransition(timeline, t, transition)) return "-";
+        logTransition(log, timeline, t, transition);
+        return capture.text();
+    }
+
+    RuntimeConfig config;
+    Timeline timeline;
     PlayState state;
+    TransitionState transition;
+    TransitionStage stage;
+    PlayLog log;
 };
 
 // Alpha aside.
@@ -42,14 +80,14 @@ TEST_F(FrameTest, OverlaysBlendOverTheBaseInLayerOrder) {
 
 TEST_F(FrameTest, ClocksRunOnlyWhileDrawn) {
     load(R"({"entries": [
-        {"id": "a", "type": "clock", "start": 0, "duration": 2, "params": {"timeScale": 2}},
-        {"id": "b", "type": "clock", "start": 2, "duration": 2}]})");
+        {"type": "clock", "start": 0, "duration": 2, "params": {"timeScale": 2}},
+        {"type": "clock", "start": 2, "duration": 2}]})");
     drawAt(0.0f, 0.5f);
     EXPECT_PIXEL(drawAt(1.0f, 0.5f), Pixel{51, 2, 0, 255}); // 2 x (0.5 + 0.5) s, two frames
     EXPECT_PIXEL(drawAt(2.0f, 0.25f), Pixel{6, 1, 0, 255});
     EXPECT_PIXEL(drawAt(1.5f, 0.0f), Pixel{51, 3, 0, 255});
-    seekEffect(timeline.entries[1].effect, 1.5f);
-    EXPECT_PIXEL(drawAt(3.5f, 0.0f), Pixel{38, 91, 0, 255}); // 60 frames a second, and this one
+    seekEffect(timeline.entries[0].effect, 1.5f);
+    EXPECT_PIXEL(drawAt(1.5f, 0.0f), Pixel{77, 91, 0, 255}); // 60 frames a second, and this one
 }
 
 TEST_F(FrameTest, SceneListDrawsInListOrderBothEndsInclusive) {
@@ -80,6 +118,66 @@ TEST_F(FrameTest, SteadyFrameAllocatesNothing) {
     const long before = allocationCount();
     for (int i = 3; i < 60; ++i) frame(static_cast<float>(i) * 0.01f, 0.01f);
     EXPECT_EQ(allocationCount() - before, 0);
+}
+
+// An entry that paints: name, scene, start, duration.
+std::string entry(const std::string& id, const std::string& scene, int start, int duration, const char* more = "") {
+    return "{\"type\": \"paint\", \"id\": \"" + id + "\", \"scene\": \"" + scene + "\", \"start\": " +
+           std::to_string(start) + ", \"duration\": " + std::to_string(duration) + more + "}";
+}
+
+constexpr const char* kOverlay = ", \"overlay\": true";
+
+TEST_F(FrameTest, TwoScenesLogTheirTransitionOnce) {
+    const std::string entries = "\"entries\": [" + entry("a1", "one", 0, 4) + "," + entry("a2", "one", 1, 1, kOverlay) +
+                                "," + entry("b1", "two", 2, 5) + "]}";
+    load("{" + entries);
+    EXPECT_EQ(logAt(1.5f), "-");
+    // Without a preset a fade over the overlap, 2 s to 4 s.
+    EXPECT_EQ(logAt(2.5f),
+              "[PLAY] t=2.500s transition 0.250 scene=one sceneIn=0.000s sceneOut=4.000s -> scene=two sceneIn=2.000s "
+              "sceneOut=7.000s\n"
+              "       [OUT] scene=one id=a1 type=paint entryIn=0.000s entryOut=4.000s dur=4.000s layer=0\n"
+              "       [IN] scene=two id=b1 type=paint entryIn=2.000s entryOut=7.000s dur=5.000s layer=0\n");
+    EXPECT_EQ(logAt(3.0f), "");
+    EXPECT_EQ(logAt(4.0f), "-");
+
+    // The preset of the outgoing scene sets the duration; progress stops at 1 while both scenes play.
+    load(R"({"transitions": {"one": {"type": "wavy", "duration": 0.5}, "two": {"duration": 9}},)" + entries);
+    for (const auto& [t, progress] : {std::pair(2.25f, 0.5f), {3.5f, 1.0f}}) {
+        logAt(t);
+        EXPECT_FLOAT_EQ(transition.progress, progress);
+    }
+    EXPECT_EQ(timeline.scenes[0].transition.effectId, transitionStyleCode("wavy"));
+}
+
+TEST_F(FrameTest, OnlyTheTwoEarliestOfThreeScenesMix) {
+    // By start, then by name; the scene without a name stands aside. Open-ended scenes have no overlap to fade
+    // over: the incoming one shows at once. One without a base says so.
+    load("{\"entries\": [" + entry("z", "zeta", 1, 0) + "," + entry("a", "alpha", 1, 9) + "," +
+         entry("o", "", 0, 9) + "," + entry("l", "alphabet", 1, 0, kOverlay) + "]}");
+    const std::string first = logAt(3.5f);
+    EXPECT_NE(first.find(" transition 0.278 scene=alpha "), std::string::npos) << first;
+    EXPECT_NE(first.find(" -> scene=alphabet sceneIn=1.000s "), std::string::npos) << first;
+    load("{\"entries\": [" + entry("a", "alpha", 0, 0) + "," + entry("v", "late", 3, 0, kOverlay) + "]}");
+    const std::string open = logAt(3.5f);
+    EXPECT_NE(open.find(" transition 1.000 scene=alpha sceneIn=0.000s sceneOut=0.000s -> "), std::string::npos) << open;
+    EXPECT_TRUE(open.ends_with("       [IN] (none)\n")) << open;
+}
+
+TEST_F(FrameTest, ScenesAreComposedApartAndThenMixed) {
+    load(R"({"entries": [
+        {"type": "paint", "scene": "one", "start": 0, "duration": 4, "params": {"colour": [1, 0, 0, 1]}},
+        {"type": "paint", "scene": "one", "start": 0, "duration": 4, "overlay": true, "params": {"colour": [0, 0, 1, 0.5]}},
+        {"type": "paint", "scene": "two", "start": 2, "duration": 4, "params": {"colour": [0, 1, 0, 1]}},
+        {"type": "clock", "scene": "two", "start": 2, "duration": 4, "overlay": true, "params": {"blendMode": "additive"}}]})");
+    const LogCapture quiet;
+    ASSERT_TRUE(initTransitionRenderer(stage.renderer, show.baseDir));
+    ASSERT_TRUE(resolveTransition(timeline, 3.0f, transition));
+    drawTransitionFrame(stage, timeline, transition, 1.0f, kWidth, kHeight);
+    // Half of (half red, half blue) and half of (green plus the clock's 1 s).
+    EXPECT_PIXEL(pixel(kWidth - 1, kHeight - 1), Pixel{64 + 13, 128, 64, pixel()[3]});
+    EXPECT_FLOAT_EQ(timeline.entries[3].effect.localTime, 1.0f);
 }
 
 } // namespace

@@ -117,7 +117,7 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
     const std::string file = fullPath(path);
     std::string bytes;
     if (!readFile(file, bytes) || bytes.empty()) {
-        logLine("[ERROR] Cannot read %s\n", file.c_str());
+        logLine("[ERROR] Cannot read %s\n", (file.empty() ? path : file).c_str());
         config.baseDir.clear();
         return config;
     }

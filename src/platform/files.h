@@ -18,7 +18,7 @@ constexpr long long kMaxFileBytes = 1LL << 28;
 bool isAbsolutePath(const std::string& path);
 
 // The absolute form of a path without looking at the disk: the current directory is put in front, "."
-// and ".." are folded. Symbolic links are left alone.
+// and ".." are folded. Symbolic links are left alone. Empty where the system has no room for so long a path.
 std::string fullPath(const std::string& path);
 
 // Between keepListings(true) and keepListings(false) what look-ups ignoring case have read of directories is remembered:

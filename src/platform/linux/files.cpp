@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include "foundation/text.h"
+#include "platform/read_to_end.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,9 +19,6 @@
 const char kPathSeparator = '/';
 
 namespace {
-
-// Files under /proc tell no size; reading begins with this much room.
-constexpr size_t kFirstReadBytes = 4096;
 
 // Directory entries that are remembered at a time, some tens of megabytes.
 constexpr size_t kMostKeptNames = 1 << 18;
@@ -141,25 +139,13 @@ bool locate(const std::string& path, Wanted wanted, std::string& found) {
     return walk(lookUp, path.starts_with('/') ? "/" : "", 0, found);
 }
 
-// The file's bytes to its end, however large it claims to be.
-bool readAll(int descriptor, long long claimedSize, std::string& bytes) {
-    // One byte more than the claim shows the end of the file without growing.
-    const size_t most = static_cast<size_t>(kMaxFileBytes) + 1;
-    bytes.resize(claimedSize > 0 ? static_cast<size_t>(claimedSize) + 1 : kFirstReadBytes);
-    size_t size = 0;
-    for (;;) {
-        if (size == bytes.size()) {
-            if (size == most) return false;
-            bytes.resize(std::min(size * 2, most));
-        }
-        const ssize_t count = read(descriptor, bytes.data() + size, bytes.size() - size);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        if (count == 0) break;
-        size += static_cast<size_t>(count);
-    }
-    bytes.resize(size);
-    return true;
+// read(2), begun anew after a signal.
+ssize_t readSome(int descriptor, char* buffer, size_t size) {
+    ssize_t count = 0;
+    do {
+        count = read(descriptor, buffer, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
 }
 
 bool isRegularEntry(DIR* stream, const dirent& entry) {
@@ -221,7 +207,9 @@ bool readFile(const std::string& path, std::string& bytes) {
     struct stat status = {};
     const bool fits = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
                       status.st_size <= kMaxFileBytes;
-    const bool whole = fits && readAll(descriptor, status.st_size, bytes);
+    const bool whole = fits && readToEnd(bytes, status.st_size, [&](char* buffer, size_t size) {
+        return readSome(descriptor, buffer, size);
+    });
     close(descriptor);
     if (!whole) std::string().swap(bytes);
     return whole;

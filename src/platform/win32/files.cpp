@@ -1,8 +1,7 @@
 #include "platform/files.h"
 
 #include "foundation/text.h"
-
-#include <algorithm>
+#include "platform/read_to_end.h"
 
 #include <windows.h>
 
@@ -10,8 +9,13 @@ const char kPathSeparator = '\\';
 
 namespace {
 
-// Files that tell no size are read from here up.
-constexpr size_t kFirstReadBytes = 4096;
+// The system counts its limit in UTF-16 units; each takes up to three bytes of narrow text.
+constexpr DWORD kMostPathBytes = 3 * MAX_PATH;
+
+bool hasRoom(const std::string& path) {
+    const int units = MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0);
+    return path.size() < kMostPathBytes && units < MAX_PATH;
+}
 
 bool isSeparator(char c) {
     return c == '\\' || c == '/';
@@ -28,7 +32,7 @@ bool isDevice(const std::string& path) {
 // The attributes of a file or directory; INVALID_FILE_ATTRIBUTES for what is neither.
 DWORD attributesOf(const std::string& path) {
     // A zero byte would end the name early for the system alone.
-    if (path.empty() || path.size() >= MAX_PATH || path.find('\0') != std::string::npos || isDevice(path)) {
+    if (path.empty() || !hasRoom(path) || path.find('\0') != std::string::npos || isDevice(path)) {
         return INVALID_FILE_ATTRIBUTES;
     }
     const DWORD attributes = GetFileAttributesA(path.c_str());
@@ -36,24 +40,9 @@ DWORD attributesOf(const std::string& path) {
                                                                                        : attributes;
 }
 
-// The file's bytes to its end, however large it claims to be.
-bool readAll(HANDLE file, long long claimedSize, std::string& bytes) {
-    // One byte more than the claim shows the end of the file without growing.
-    const size_t most = static_cast<size_t>(kMaxFileBytes) + 1;
-    bytes.resize(claimedSize > 0 ? static_cast<size_t>(claimedSize) + 1 : kFirstReadBytes);
-    size_t size = 0;
-    for (;;) {
-        if (size == bytes.size()) {
-            if (size == most) return false;
-            bytes.resize(std::min(size * 2, most));
-        }
-        DWORD count = 0;
-        if (!ReadFile(file, bytes.data() + size, static_cast<DWORD>(bytes.size() - size), &count, nullptr)) return false;
-        if (count == 0) break;
-        size += count;
-    }
-    bytes.resize(size);
-    return true;
+ptrdiff_t readSome(HANDLE file, char* buffer, size_t size) {
+    DWORD count = 0;
+    return ReadFile(file, buffer, static_cast<DWORD>(size), &count, nullptr) ? static_cast<ptrdiff_t>(count) : -1;
 }
 
 } // namespace
@@ -63,9 +52,10 @@ bool isAbsolutePath(const std::string& path) {
 }
 
 std::string fullPath(const std::string& path) {
-    char buffer[MAX_PATH] = {}; // stays empty for a path that has no room in it
-    GetFullPathNameA(path.c_str(), MAX_PATH, buffer, nullptr);
-    return buffer;
+    char buffer[kMostPathBytes] = {};
+    const DWORD length = GetFullPathNameA(path.c_str(), kMostPathBytes, buffer, nullptr);
+    const std::string full(buffer, length < kMostPathBytes ? length : 0);
+    return hasRoom(full) ? full : "";
 }
 
 // The system ignores case by itself.
@@ -91,7 +81,9 @@ bool readFile(const std::string& path, std::string& bytes) {
     LARGE_INTEGER size = {};
     // A name on another machine may still be a pipe.
     const bool fits = GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size) && size.QuadPart <= kMaxFileBytes;
-    const bool whole = fits && readAll(file, size.QuadPart, bytes);
+    const bool whole = fits && readToEnd(bytes, size.QuadPart, [&](char* buffer, size_t room) {
+        return readSome(file, buffer, room);
+    });
     CloseHandle(file);
     if (!whole) std::string().swap(bytes);
     return whole;
@@ -116,9 +108,8 @@ std::string locateFile(const std::string& path) {
 }
 
 std::string executableDirectory() {
-    char path[MAX_PATH] = {};
-    GetModuleFileNameA(nullptr, path, MAX_PATH - 1);
-    const std::string program = path;
+    char path[kMostPathBytes] = {};
+    const std::string program(path, GetModuleFileNameA(nullptr, path, kMostPathBytes - 1));
     const size_t last = program.find_last_of("\\/");
     return last == std::string::npos ? "." : program.substr(0, last);
 }

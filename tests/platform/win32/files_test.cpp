@@ -6,6 +6,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+std::string repeated(int times, const char* text) {
+    std::string all;
+    while (times-- > 0) all += text;
+    return all;
+}
+
 TEST(Paths, AbsoluteWithAColonInSecondPlace) {
     for (const char* path : {"C:\\a", "c:", "1:/a", "C:a"}) EXPECT_TRUE(isAbsolutePath(path)) << path;
     for (const char* path : {"", "a", ":", "/a", "\\\\srv\\a", "ab:"}) EXPECT_FALSE(isAbsolutePath(path)) << path;
@@ -19,6 +25,8 @@ TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
         {"\xC3\x84tna.json", here + "\\\xC3\x84tna.json"},
         {"C:\\" + std::string(256, 'a'), "C:\\" + std::string(256, 'a')}, // with its end it just fits
         {"C:\\" + std::string(257, 'a'), ""}, {"", ""},
+        {"C:\\" + repeated(256, "\xE6\x97\xA5"), "C:\\" + repeated(256, "\xE6\x97\xA5")}, // what counts is not bytes
+        {"C:\\" + repeated(257, "\xE6\x97\xA5"), ""},
     };
     for (const auto& [path, expected] : cases) EXPECT_EQ(fullPath(path), expected) << path;
 }
@@ -26,11 +34,14 @@ TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
 TEST_F(FilesTest, EitherSlashAndAnyCaseLeadToTheSameFile) {
     const char* const files[] = {"Logo.png", "Data/Pics/deep.PNG", "two  blanks.txt", "\xC3\x84tna \xE6\x97\xA5.txt"};
     for (const char* name : files) show.write(name, name);
+    const std::string deep = repeated(50, "\xE6\x97\xA5") + "/" + repeated(50, "\xE6\x97\xA5"); // 300 bytes
+    show.write(deep, deep);
     const std::pair<std::string, const char*> cases[] = {
         {"logo.PNG", "Logo.png"}, {"data\\PICS/Deep.png", "Data/Pics/deep.PNG"},
         {".\\Data//Pics\\.\\../pics/deep.png", "Data/Pics/deep.PNG"},
         {"two  blanks.txt", "two  blanks.txt"}, {"two blanks.txt", "(none)"},
         {"\xC3\x84tna \xE6\x97\xA5.txt", "\xC3\x84tna \xE6\x97\xA5.txt"}, // narrow text is UTF-8
+        {deep, deep.c_str()},
         {"Data/Pics", "(none)"}, {"*.png", "(none)"},
         {std::string("Logo.png\0.png", 13), "(none)"}, {std::string(300, 'a'), "(none)"},
     };

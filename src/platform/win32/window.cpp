@@ -117,19 +117,24 @@ LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     }
 }
 
-// What fails on the way goes unreported in the log: without a usable context the GL functions do not load.
+// A context that cannot be had goes unreported in the log: without one the GL functions do not load.
 Surface* createPlayerWindow(int width, int height, bool fullscreen) {
     DummyWindow dummy = openDummyWindow();
     const WglFunctions wgl = fetchWglFunctions();
     closeDummyWindow(dummy);
 
+    const HWND window = openWindow(width, height, fullscreen);
+    if (!window) {
+        // No further: the device context of no window is the whole screen's.
+        printError("No window: %s\n", lastErrorWords().c_str());
+        return nullptr;
+    }
     Surface* surface = new Surface();
-    surface->window = openWindow(width, height, fullscreen);
-    if (!surface->window) printError("No window: %s\n", lastErrorWords().c_str());
+    surface->window = window;
     surface->deviceContext = GetDC(surface->window);
     setPixelFormat(surface->deviceContext, wgl);
     surface->context = createContext(surface->deviceContext, wgl);
-    if (surface->window && !surface->context) printError("No OpenGL 3.3 context: %s\n", lastErrorWords().c_str());
+    if (!surface->context) printError("No OpenGL 3.3 context: %s\n", lastErrorWords().c_str());
     PFNWGLSWAPINTERVALEXTPROC swapInterval = nullptr;
     fetchWgl("wglSwapIntervalEXT", swapInterval);
     if (swapInterval) swapInterval(1);

@@ -15,7 +15,7 @@ struct Surface; // the system's window, display and context handles
 Surface* createPlayerWindow(int width, int height, bool fullscreen);
 
 // Makes a current context whose framebuffer 0 is a picture of the given size, without a display.
-// SIGINT and SIGTERM (Ctrl+C, console close) stop the run like a closed message queue does. Null as above.
+// SIGINT, SIGTERM and SIGHUP (Ctrl+C, a closed terminal) stop the run like a closed message queue does. Null as above.
 Surface* createHeadlessSurface(int width, int height);
 
 // Delivers pending window events and keys to shellState(). Without a window only stop requests.

@@ -164,8 +164,7 @@ Surface* createHeadlessSurface(int width, int height) {
         return nullptr;
     }
     stopRequested = 0;
-    catchStopSignal(SIGINT);
-    catchStopSignal(SIGTERM);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) catchStopSignal(number);
     announceClientSize(width, height, width, height, false);
     return surface;
 }

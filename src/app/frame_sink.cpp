@@ -115,9 +115,11 @@ void closeVideo(FrameSink& sink, const std::atomic<bool>& cancelled) {
     const bool finished = finishProcess(sink.encoder, cancelled, words) && !saysNotWritten(words);
     sink.encoder = nullptr;
     if (!finished) fail(sink, sink.output, "ffmpeg: " + words);
-    if (cancelled || !sink.failure.empty() || !renameFile(sink.partPath, sink.output, words)) {
-        fail(sink, sink.output, words);
+    if (cancelled || !sink.failure.empty()) {
         removeFile(sink.partPath);
+    } else if (!renameFile(sink.partPath, sink.output, words)) {
+        // Somebody may be watching the older video; hours of work are not thrown away for that.
+        fail(sink, sink.output, words + "; the new video is " + sink.partPath);
     }
 }
 

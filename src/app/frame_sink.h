@@ -35,7 +35,7 @@ bool openSink(FrameSink& sink, const VideoJob& job);
 bool writeFrame(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled);
 
 // Closes the output. A video gets its name now, and only if all went well and it was not cancelled; else
-// nothing of it stays. False when something was not written.
+// nothing of it stays, unless its name alone cannot be had. False when something was not written.
 bool closeSink(FrameSink& sink, const std::atomic<bool>& cancelled);
 
 // The path of frame `number`: the pattern's "%d" or "%0Nd" replaced, "%%" as "%". False for any other "%"

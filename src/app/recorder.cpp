@@ -101,10 +101,12 @@ void reportProgress(Recorder& recorder, bool last) {
 
 void announceInterruption(const Recorder& recorder) {
     const char* name = recorder.sink.output.c_str();
+    std::string frames = std::to_string(recorder.written);
+    if (recorder.expected > 0) frames += " of " + std::to_string(recorder.expected);
     if (isVideoOutput(recorder.sink.output)) {
-        printError("Interrupted after %lld of %lld frames: %s is not written\n", recorder.written, recorder.expected, name);
+        printError("Interrupted after %s frames: %s is not written\n", frames.c_str(), name);
     } else {
-        printError("Interrupted: %s has %lld of %lld frames\n", name, recorder.written, recorder.expected);
+        printError("Interrupted: %s has %s frames\n", name, frames.c_str());
     }
 }
 

@@ -21,20 +21,6 @@ std::FILE* openOutput(const std::string& path, std::string& reason) {
     return file;
 }
 
-bool closeOutput(std::FILE* file, std::string& reason) {
-    const int failed = file == stdout ? std::fflush(file) : std::fclose(file);
-    if (failed) reason = std::strerror(errno);
-    return !failed;
-}
-
-bool writeFile(const std::string& path, const std::string& bytes, std::string& reason) {
-    std::FILE* file = openOutput(path, reason);
-    if (!file) return false;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if (!written) reason = std::strerror(errno);
-    return closeOutput(file, reason) && written;
-}
-
 bool renameFile(const std::string& from, const std::string& to, std::string& reason) {
     const bool renamed = std::rename(from.c_str(), to.c_str()) == 0;
     if (!renamed) reason = std::strerror(errno);
@@ -42,7 +28,7 @@ bool renameFile(const std::string& from, const std::string& to, std::string& rea
 }
 
 void removeFile(const std::string& path) {
-    std::remove(path.c_str());
+    unlink(path.c_str());
 }
 
 bool isTerminal(std::FILE* stream) {

@@ -36,23 +36,6 @@ std::FILE* openOutput(const std::string& path, std::string& reason) {
     return file;
 }
 
-bool closeOutput(std::FILE* file, std::string& reason) {
-    // What only comes out at the end may be lost on the way to fclose's result.
-    const bool flushed = std::fflush(file) == 0;
-    if (!flushed) reason = std::strerror(errno);
-    const bool closed = file == stdout || std::fclose(file) == 0;
-    if (flushed && !closed) reason = std::strerror(errno);
-    return flushed && closed;
-}
-
-bool writeFile(const std::string& path, const std::string& bytes, std::string& reason) {
-    std::FILE* file = openOutput(path, reason);
-    if (!file) return false;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if (!written) reason = std::strerror(errno);
-    return closeOutput(file, reason) && written;
-}
-
 bool renameFile(const std::string& from, const std::string& to, std::string& reason) {
     const bool renamed = MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING);
     if (!renamed) reason = lastErrorWords();

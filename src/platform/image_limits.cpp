@@ -1,6 +1,19 @@
 #include "platform/image_limits.h"
 
+#include "platform/files.h"
 #include "platform/image.h"
+
+namespace {
+
+// Why a file that claims this is left alone; empty when it is not.
+std::string objection(const ImageSize& claimed) {
+    if (claimed.kind == ImageKind::unknown) return "not a picture of a known kind";
+    if (claimed.width <= 0 || claimed.height <= 0) return "broken: no size";
+    if (!fitsImageLimits(claimed.width, claimed.height)) return imageTooLarge(claimed.width, claimed.height);
+    return claimed.safe ? "" : "broken: cut short or misshapen";
+}
+
+} // namespace
 
 bool fitsImageLimits(int64_t width, int64_t height) {
     return width > 0 && height > 0 && width <= kMaxImageSide && height <= kMaxImageSide &&
@@ -11,9 +24,13 @@ std::string imageTooLarge(int64_t width, int64_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels is too large";
 }
 
-std::string imageObjection(const ImageSize& claimed) {
-    if (claimed.kind == ImageKind::unknown) return "not a picture of a known kind";
-    if (claimed.width <= 0 || claimed.height <= 0) return "broken: no size";
-    if (!fitsImageLimits(claimed.width, claimed.height)) return imageTooLarge(claimed.width, claimed.height);
-    return claimed.safe ? "" : "broken: cut short or misshapen";
+bool readPicture(const std::string& path, std::string& bytes, ImageKind& kind, std::string& reason) {
+    if (!readFile(path, bytes)) {
+        reason = isRegularFile(path) ? "cannot be read" : "no such file";
+        return false;
+    }
+    const ImageSize claimed = readImageSize(bytes);
+    kind = claimed.kind;
+    reason = objection(claimed);
+    return reason.empty();
 }

@@ -12,5 +12,6 @@ bool fitsImageLimits(int64_t width, int64_t height);
 // What is said of a picture that does not fit.
 std::string imageTooLarge(int64_t width, int64_t height);
 
-// Why a file that claims this is not even handed to a decoder, in a few words; empty when it may be.
-std::string imageObjection(const ImageSize& claimed);
+// Reads the whole file and its kind. False, with `reason` in a few words, when it cannot be read, or when by what
+// it claims to be it is not even handed to a decoder.
+bool readPicture(const std::string& path, std::string& bytes, ImageKind& kind, std::string& reason);

@@ -1,5 +1,7 @@
 #include "platform/shell_state.h"
 
+#include "foundation/log.h"
+
 namespace {
 constexpr float kSeekSeconds = 10.0f;
 }
@@ -7,6 +9,13 @@ constexpr float kSeekSeconds = 10.0f;
 ShellState& shellState() {
     static ShellState state;
     return state;
+}
+
+void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen) {
+    shellState().clientWidth = width;
+    shellState().clientHeight = height;
+    logLine("[WIN] Client size: %dx%d (requested=%dx%d, fullscreen=%s)\n", width, height, requestedWidth,
+            requestedHeight, fullscreen ? "true" : "false");
 }
 
 void recordExitReason(const char* reason) {

@@ -19,6 +19,9 @@ struct ShellState {
 
 ShellState& shellState();
 
+// Stores the client size of a surface that has just been made and says it in the log.
+void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen);
+
 // Records the reason if there is none yet.
 void recordExitReason(const char* reason);
 

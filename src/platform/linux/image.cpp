@@ -1,6 +1,5 @@
 #include "platform/image.h"
 
-#include "platform/files.h"
 #include "platform/image_limits.h"
 
 #include <SDL_image.h>
@@ -147,14 +146,9 @@ void stopImageDecoding() {
 bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason) {
     image = DecodedImage();
     std::string bytes;
-    if (!readFile(path, bytes)) {
-        reason = isRegularFile(path) ? "cannot be read" : "no such file";
-        return false;
-    }
-    const ImageSize claimed = readImageSize(bytes);
-    reason = imageObjection(claimed);
-    if (!reason.empty()) return false;
-    SDL_Surface* surface = toRgba(claimed.kind, loadSurface(claimed.kind, bytes));
+    ImageKind kind = ImageKind::unknown;
+    if (!readPicture(path, bytes, kind, reason)) return false;
+    SDL_Surface* surface = toRgba(kind, loadSurface(kind, bytes));
     if (!surface) {
         reason = std::string("broken: ") + IMG_GetError();
         return false;
@@ -163,8 +157,8 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     if (!fits) reason = imageTooLarge(surface->w, surface->h);
     else copyRowsBottomUp(*surface, image);
     SDL_FreeSurface(surface);
-    if (claimed.kind == ImageKind::tiff) divideByAlpha(image.pixels);
-    if (claimed.kind == ImageKind::bmp) makeOpaque(image.pixels);
+    if (kind == ImageKind::tiff) divideByAlpha(image.pixels);
+    if (kind == ImageKind::bmp) makeOpaque(image.pixels);
     return fits;
 }
 

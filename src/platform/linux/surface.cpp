@@ -1,21 +1,11 @@
 #include "platform/linux/surface.h"
 
-#include "foundation/log.h"
-#include "platform/shell_state.h"
-
 #include <cstdlib>
 
 void avoidDriverFaults() {
     // Mesa's software rasterizer takes a short cut for shaders that do little, and from the second program
     // on paints a uniform of 0.2 as 1.0 there (seen in 22.3.6).
     setenv("LP_PERF", "no_rast_linear", 0);
-}
-
-void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen) {
-    shellState().clientWidth = width;
-    shellState().clientHeight = height;
-    logLine("[WIN] Client size: %dx%d (requested=%dx%d, fullscreen=%s)\n", width, height, requestedWidth,
-            requestedHeight, fullscreen ? "true" : "false");
 }
 
 void pumpMessages(Surface* surface) {

@@ -25,9 +25,6 @@ struct Surface {
 // Switches off what drivers are known to draw wrong; before a driver is loaded. A user's own setting stays.
 void avoidDriverFaults();
 
-// Stores the client size in shellState() and says it in the log.
-void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen);
-
 void pumpWindow(Surface& surface);
 void presentWindow(Surface& surface);
 GlAddress windowGlAddress(const char* name);

@@ -84,7 +84,7 @@ bool decodeSound(const Mixer& mixer, SDL_RWops* file, Track& track, std::string&
     track.sound = mixer.loadSound(file, 1);
     unboundDecoderMemory();
     if (!track.sound) {
-        reason = memoryRefused ? "longer than 30 minutes" : SDL_GetError();
+        reason = memoryRefused ? "longer than 30 minutes, or claims to be" : SDL_GetError();
         return false;
     }
     track.samples = reinterpret_cast<const int16_t*>(track.sound->abuf);

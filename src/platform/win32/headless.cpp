@@ -1,6 +1,7 @@
 #include "platform/win32/wgl.h"
 
 #include "foundation/log.h"
+#include "platform/shell_state.h"
 #include "platform/win32/error_words.h"
 #include "platform/win32/stop_request.h"
 

@@ -1,6 +1,5 @@
 #include "platform/image.h"
 
-#include "platform/files.h"
 #include "platform/image_limits.h"
 
 #include <cstddef>
@@ -142,14 +141,12 @@ void stopImageDecoding() {
 bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason) {
     image = DecodedImage();
     std::string bytes;
-    if (!readFile(path, bytes)) {
-        reason = isRegularFile(path) ? "cannot be read" : "no such file";
+    ImageKind kind = ImageKind::unknown;
+    if (!readPicture(path, bytes, kind, reason)) return false;
+    if (kind == ImageKind::webp) {
+        reason = "a WebP picture, which GDI+ does not decode";
         return false;
     }
-    const ImageSize claimed = readImageSize(bytes);
-    reason = imageObjection(claimed);
-    if (reason.empty() && claimed.kind == ImageKind::webp) reason = "a WebP picture, which GDI+ does not decode";
-    if (!reason.empty()) return false;
     std::string().swap(bytes);
     Gdiplus::GpBitmap* bitmap = nullptr;
     const auto status = gdi::GdipCreateBitmapFromFile(toWide(path).c_str(), &bitmap);

@@ -8,20 +8,13 @@
 
 namespace {
 
-// Newer than the systems that the player runs on, both are looked up.
+// The oldest systems that the player runs on lack the first; both are looked up.
 using SetDpiAwarenessContext = BOOL(WINAPI*)(void* context);
 using SetDpiAware = BOOL(WINAPI*)();
 
 void* const kPerMonitorAwareV2 = reinterpret_cast<void*>(-4);
 
 } // namespace
-
-void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen) {
-    shellState().clientWidth = width;
-    shellState().clientHeight = height;
-    logLine("[WIN] Client size: %dx%d (requested=%dx%d, fullscreen=%s)\n", width, height, requestedWidth,
-            requestedHeight, fullscreen ? "true" : "false");
-}
 
 // The hidden window behind a headless surface has a queue too, which the system wants to see emptied.
 void pumpMessages(Surface*) {

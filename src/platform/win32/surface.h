@@ -35,8 +35,5 @@ struct Surface {
 // The window procedure of the player's window: messages and keys to shellState().
 LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Stores the client size in shellState() and says it in the log.
-void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen);
-
 void destroyWindow(Surface& surface);
 void destroyHeadless(Surface& surface);

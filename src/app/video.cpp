@@ -60,15 +60,15 @@ const Arguments kMusicInput = {"-protocol_whitelist", "file", "-format_whitelist
                                "mp3,ogg,flac,wav,w64,aiff,aac,mov,mp4,m4a,3gp,3g2,mj2,matroska,webm,"
                                "libopenmpt,libmodplug,tta,wv,ape,ac3,amr,au"};
 
-// Counted in samples, for seconds would be cut to what the container's packets hold. What comes before the
-// position is decoded and dropped: seeking is exact in few kinds of files.
+// Counted in samples, for seconds would be cut to what the container's packets hold, and the times that a broken file
+// tells jump. What comes before the position is decoded and dropped: seeking is exact in few kinds of files.
 std::string soundFilter(const VideoJob& job) {
     const double most = 1e15; // samples; as good as never
     const double first = std::min(std::round(job.music.position * static_cast<double>(kSampleRate)), most);
     char text[320];
     int length = std::snprintf(text, sizeof text,
                                "volume=%.6f,aresample=%lld,aformat=channel_layouts=stereo,atrim=start_sample=%.0f,"
-                               "asetpts=PTS-STARTPTS,apad",
+                               "asetpts=N/SR/TB,apad",
                                job.music.volume, kSampleRate, first);
     if (job.frames > 0) {
         const double seconds = static_cast<double>(job.frames) * job.rate.denominator / job.rate.numerator;

@@ -59,7 +59,8 @@ bool isStream(uint32_t handle) {
 void fillBuffer(void*, Uint8* bytes, int size) {
     const std::lock_guard lock(builtIn.mutex);
     if (!builtIn.playing) return;
-    const uint64_t frames = std::min(static_cast<uint64_t>(size) / kFrameBytes, builtIn.track.frames - builtIn.position);
+    const uint64_t left = builtIn.track.frames - builtIn.position;
+    const uint64_t frames = std::min(static_cast<uint64_t>(size) / kFrameBytes, left);
     const int16_t* from = builtIn.track.samples + builtIn.position * kTrackChannels;
     int16_t* to = reinterpret_cast<int16_t*>(bytes);
     for (uint64_t i = 0; i < frames * kTrackChannels; ++i) {
@@ -193,7 +194,8 @@ bool openMixer(Mixer& mixer) {
     void* library = openLibrary("libSDL2_mixer-2.0.so.0");
     return resolveSymbol(library, "Mix_OpenAudioDevice", mixer.openDevice) &&
            resolveSymbol(library, "Mix_CloseAudio", mixer.closeDevice) &&
-           resolveSymbol(library, "Mix_HookMusic", mixer.hookMusic) && resolveSymbol(library, "Mix_LoadWAV_RW", mixer.loadSound) &&
+           resolveSymbol(library, "Mix_HookMusic", mixer.hookMusic) &&
+           resolveSymbol(library, "Mix_LoadWAV_RW", mixer.loadSound) &&
            resolveSymbol(library, "Mix_FreeChunk", mixer.freeSound);
 }
 

@@ -32,7 +32,8 @@ struct MemoryFunctions {
 MemoryFunctions systemMemory;
 
 bool mayTake(size_t bytes) {
-    if (decoderBytes + static_cast<int64_t>(std::min<size_t>(bytes, kMostDecoderBytes)) < kMostDecoderBytes) return true;
+    const int64_t more = static_cast<int64_t>(std::min<size_t>(bytes, kMostDecoderBytes));
+    if (decoderBytes + more < kMostDecoderBytes) return true;
     memoryRefused = true;
     return false;
 }
@@ -79,6 +80,7 @@ void unboundDecoderMemory() {
                            systemMemory.release);
 }
 
+// Closes the file.
 bool decodeSound(const Mixer& mixer, SDL_RWops* file, Track& track, std::string& reason) {
     boundDecoderMemory();
     track.sound = mixer.loadSound(file, 1);
@@ -184,16 +186,11 @@ bool decodeTrack(const Mixer& mixer, const std::string& path, Track& track, std:
         reason = "cannot be opened";
         return false;
     }
-    bool whole = false;
-    if (isRecording(file)) {
-        whole = decodeSound(mixer, file, track, reason);
+    bool whole = !isRecording(file) && decodeModule(found, track, reason);
+    if (whole || !reason.empty()) {
+        SDL_RWclose(file);
     } else {
-        whole = decodeModule(found, track, reason);
-        if (whole || !reason.empty()) {
-            SDL_RWclose(file);
-        } else {
-            whole = decodeSound(mixer, file, track, reason);
-        }
+        whole = decodeSound(mixer, file, track, reason);
     }
     if (!whole) releaseTrack(mixer, track);
     return whole;

@@ -7,9 +7,7 @@ std::string errorWords(unsigned long error) {
     const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
     const DWORD length = FormatMessageA(flags, nullptr, error, 0, text, sizeof text, nullptr);
     std::string words(text, length);
-    while (!words.empty() && (words.back() == '\n' || words.back() == '\r' || words.back() == ' ' || words.back() == '.')) {
-        words.pop_back();
-    }
+    words.erase(words.find_last_not_of("\r\n .") + 1);
     return words.empty() ? "error " + std::to_string(error) : words;
 }
 

@@ -80,7 +80,8 @@ bool readFile(const std::string& path, std::string& bytes) {
     if (file == INVALID_HANDLE_VALUE) return false;
     LARGE_INTEGER size = {};
     // A name on another machine may still be a pipe.
-    const bool fits = GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size) && size.QuadPart <= kMaxFileBytes;
+    const bool isFile = GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size);
+    const bool fits = isFile && size.QuadPart <= kMaxFileBytes;
     const bool whole = fits && readToEnd(bytes, size.QuadPart, [&](char* buffer, size_t room) {
         return readSome(file, buffer, room);
     });
@@ -97,7 +98,8 @@ std::vector<std::string> listFiles(const std::string& directory) {
     const HANDLE search = FindFirstFileA(pattern.c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) return names;
     do {
-        if (!(entry.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE))) names.emplace_back(entry.cFileName);
+        const DWORD noFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE;
+        if (!(entry.dwFileAttributes & noFile)) names.emplace_back(entry.cFileName);
     } while (FindNextFileA(search, &entry));
     FindClose(search);
     return names;

@@ -50,7 +50,8 @@ std::wstring toWide(const std::string& path) {
 Gdiplus::GpStatus copyRowsBottomUp(Gdiplus::GpBitmap* bitmap, DecodedImage& image) {
     const Gdiplus::Rect whole(0, 0, image.width, image.height);
     Gdiplus::BitmapData data = {};
-    const auto status = gdi::GdipBitmapLockBits(bitmap, &whole, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &data);
+    const auto status =
+        gdi::GdipBitmapLockBits(bitmap, &whole, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &data);
     if (status != Gdiplus::Ok) return status;
     const size_t rowBytes = static_cast<size_t>(image.width) * kPixelBytes;
     image.pixels.resize(rowBytes * static_cast<size_t>(image.height));
@@ -87,7 +88,8 @@ struct Rows {
 };
 
 Rows rowsFor(const uint8_t* pixels, int width, int height, bool withAlpha, PixelLayout layout) {
-    const size_t pixelBytes = withAlpha ? 4 : 3, columns = static_cast<size_t>(width), count = static_cast<size_t>(height);
+    const size_t columns = static_cast<size_t>(width), count = static_cast<size_t>(height);
+    const size_t pixelBytes = withAlpha ? 4 : 3;
     const size_t blue = layout.blueFirst ? 0 : 2;
     Rows rows;
     rows.stride = (columns * pixelBytes + 3) / 4 * 4;
@@ -166,8 +168,8 @@ bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std
     Rows rows = rowsFor(pixels, width, height, withAlpha, layout);
     Gdiplus::GpBitmap* bitmap = nullptr;
     const Gdiplus::PixelFormat format = withAlpha ? PixelFormat32bppARGB : PixelFormat24bppRGB;
-    const auto status =
-        gdi::GdipCreateBitmapFromScan0(width, height, static_cast<int>(rows.stride), format, rows.bytes.data(), &bitmap);
+    const int stride = static_cast<int>(rows.stride);
+    const auto status = gdi::GdipCreateBitmapFromScan0(width, height, stride, format, rows.bytes.data(), &bitmap);
     if (status != Gdiplus::Ok) return false;
     const bool encoded = saveAsPng(bitmap, bytes);
     gdi::GdipDisposeImage(bitmap);

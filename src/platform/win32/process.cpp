@@ -162,8 +162,8 @@ bool isDone(PipeEnd& end, DWORD milliseconds, DWORD& count) {
 void hear(Process& process) {
     PipeEnd& errors = process.errors;
     while (errors.file != INVALID_HANDLE_VALUE) {
-        const auto read = [&] { return ReadFile(errors.file, process.heard, sizeof process.heard, nullptr, &errors.state); };
-        const bool begun = errors.busy || isBegun(errors, read());
+        const bool begun = errors.busy || isBegun(errors, ReadFile(errors.file, process.heard, sizeof process.heard,
+                                                                   nullptr, &errors.state));
         DWORD count = 0;
         if (begun && !isDone(errors, 0, count)) return;
         if (count == 0) {

@@ -132,8 +132,9 @@ bool spawn(const std::vector<std::string>& arguments, HANDLE input, HANDLE outpu
     StartUp startUp;
     prepare(startUp, input, output, errors);
     PROCESS_INFORMATION started = {};
-    // A console of its own keeps Ctrl+C from it.
-    const DWORD flags = CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT;
+    // A group of its own keeps Ctrl+C from it; a console of its own would do so too, but Wine's outlives a program
+    // that is killed before it has come up.
+    const DWORD flags = CREATE_NEW_PROCESS_GROUP | EXTENDED_STARTUPINFO_PRESENT;
     const bool created = CreateProcessA(program.c_str(), line.data(), nullptr, nullptr, TRUE, flags, nullptr, nullptr,
                                         &startUp.facts.StartupInfo, &started);
     DeleteProcThreadAttributeList(startUp.facts.lpAttributeList);

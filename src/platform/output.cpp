@@ -1,5 +1,7 @@
 #include "platform/output.h"
 
+#include "platform/files.h"
+
 #include <cerrno>
 #include <cstring>
 
@@ -18,6 +20,6 @@ bool writeFile(const std::string& path, const std::string& bytes, std::string& r
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
     if (!written) reason = std::strerror(errno);
     const bool whole = closeOutput(file, reason) && written;
-    if (!whole) removeFile(path);
+    if (!whole && isRegularFile(path)) removeFile(path); // devices and pipes stay
     return whole;
 }

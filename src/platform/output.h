@@ -15,7 +15,7 @@ std::FILE* openOutput(const std::string& path, std::string& reason);
 // Flushes and closes (standard output is only flushed); false when bytes could not be written.
 bool closeOutput(std::FILE* file, std::string& reason);
 
-// Writes a whole file; false with the system's words in `reason`, and then there is no file.
+// Writes a whole file; false with the system's words in `reason`, and then no part of it stays.
 bool writeFile(const std::string& path, const std::string& bytes, std::string& reason);
 
 // Gives a finished file its final name, in place of what has that name; false with the system's words.

@@ -150,7 +150,7 @@ class Runs(PlayerTest):
         for arguments, ending in (("--press", "0.5:Escape"), "ESC"), (("--end", "0.5"), "main loop finished"):
             log = self.play(looped, *arguments).log
             self.assertTrue(log.endswith(f"[EXIT] {ending}\n[DONE]\n"), log)
-            self.assertEqual(log.count("[TIMELINE] Loading"), 3)
+            self.assertEqual((log.count("[TIMELINE] Loading"), log.count("[PLAY]")), (3, 3))
         log = self.play(LIST, "--press", "0.1:Right", "--press", "0.2:Up", "--press", "0.3:Escape").log
         self.assertTrue(log.endswith("  [OK] clock\n[EXIT] ESC\n[DONE]\n"), log)
 

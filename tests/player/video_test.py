@@ -5,6 +5,7 @@ import json
 import math
 import resource
 import signal
+import time
 import unittest
 from fractions import Fraction
 
@@ -154,7 +155,7 @@ class Failures(VideoTest):
         self.assert_fails("old.mp4", "ffmpeg cannot be started: No such file", env={"PATH": "/nonexistent"})
         self.assert_fails("old.mp4", "Unknown encoder 'nonsense'", arguments=("--ffmpeg-args=-c:v nonsense",))
         self.assert_fails("gone/a.mp4", "gone/a.mp4.part: No such file or directory")
-        self.assert_fails("folder.mp4", "directory")
+        self.assert_fails("folder.mp4", "it is a directory")
 
     def test_disk_runs_full(self):
         # A file that may not grow stands in for the disk; Python ignores the signal that would come with it.
@@ -163,9 +164,10 @@ class Failures(VideoTest):
         for output in ("a.mp4", "a.gif"):
             self.assert_fails(output, "File too large", arguments=("--length", 3), **full)
 
-    def interrupt(self, number, output, **more):
+    def interrupt(self, number, output, pause=0, **more):
         player = Player(self, "-o", output, self.path, **more)
         player.wait_for(r"\[PLAY\]")
+        time.sleep(pause)
         player.process.send_signal(number)
         self.assertTrue(player.end(code=1).log.endswith("[EXIT] WM_QUIT\n[DONE]\n"))
         self.assert_nothing_written()
@@ -178,7 +180,7 @@ class Failures(VideoTest):
         path = {"PATH": f"{fake.parent}:/usr/bin:/bin"}
         self.assert_fails("old.mp4", "ffmpeg: some; last words", env=path)
         fake.write_text("#!/bin/sh\nexec sleep 1000\n")
-        self.interrupt(signal.SIGINT, "old.mp4", env=path)
+        self.interrupt(signal.SIGINT, "old.mp4", pause=1, env=path)  # by then its pipe is full; sooner tests less
 
     def test_interrupted(self):
         for number, output, frames in ((signal.SIGINT, "a.mp4", 216000), (signal.SIGTERM, "a.gif", 180000)):

@@ -1,12 +1,9 @@
-#include "app/loop.h"
 #include "app/steering.h"
 #include "platform/clock.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -23,33 +20,6 @@ TEST(Navigation, StepsFromSceneToScene) {
         EXPECT_EQ(std::pair(step.scene, step.time), std::pair(std::string(c.scene), c.time)) << c.t;
     }
     EXPECT_EQ(stepScene({}, 3.5f, 1).time, 3.5f);
-}
-
-TEST(Navigation, MeasuresTheVisualRange) {
-    using Spans = std::vector<std::pair<float, float>>; // start and duration
-    const struct { const char* name; Spans entries; std::array<float, 3> range; } cases[] = {
-        {"the longest, not the last", {{1, 9}, {2, 1}}, {1, 10, 9}},
-        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, {0, 6, 6}},
-        {"an end before its start", {{5, -3}}, {5, 2, 0}},
-        {"all before 0", {{-5, 2}}, {-5, 0, 5}},
-    };
-    for (const auto& c : cases) {
-        RuntimeConfig config;
-        for (const auto& [start, duration] : c.entries) {
-            TimelineEntry& entry = config.entries.emplace_back();
-            entry.start = start;
-            entry.duration = duration;
-        }
-        const VisualRange range = visualRange(config);
-        EXPECT_EQ((std::array{range.start, range.end, range.duration}), c.range) << c.name;
-    }
-    RuntimeConfig list; // scenes one after another; one without an end holds the show for ever
-    list.scenes.resize(2);
-    for (SceneSpec& scene : list.scenes) scene.entries.emplace_back();
-    list.scenes[1].entries[0].delay = -5; // before the scene it counts as none
-    EXPECT_EQ(showEnd(list), 10.0);
-    list.scenes[0].entries[0].duration = 0;
-    EXPECT_EQ(showEnd(list), 0.0);
 }
 
 TEST(Navigation, StaysInsideTheRange) {

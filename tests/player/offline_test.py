@@ -57,6 +57,9 @@ class Frames(PlayerTest):
                 (SCENES, "--start 1 --length 5 --end 1.2", 1000, 2, looped),
                 (SCENES, "--start 99", 19999, 1, once), (late, "--start 3 --length 0.5", 0, 5, looped),
                 (late, "--start 101 --end 1:41.4", 1000, 4, looped),
+                # The entry that ends last need not begin last, one without an end counts where it begins.
+                (show(entry("clock", 1, 9), entry("plain", 2, 1)), "", 0, 90, once),
+                (show(short, entry("plain", 6, 0)), "", 0, 60, once),
                 (LIST, "--start 4.5", 1500, 15, "legacy timeline end"), (LIST, "--end 2.3", 0, 23, looped),
                 ({"scenes": [{"entries": [short]}] * 2}, "", 0, 5, looped)):
             with self.subTest(arguments, ending=ending):
@@ -207,10 +210,16 @@ class Runs(PlayerTest):
 
     def test_show_without_an_end(self):
         endless = entry("clock", 0, 0)
-        for config in (show(endless), {"scenes": [{"entries": [endless]}]}):
+        backwards, early = show(entry("clock", 5, -3)), show(entry("clock", -5, 2))
+        listed = {"scenes": [{"entries": [entry("clock")]}, {"entries": [endless]}]}
+        for config in (show(endless), backwards, early, listed):
             self.assert_one_line(self.play(config, "-o", "f-%d.png", code=1).err, "config.json has no end")
         self.assertEqual(list(self.folder.glob("*.png")), [])
-        self.assertEqual(len(self.frames(show(endless), "--still", "5,2")[0]), 2)
+        for config, said in ((backwards, "5.000s -> 2.000s (duration=0.000s)"),
+                             (early, "-5.000s -> 0.000s (duration=5.000s)")):
+            frames, run = self.frames(config, "--still", "5,2")
+            self.assertEqual(len(frames), 2)
+            self.assertIn("Visual range " + said, run.err)
 
     @unittest.skipIf(WINDOWS, "Wine draws its console itself")
     def test_progress_on_a_terminal(self):

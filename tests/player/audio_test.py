@@ -78,8 +78,9 @@ class StandIn(PlayerTest):
             self.assert_log(log, OPENED % (1, 100, 2) + positioned(2 + start) + PLAYS + CLOSED)
 
     def test_seeks_and_loop(self):
-        keys = ("--press", "0:Up", "--press", "0.3:Down")
-        log = self.music(scenes(loop=True, startOffset=0.5), "--start", 2, *keys, length=3.6)
+        # Frames that take their time, so that the wrap is well behind the start.
+        arguments = ("--start", 2, "--press", "0:Up", "--press", "0.3:Down", "--size", "1600x1200")
+        log = self.music(scenes(loop=True, startOffset=0.5), *arguments, length=3.6)
         self.assertIn(positioned(2.5) + PLAYS + SYNCED, log)
         self.assertIn(positioned(5.499) + PLAYS + "[SEEK] t=4.999s scene=b\n", log)
         # Down comes after the wrap. The position is where the picture is.

@@ -1,15 +1,9 @@
-#include "app/loop.h"
 #include "app/steering.h"
 #include "platform/clock.h"
-#include "platform/shell_state.h"
-#include "support/log_capture.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -28,43 +22,13 @@ TEST(Navigation, StepsFromSceneToScene) {
     EXPECT_EQ(stepScene({}, 3.5f, 1).time, 3.5f);
 }
 
-TEST(Navigation, MeasuresTheVisualRange) {
-    const struct {
-        const char* name;
-        std::vector<std::pair<float, float>> entries; // start and duration
-        std::array<float, 3> range; // start, end and duration
-    } cases[] = {
-        {"the longest, not the last", {{1, 9}, {2, 1}}, {1, 10, 9}},
-        {"an open-ended entry that begins last", {{0, 4}, {6, 0}}, {0, 6, 6}},
-        {"an end before its start", {{5, -3}}, {5, 2, 0}},
-        {"all before 0", {{-5, 2}}, {-5, 0, 5}},
-    };
-    for (const auto& c : cases) {
-        RuntimeConfig config;
-        for (const auto& [start, duration] : c.entries) {
-            TimelineEntry& entry = config.entries.emplace_back();
-            entry.start = start;
-            entry.duration = duration;
-        }
-        const VisualRange range = visualRange(config);
-        EXPECT_EQ((std::array{range.start, range.end, range.duration}), c.range) << c.name;
-    }
-    RuntimeConfig list; // scenes one after another; one without an end holds the show for ever
-    list.scenes.resize(2);
-    for (SceneSpec& scene : list.scenes) scene.entries.emplace_back();
-    list.scenes[1].entries[0].delay = -5; // before the scene it counts as none
-    EXPECT_EQ(showEnd(list), 10.0);
-    list.scenes[0].entries[0].duration = 0;
-    EXPECT_EQ(showEnd(list), 0.0);
-}
-
 TEST(Navigation, StaysInsideTheRange) {
     const struct { VisualRange range; float t, clamped; } cases[] = {
         {{2, 10, 8}, 5, 5},       {{2, 10, 8}, 10, 10 - 0.001f}, {{2, 10, 8}, -1e9f, 2},
         {{2, 2.0005f, 0.0005f}, 2.0004f, 2}, {{3, 0, 0}, 9, 3},  {{-5, 0, 5}, 7, -0.001f},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(clampToRange(c.range, c.t), c.clamped) << c.range.start << " to " << c.range.end << " at " << c.t;
+        EXPECT_EQ(clampToRange(c.range, c.t), c.clamped) << c.range.end << " at " << c.t;
     }
     // A step back of a millisecond is lost where floats lie further apart; the end itself would end the show.
     for (const float end : {30000.0f, 40000.0f, 1e6f}) EXPECT_LT(lastVisibleTime({0, end, end}), end);
@@ -83,94 +47,14 @@ TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {
     }
 }
 
-// Scenes "a" at 0 s and "b" at 20 s of a range from 0 s to 60 s.
-class ControlTest : public testing::Test {
-protected:
-    void SetUp() override {
-        shellState() = {};
-        player.timeline.scenes = {{"a", 0, 30, {}, 0}, {"b", 20, 60, {}, 0}};
-        player.timeline.entries.push_back({nullptr, 0, 30, 0, false, 0, {}});
-        player.timeline.entries.push_back({nullptr, 20, 40, 0, false, 1, {}});
-        player.clock = startClock(5, 60);
-        player.log.lastKey = "before";
-    }
-    std::string apply() {
-        const LogCapture log;
-        applyControls(player, {0, 60, 60});
-        return log.text();
-    }
-
-    Player player;
-};
-
-TEST_F(ControlTest, StepsFirstAndSeeksThen) {
-    shellState().pendingSeekSeconds = 0.0005f; // less than a seek
-    EXPECT_EQ(apply(), "");
-    EXPECT_EQ(player.log.lastKey, "before");
-    shellState().pendingSeekSeconds = 0.0f;
-    for (const PlayerKey key : {PlayerKey::left, PlayerKey::right, PlayerKey::up}) pressKey(key); // the last step wins
-    EXPECT_EQ(apply(), "[SEEK] t=30.000s scene=b\n");
-    EXPECT_EQ(player.clock.showTime, 30.0);
-    EXPECT_EQ(player.timeline.entries[1].effect.localTime, 10.0f);
-    EXPECT_EQ(player.log.lastKey, "");
-    EXPECT_EQ(apply(), ""); // carried out once
-}
-
-TEST_F(ControlTest, AddsSeeksUpAndNamesTheLastSceneThatPlays) {
-    const struct { int ups, downs; const char* log; } cases[] = {
-        {1, 1, ""},
-        {2, 0, "[SEEK] t=25.000s scene=b\n"}, // both play
-        {0, 4, "[SEEK] t=0.000s scene=a\n"},
-        {9, 0, "[SEEK] t=59.999s scene=b\n"},
-    };
-    for (const auto& c : cases) {
-        for (int i = 0; i < c.ups; ++i) pressKey(PlayerKey::up);
-        for (int i = 0; i < c.downs; ++i) pressKey(PlayerKey::down);
-        EXPECT_EQ(apply(), c.log);
-    }
-    player.timeline = {};
-    pressKey(PlayerKey::right);
-    EXPECT_EQ(apply(), "[SEEK] t=59.999s scene=(none)\n");
-}
-
-TEST_F(ControlTest, DeliversScriptedKeysInTheFrameThatReachesThem) {
-    for (const double time : {0.0, 0.1, 0.1001, 1.0}) player.options.keys.push_back({time, PlayerKey::up});
-    std::vector<int> arrivals;
-    for (int frame = 0; frame < 100; ++frame) {
-        tickClock(player.clock);
-        pressScriptedKeys(player);
-        arrivals.resize(static_cast<size_t>(std::lround(shellState().pendingSeekSeconds / 10)), frame);
-    }
-    EXPECT_EQ(arrivals, (std::vector<int>{0, 6, 7, 60}));
-}
-
-TEST(Clock, SteppedFramesCarryNoRounding) {
-    for (const double fps : {60.0, 23.976, 0.5}) {
-        RunClock clock = startClock(2.5, fps);
-        double start = 2.5;
-        int first = 0; // frame of the last jump
-        for (int frame = 0; frame < 5000; ++frame) {
-            tickClock(clock);
-            if (frame == 1000 || frame == 1001) {
-                jumpClock(clock, start = frame + 0.1);
-                first = frame;
-            }
-            ASSERT_EQ(clock.showTime, start + (frame - first) / fps) << frame;
-            ASSERT_EQ(clock.elapsed, frame / fps) << frame;
-            ASSERT_EQ(clock.delta, frame == 0 ? 0.0f : static_cast<float>(1.0 / fps)) << frame;
-        }
-    }
-}
-
 TEST(Clock, StallsAreCutShort) {
     RunClock clock = startClock(3, 0);
     clock.lastCounter -= 5 * clockFrequency();
     tickClock(clock);
     EXPECT_EQ(clock.showTime, 3 + static_cast<double>(0.1f));
-    clock.lastCounter -= 5 * clockFrequency();
+    const int64_t now = clockCounter();
     restartCounter(clock);
-    tickClock(clock);
-    EXPECT_LT(clock.delta, 0.1f); // the time before the restart is forgotten
+    EXPECT_GE(clock.lastCounter, now); // what was before is forgotten
 }
 
 TEST(Output, NumbersFrames) {
@@ -185,7 +69,7 @@ TEST(Output, NumbersFrames) {
         EXPECT_EQ(path, c.path);
     }
     EXPECT_FALSE(hasNumber); // "%%" is none
-    for (const char* pattern : {"%010d", "%99999999999999999999d", "%4d", "%d-%d", "%n", "%-4d", "f%", "f%04", "%*d"}) {
+    for (const char* pattern : {"%010d", "%99999999999d", "%4d", "%d-%d", "%n", "%-4d", "f%", "%04", "%*d"}) {
         EXPECT_FALSE(framePath(pattern, 1, path, hasNumber)) << pattern;
     }
 }

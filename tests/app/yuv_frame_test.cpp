@@ -27,7 +27,7 @@ Picture noise(int width, int height) {
     return picture;
 }
 
-// Y, Cb, Cr of BT.709 in limited range, exactly, at a place counted from the top left; places outside show the edge.
+// Y, Cb, Cr of BT.709 in limited range, exactly, at a place from the top left; places outside show the edge.
 Triple yuvAt(const Picture& picture, int x, int y) {
     x = std::clamp(x, 0, picture.width - 1);
     y = picture.height - 1 - std::clamp(y, 0, picture.height - 1);
@@ -56,7 +56,7 @@ TEST(YuvFrame, MatchesTheExactConversionAtEverySize) {
         SCOPED_TRACE(std::to_string(width) + "x" + std::to_string(height));
         Picture picture = noise(width, height);
         if (width == 256) { // all greys, each in a square
-            for (size_t i = 0; i < picture.bgra.size(); ++i) picture.bgra[i] = static_cast<uint8_t>(i / 8 % 128 * 2);
+            for (size_t i = 0; i < picture.bgra.size(); ++i) picture.bgra[i] = static_cast<uint8_t>(i / 8 * 2);
         }
         convertFrame(frame, picture.bgra.data(), width, height);
         const int evenWidth = evenSide(width), pairs = evenWidth / 2, pairRows = evenSide(height) / 2;

@@ -1,19 +1,15 @@
 """What a run may cost at most. Not for builds with sanitizers, which take several times as much."""
 
 import os
-import subprocess
 import unittest
 
-from support import COMMAND, PlayerTest, entry, environment, show
-
-LIMIT_MB = 100
+from support import Player, PlayerTest, entry, show
 
 
 class PeakMemory(PlayerTest):
     def peak(self, *arguments):
         """The largest resident size of a run, in megabytes."""
-        process = subprocess.Popen([*COMMAND, *map(str, arguments)], cwd=self.folder, env=environment(),
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        process = Player(self, *arguments).process
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
         self.assertEqual(process.returncode, 0)
@@ -21,15 +17,14 @@ class PeakMemory(PlayerTest):
 
     def test_one_shader_at_1280_x_720(self):
         path = self.write_show(show(entry("clock", 0, 10), size=(1280, 720)))
-        self.assertLess(self.peak("--headless", "--length", 0.5, path), LIMIT_MB)
+        self.assertLess(self.peak("--headless", "--length", 0.5, path), 100)
 
     def test_loops_and_frames_do_not_pile_up(self):
-        path = self.write_show(show(entry("clock", 0, 0.05), entry("echo", 0.05, 0.05), loop=True, size=(320, 200)))
-        few, many = (self.peak("--headless", "--length", length, path) for length in (0.3, 3))
-        self.assertLess(many, few + 6, "after 30 loops")
-        path = self.write_show(show(entry("clock", 0, 60), size=(320, 200)))
-        few, many = (self.peak("-o", "f.rgba", "--length", length, path) for length in (0.2, 6))
-        self.assertLess(many, few + 6, "after 360 frames")
+        looped = show(entry("clock", 0, 0.05), entry("echo", 0.05, 0.05), loop=True, size=(320, 200))
+        offline = show(entry("clock", 0, 60), size=(320, 200))
+        for config, output, lengths in ((looped, "--headless", (0.3, 3)), (offline, "--o=f.rgba", (0.2, 6))):
+            few, many = (self.peak(output, "--length", length, self.write_show(config)) for length in lengths)
+            self.assertLess(many, few + 6, "after 30 loops, or 360 frames")
 
 
 if __name__ == "__main__":

@@ -32,36 +32,23 @@ using Long = unsigned long long;
 
 } // namespace
 
+// The exports, one a line where they fit.
 extern "C" {
 
-int BASS_Init(int device, uint32_t rate, uint32_t flags, void* window, void* classId) {
-    return record("BASS_Init", "%d, %u, %u, %d, %d", device, rate, flags, window != nullptr, classId != nullptr);
+int BASS_Init(int device, uint32_t rate, uint32_t flags, void* window, void* id) {
+    return record("BASS_Init", "%d, %u, %u, %d, %d", device, rate, flags, window != nullptr, id != nullptr);
 }
 
-int BASS_Free() {
-    return record("BASS_Free", "");
+uint32_t BASS_StreamCreateFile(int inMemory, char* file, uint64_t offset, uint64_t length, uint32_t flags) {
+    const char* format = "%d, %s, %llu, %llu, 0x%x";
+    return record("BASS_StreamCreateFile", format, inMemory, file, Long{offset}, Long{length}, flags) ? 7 : 0;
 }
 
-uint32_t BASS_StreamCreateFile(int inMemory, const void* file, uint64_t offset, uint64_t length, uint32_t flags) {
-    return record("BASS_StreamCreateFile", "%d, %s, %llu, %llu, 0x%x", inMemory, static_cast<const char*>(file),
-                  Long{offset}, Long{length}, flags) ? 7 : 0;
-}
-
-int BASS_StreamFree(uint32_t stream) {
-    return record("BASS_StreamFree", "%u", stream);
-}
-
-int BASS_ChannelPlay(uint32_t channel, int restart) {
-    return record("BASS_ChannelPlay", "%u, %d", channel, restart);
-}
-
-int BASS_ChannelPause(uint32_t channel) {
-    return record("BASS_ChannelPause", "%u", channel);
-}
-
-int BASS_ChannelStop(uint32_t channel) {
-    return record("BASS_ChannelStop", "%u", channel);
-}
+int BASS_Free() { return record("BASS_Free", ""); }
+int BASS_StreamFree(uint32_t stream) { return record("BASS_StreamFree", "%u", stream); }
+int BASS_ChannelPlay(uint32_t stream, int again) { return record("BASS_ChannelPlay", "%u, %d", stream, again); }
+int BASS_ChannelPause(uint32_t channel) { return record("BASS_ChannelPause", "%u", channel); }
+int BASS_ChannelStop(uint32_t channel) { return record("BASS_ChannelStop", "%u", channel); }
 
 int BASS_ChannelSetAttribute(uint32_t channel, uint32_t attribute, float value) {
     return record("BASS_ChannelSetAttribute", "%u, %u, %.3f", channel, attribute, static_cast<double>(value));
@@ -72,8 +59,7 @@ int BASS_ChannelSetPosition(uint32_t channel, uint64_t position, uint32_t mode) 
 }
 
 uint64_t BASS_ChannelGetPosition(uint32_t channel, uint32_t mode) {
-    record("BASS_ChannelGetPosition", "%u, %u", channel, mode);
-    return 0;
+    return record("BASS_ChannelGetPosition", "%u, %u", channel, mode);
 }
 
 uint64_t BASS_ChannelGetLength(uint32_t channel, uint32_t mode) {

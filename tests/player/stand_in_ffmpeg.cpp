@@ -19,10 +19,6 @@ int main(int count, char** arguments) {
 
     _setmode(_fileno(stdin), _O_BINARY);
     std::FILE* file = std::fopen(output.substr(output.find(':') + 1).c_str(), "wb");
-    if (!file) {
-        std::fprintf(stderr, "%s: cannot be written\n", output.c_str());
-        return 1;
-    }
     for (int i = 1; i < count; ++i) std::fprintf(file, "%s\n", arguments[i]);
     std::fputs("\n", file);
     std::vector<char> buffer(100'000);

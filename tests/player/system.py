@@ -23,5 +23,6 @@ def text_of(output):
     text = output.decode(errors="surrogateescape")
     if not WINDOWS:
         return text
-    text = re.sub(r"Z:(\\[^\s\"|<>*?:]*)", lambda path: path.group(1).replace("\\", "/"), text.replace("\r\n", "\n"))
+    text = text.replace("\r\n", "\n")
+    text = re.sub(r"Z:(\\[^\s\"|<>*?:]*)", lambda path: path.group(1).replace("\\", "/"), text)
     return re.sub(r"\A\[WIN\] DPI awareness: (Per-monitor v2|System)\n", "", text)

@@ -14,16 +14,16 @@ namespace {
 constexpr float kDuration = 4.0f;
 constexpr const char* kLetters = " ABH?.";
 
-// Bottom row first. The ink of every letter but the space is 6 x 10 pixels of the cell, from (2, 4) on, and
-// white; the letter `red` is red from edge to edge.
+// Bottom row first. The ink of every letter but the space is 6 x 10 pixels of the cell, from (2, 4) on, its left half
+// white, its right half yellow; the letter `red` is red from edge to edge.
 std::vector<uint8_t> blockPixels(const ColorFont& font, char red = 0) {
     std::vector<uint8_t> pixels;
     for (int y = font.textureHeight - 1; y >= 0; --y) {
         for (int x = 0; x < font.textureWidth; ++x) {
             const char c = font.chars[static_cast<size_t>(x / 10)];
             const bool inked = c == red || (c != ' ' && x % 10 >= 2 && x % 10 < 8 && y >= 4 && y < 14);
-            const uint8_t white = c == red ? 0 : 255, alpha = inked ? 255 : 0;
-            pixels.insert(pixels.end(), {255, white, white, alpha});
+            const uint8_t green = c == red ? 0 : 255, blue = x % 10 < 5 ? green : 0, alpha = inked ? 255 : 0;
+            pixels.insert(pixels.end(), {255, green, blue, alpha});
         }
     }
     return pixels;
@@ -360,9 +360,11 @@ TEST_F(CaptionPixelTest, LowerThirdIsWhereItsLayoutSays) {
     EXPECT_NEAR(at(panel.x0 + 1, panel.y0 + 9)[1], 128, 2);
     const CaptionLine& title = caption.lowerThird.title[0];
     const float cap = title.capPixels; // a letter's ink is 0.6 of it wide
-    const auto red = [&](float x, float y) { return at(title.x + x * cap, title.top + y * cap)[0]; };
-    for (const float y : {0.1f, 0.9f}) EXPECT_TRUE(red(0.1f, y) > 125 && red(0.5f, y) > 125) << y;
-    EXPECT_EQ(red(0.7f, 0.5f) + red(0.3f, -0.2f) + red(0.3f, 1.2f), 0); // between two letters, above and below
+    const auto ink = [&](float x, float y) { return at(title.x + x * cap, title.top + y * cap); };
+    for (const float y : {0.1f, 0.9f}) EXPECT_TRUE(ink(0.1f, y)[0] > 125 && ink(0.5f, y)[0] > 125) << y;
+    EXPECT_GT(ink(0.1f, 0.5f)[2], ink(0.5f, 0.5f)[2] + 60); // white, yellow
+    // Between two letters, above and below.
+    EXPECT_EQ(ink(0.7f, 0.5f)[0] + ink(0.3f, -0.2f)[0] + ink(0.3f, 1.2f)[0], 0);
     EXPECT_PIXEL(at(200, 20), Pixel{0, 0, 0, 255});
     startPicture(384, 216);
     draw(R"("title": "A")", false, 0.0f);

@@ -8,6 +8,7 @@
 #include <SDL_syswm.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstring>
 
 namespace {
@@ -131,6 +132,9 @@ void handleSystemMessage(Surface& surface, const SDL_SysWMmsg& message) {
 
 Surface* createPlayerWindow(int width, int height, bool fullscreen) {
     avoidDriverFaults();
+    // When the screen's server goes away its library ends the program and says so, if no signal does without a word;
+    // and a show goes on when nobody reads its log any more.
+    std::signal(SIGPIPE, SIG_IGN);
     Surface* surface = new Surface();
     if (!openWindow(*surface, width, height, fullscreen)) {
         destroySurface(surface);

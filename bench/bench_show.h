@@ -52,7 +52,8 @@ public:
         write(stem + ".vert", "#version 330 core\nlayout(location=0) in vec2 aPos;\nlayout(location=1) in vec2 aUV;\n"
                               "out vec2 vUV;\nvoid main() { vUV = aUV; gl_Position = vec4(aPos, 0.0, 1.0); }\n");
         write(stem + ".frag", "#version 330 core\nin vec2 vUV;\nout vec4 colour;\nuniform float uTime;\n"
-                              "uniform float uAlpha;\nuniform vec2 uResolution;\n" + fragment);
+                              "uniform float uAlpha;\nuniform vec2 uResolution;\n" +
+                                  fragment);
     }
 
     RuntimeConfig load(const std::string& json) const {

@@ -18,16 +18,16 @@ constexpr int kOverlays = 4;
 constexpr int kDepth = 5; // of nested composites
 
 // Enough work for a driver's compiler to feel.
-constexpr const char* kFragment =
-    "void main() {\n"
-    "    vec2 p = vUV * uResolution / 7.0;\n"
-    "    float v = sin(p.x + uTime) + sin(p.y * 1.3 - uTime) + sin(length(p) * 0.7);\n"
-    "    colour = vec4(0.5 + 0.5 * cos(v + vec3(0.0, 2.1, 4.2)), uAlpha);\n"
-    "}\n";
+constexpr const char* kFragment = "void main() {\n"
+                                  "    vec2 p = vUV * uResolution / 7.0;\n"
+                                  "    float v = sin(p.x + uTime) + sin(p.y * 1.3 - uTime) + sin(length(p) * 0.7);\n"
+                                  "    colour = vec4(0.5 + 0.5 * cos(v + vec3(0.0, 2.1, 4.2)), uAlpha);\n"
+                                  "}\n";
 
-std::string entryJson(const std::string& type, double start, double duration, int layer, const std::string& scene = "one") {
-    return "{\"id\": \"" + type + "-" + std::to_string(layer) + "\", \"type\": \"" + type + "\", \"scene\": \"" + scene +
-           "\", \"start\": " + std::to_string(start) + ", \"duration\": " + std::to_string(duration) +
+std::string entryJson(const std::string& type, double start, double duration, int layer,
+                      const std::string& scene = "one") {
+    return "{\"id\": \"" + type + "-" + std::to_string(layer) + "\", \"type\": \"" + type + "\", \"scene\": \"" +
+           scene + "\", \"start\": " + std::to_string(start) + ", \"duration\": " + std::to_string(duration) +
            ", \"layer\": " + std::to_string(layer) + ", \"overlay\": " + (layer > 0 ? "true" : "false") +
            ", \"params\": {\"alpha\": 0.5}}";
 }
@@ -157,14 +157,23 @@ void firstFrame(benchmark::State& state, bool warm) {
         releaseTimeline(timeline);
     }
 }
-BENCHMARK_CAPTURE(firstFrame, warm, true)->Name("scene/first frame")->UseManualTime()->Iterations(20)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(firstFrame, cold, false)->Name("scene/first frame without warm-up")->UseManualTime()->Iterations(20)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(firstFrame, warm, true)
+    ->Name("scene/first frame")
+    ->UseManualTime()
+    ->Iterations(20)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(firstFrame, cold, false)
+    ->Name("scene/first frame without warm-up")
+    ->UseManualTime()
+    ->Iterations(20)
+    ->Unit(benchmark::kMicrosecond);
 
 void steadyFrame(benchmark::State& state) {
     openContext(kSide, kSide);
     BenchShow show;
     show.writeShader("steady", kFragment);
-    const RuntimeConfig config = show.load("{\"entries\": [" + entryJson("steady", 0.0, 10.0, 0) + ", " + entryJson("steady", 0.0, 10.0, 1) + "]}");
+    const RuntimeConfig config = show.load("{\"entries\": [" + entryJson("steady", 0.0, 10.0, 0) + ", " +
+                                           entryJson("steady", 0.0, 10.0, 1) + "]}");
     Timeline timeline;
     PlayState playState;
     loadTimeline(timeline, config, kSide, kSide);
@@ -240,7 +249,9 @@ void nestedBlend(benchmark::State& state) {
     show.writeShader("layer", kFragment);
     std::string json = R"({"type": "layer", "params": {"alpha": 0.5}})";
     for (int i = 0; i < kDepth; ++i) {
-        json = R"({"type": "blend", "duration": 1000, "params": {"blendDuration": 1000, "target": {"type": "layer"}, "source": )" + json + "}}";
+        json =
+            R"({"type": "blend", "duration": 1000, "params": {"blendDuration": 1000, "target": {"type": "layer"}, "source": )" +
+            json + "}}";
     }
     const RuntimeConfig config = show.load("{\"entries\": [" + json + "]}");
     Timeline timeline;
@@ -267,7 +278,9 @@ BarePasses makeBarePasses(int targets) {
     BarePasses bare;
     bare.shader = linkProgram(kQuadVertexSource,
                               std::string("#version 330 core\nin vec2 vUV;\nout vec4 colour;\nuniform float uTime;\n"
-                                          "uniform float uAlpha;\nuniform vec2 uResolution;\n") + kFragment, "bare");
+                                          "uniform float uAlpha;\nuniform vec2 uResolution;\n") +
+                                  kFragment,
+                              "bare");
     bare.mix = linkProgram(kQuadVertexSource, kMixFragment, "bare");
     bare.time = gl.GetUniformLocation(bare.shader, "uTime");
     bare.alpha = gl.GetUniformLocation(bare.shader, "uAlpha");

@@ -34,7 +34,8 @@ constexpr Shader kShaders[] = {
      "    vec3 ray = normalize(vec3(vUV - 0.5, 0.7)), p = vec3(0.3 * sin(uTime), 0.1, uTime);\n"
      "    for (int i = 0; i < 24; ++i) p += ray * far(p) * 0.8;\n"
      "    colour = vec4(fract(p * 0.5) * exp(-0.1 * distance(p, vec3(0.0, 0.0, uTime))), 1.0);\n"
-     "}\n", 90}};
+     "}\n",
+     90}};
 
 // Where frames go: an empty preset stands for raw frames that nobody keeps.
 constexpr const char* kPresets[] = {"", "ultrafast", "veryfast", "fast"};
@@ -103,8 +104,8 @@ void render(benchmark::State& state, const Shader& shader, const std::string& pr
     if (symlink("/dev/null", raw.c_str()) != 0) return;
     std::vector<std::string> command = {"/proc/self/exe", "--plain", show.baseDir, frames, preset};
     if (withPlayer) {
-        command = {PLAYER_PATH, config, "--fps", std::to_string(kFps), "--length",
-                   std::to_string(static_cast<double>(shader.frames) / kFps)};
+        command = {PLAYER_PATH,          config,     "--fps",
+                   std::to_string(kFps), "--length", std::to_string(static_cast<double>(shader.frames) / kFps)};
         command.insert(command.end(), {"-o", preset.empty() ? raw : show.baseDir + "/player.mp4"});
         if (!preset.empty()) command.insert(command.end(), {"--ffmpeg-args", "-preset " + preset});
     }
@@ -115,8 +116,7 @@ void render(benchmark::State& state, const Shader& shader, const std::string& pr
             return;
         }
     }
-    state.counters["frames/s"] =
-        benchmark::Counter(shader.frames, benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["frames/s"] = benchmark::Counter(shader.frames, benchmark::Counter::kIsIterationInvariantRate);
     state.counters["cpu_s"] = benchmark::Counter(seconds, benchmark::Counter::kAvgIterations);
 }
 
@@ -138,7 +138,10 @@ int main(int argc, char** argv) {
                 const std::string name = std::string(shader.name) + "/" + (preset.empty() ? "raw" : preset) + "/" +
                                          (withPlayer ? "player" : "plain_loop");
                 benchmark::RegisterBenchmark(name.c_str(), render, shader, preset, withPlayer)
-                    ->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1)->ComputeStatistics("least", least);
+                    ->Unit(benchmark::kMillisecond)
+                    ->UseRealTime()
+                    ->Iterations(1)
+                    ->ComputeStatistics("least", least);
             }
         }
     }

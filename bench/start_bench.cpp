@@ -34,7 +34,8 @@ void startPlayer(benchmark::State& state) {
     show.writeShader("lone", "void main() { colour = vec4(0.5 + 0.5 * sin(vUV.xyx * 9.0), 1.0); }\n");
     const std::string config = show.write("config.json", R"({"entries": [{"type": "lone"}]})");
     for (auto _ : state) {
-        if (!runProgram({PLAYER_PATH, config, "-o", show.baseDir + "/frame.rgba", "--size", "320x180", "--still", "0"})) {
+        if (!runProgram(
+                {PLAYER_PATH, config, "-o", show.baseDir + "/frame.rgba", "--size", "320x180", "--still", "0"})) {
             state.SkipWithError("the player failed");
             return;
         }

@@ -27,7 +27,8 @@ ColorFont makeFont() {
         const int i = c - ' ';
         const float column = static_cast<float>(i % 16), row = static_cast<float>(i / 16);
         font.chars += c;
-        font.glyphs[static_cast<unsigned char>(c)] = {column / 16, 1 - (row + 1) / 6, (column + 1) / 16, 1 - row / 6, 32.0f};
+        font.glyphs[static_cast<unsigned char>(c)] = {column / 16, 1 - (row + 1) / 6, (column + 1) / 16, 1 - row / 6,
+                                                      32.0f};
     }
     return font;
 }
@@ -43,11 +44,13 @@ JsonValue makeParams(const std::string& animation, bool decorated) {
     }
     const std::string flag = decorated ? "true" : "false";
     return parseJson("{\"text\": \"" + text + "\", \"animation\": \"" + animation +
-                     "\", \"revealMode\": \"none\", \"glitchEnabled\": " + flag + ", \"outlineGlowEnabled\": " + flag + "}");
+                     "\", \"revealMode\": \"none\", \"glitchEnabled\": " + flag + ", \"outlineGlowEnabled\": " + flag +
+                     "}");
 }
 
 void setGlyphRate(benchmark::State& state) {
-    state.counters["glyphs/s"] = benchmark::Counter(static_cast<double>(state.iterations()) * kCharacters, benchmark::Counter::kIsRate);
+    state.counters["glyphs/s"] = benchmark::Counter(static_cast<double>(state.iterations()) * kCharacters,
+                                                    benchmark::Counter::kIsRate);
 }
 
 void geometry(benchmark::State& state, const char* animation, bool decorated) {
@@ -94,12 +97,14 @@ void frame(benchmark::State& state, bool isBuilt) {
         "out vec3 v;\nuniform vec2 iResolution;\n"
         "void main() { v = vec3(t, a); gl_Position = vec4(p / iResolution * 2.0 - 1.0, 0.0, 1.0); }\n",
         "#version 330 core\nin vec3 v;\nout vec4 c;\nuniform sampler2D uFontTexture;\n"
-        "void main() { c = texture(uFontTexture, v.xy) * v.z; }\n", "bench");
+        "void main() { c = texture(uFontTexture, v.xy) * v.z; }\n",
+        "bench");
     ColorFont font = makeFont();
     const std::vector<unsigned char> texels(static_cast<size_t>(font.textureWidth) * font.textureHeight * 4, 200);
     glGenTextures(1, &font.texture);
     glBindTexture(GL_TEXTURE_2D, font.texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, font.textureWidth, font.textureHeight, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, font.textureWidth, font.textureHeight, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                 texels.data());
     KineticText text;
     createKineticText(text, makeParams("wave", true), std::move(font), program);
     float time = 0.2f;

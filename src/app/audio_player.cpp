@@ -110,8 +110,7 @@ bool playFrom(AudioPlayer& player, double seconds) {
     audio.channelStop(player.stream);
     const double position = std::max(0.0, static_cast<double>(player.startOffset) + seconds);
     const uint64_t bytes = audio.channelSeconds2Bytes(player.stream, position);
-    return audio.channelSetPosition(player.stream, bytes, kAudioPositionBytes) &&
-           audio.channelPlay(player.stream, 0);
+    return audio.channelSetPosition(player.stream, bytes, kAudioPositionBytes) && audio.channelPlay(player.stream, 0);
 }
 
 void closeAudio(AudioPlayer& player) {

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int kMaxDigits = 9; // of a padded frame number
+constexpr int kMaxDigits = 9;          // of a padded frame number
 constexpr size_t kBandBytes = 1 << 16; // stays in the processor's cache between turning and writing
 
 bool fail(FrameSink& sink, const std::string& path, const std::string& reason) {
@@ -134,7 +134,7 @@ bool openSink(FrameSink& sink, const VideoJob& job) {
 }
 
 bool writeFrame(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
-    const bool written = sink.planar                    ? writePlanes(sink, pixels, cancelled)
+    const bool written = sink.planar                ? writePlanes(sink, pixels, cancelled)
                          : sink.raw || sink.encoder ? writeRows(sink, pixels, cancelled)
                                                     : writePicture(sink, pixels);
     if (written) ++sink.written;
@@ -170,7 +170,8 @@ bool framePath(const std::string& pattern, long long number, std::string& path, 
         while (end < pattern.size() && pattern[end] >= '0' && pattern[end] <= '9' && width <= kMaxDigits) {
             width = width * 10 + (pattern[end++] - '0');
         }
-        const bool isNumber = end < pattern.size() && pattern[end] == 'd' && (width == 0 || padded) && width <= kMaxDigits;
+        const bool isNumber = end < pattern.size() && pattern[end] == 'd' && (width == 0 || padded) &&
+                              width <= kMaxDigits;
         if (!isNumber || hasNumber) return false;
         hasNumber = true;
         const std::string digits = std::to_string(number);

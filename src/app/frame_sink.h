@@ -20,9 +20,9 @@ struct FrameSink {
     // One of the two; neither for picture sequences.
     std::FILE* raw = nullptr;
     Process* encoder = nullptr;
-    bool planar = false;         // the encoder takes Y'CbCr
-    std::string partPath;        // a video's name until it is whole
-    std::vector<uint8_t> band;   // some upright rows, opaque
+    bool planar = false;       // the encoder takes Y'CbCr
+    std::string partPath;      // a video's name until it is whole
+    std::vector<uint8_t> band; // some upright rows, opaque
     YuvFrame yuv;
 };
 

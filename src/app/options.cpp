@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr int kMaxSide = 16384;      // pixels
-constexpr double kMaxFps = 1000.0;   // frames a second
-constexpr double kMaxDivisor = 1e6;  // of a rate; with the most frames a second it still fits an int
+constexpr int kMaxSide = 16384;        // pixels
+constexpr double kMaxFps = 1000.0;     // frames a second
+constexpr double kMaxDivisor = 1e6;    // of a rate; with the most frames a second it still fits an int
 constexpr double kMaxTime = 1000000.0; // seconds
 
 // The rest of the command line, read front to back.
@@ -129,8 +129,8 @@ bool readFlag(const std::string& name, Options& options) {
 }
 
 bool takesValue(const std::string& name) {
-    constexpr const char* kNames[] = {"--size", "--start", "--end", "--length", "--fps",
-                                      "--o",    "-o",      "--still", "--press", "--ffmpeg-args"};
+    constexpr const char* kNames[] = {"--size", "--start", "--end",   "--length", "--fps",
+                                      "--o",    "-o",      "--still", "--press",  "--ffmpeg-args"};
     return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* known) { return name == known; });
 }
 
@@ -175,12 +175,14 @@ bool checkOutput(const Options& options, std::string& error) {
     if (options.output.empty()) {
         if (!options.stills.empty()) error = "option --still needs -o FILE for its pictures";
     } else if (!isPicture && !isVideo && !isRawOutput(options.output)) {
-        error = "output '" + options.output + "' has no known ending; use .mp4, .mkv, .webm, .mov, .gif, .png with a %d "
+        error = "output '" + options.output +
+                "' has no known ending; use .mp4, .mkv, .webm, .mov, .gif, .png with a %d "
                 "pattern, .rgba, or -";
     } else if (isVideo && !options.stills.empty()) {
         error = "option --still makes pictures, no video like '" + options.output + "'";
     }
-    if (error.empty() && !isVideo && !options.ffmpegArguments.empty()) error = "option --ffmpeg-args needs a video as -o FILE";
+    if (error.empty() && !isVideo && !options.ffmpegArguments.empty())
+        error = "option --ffmpeg-args needs a video as -o FILE";
     return error.empty();
 }
 

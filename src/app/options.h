@@ -22,16 +22,16 @@ struct Options {
     std::optional<bool> fullscreen; // unset: as the show says
     int width = 0;                  // pixels; 0: as the show says
     int height = 0;
-    std::optional<double> start;  // seconds
-    std::optional<double> end;    // seconds
-    std::optional<double> length; // seconds
-    double fps = 60.0;            // frames a second, offline
-    FrameRate rate = {0, 1};      // the same as a fraction; 0 until the command line has been read
-    std::optional<bool> audio;    // unset: music in a window and in a video
+    std::optional<double> start;              // seconds
+    std::optional<double> end;                // seconds
+    std::optional<double> length;             // seconds
+    double fps = 60.0;                        // frames a second, offline
+    FrameRate rate = {0, 1};                  // the same as a fraction; 0 until the command line has been read
+    std::optional<bool> audio;                // unset: music in a window and in a video
     std::vector<std::string> ffmpegArguments; // the user's own
-    std::string output;           // empty: no offline rendering
-    std::vector<double> stills;   // seconds
-    std::vector<ScriptedKey> keys; // by time
+    std::string output;                       // empty: no offline rendering
+    std::vector<double> stills;               // seconds
+    std::vector<ScriptedKey> keys;            // by time
 };
 
 // Reads the arguments behind the program's name. False with one line in `error` that names the option.

@@ -29,9 +29,9 @@ struct Player {
     TransitionState transition;
     TransitionStage stage;
     PlayLog log;
-    std::vector<int> scenes; // scratch: indices of active scenes
-    size_t nextKey = 0;      // of the scripted keys
-    double passesTime = 0.0; // seconds of the passes or scenes before the current one
+    std::vector<int> scenes;                                   // scratch: indices of active scenes
+    size_t nextKey = 0;                                        // of the scripted keys
+    double passesTime = 0.0;                                   // seconds of the passes or scenes before the current one
     double stopTime = std::numeric_limits<double>::infinity(); // show time, passes included
     Recorder recorder;
 };

@@ -90,8 +90,9 @@ void reportProgress(Recorder& recorder, bool last) {
     const double rate = static_cast<double>(written) / (passed > 0.0 ? passed : 1.0);
     if (recorder.expected > 0 && rate > 0.0) {
         const double left = static_cast<double>(recorder.expected - written) / rate;
-        std::fprintf(stderr, "\r%lld of %lld frames, %3.0f%%, %.1f frames/s, %.0f s left   ", written, recorder.expected,
-                     100.0 * static_cast<double>(written) / static_cast<double>(recorder.expected), rate, left);
+        std::fprintf(stderr, "\r%lld of %lld frames, %3.0f%%, %.1f frames/s, %.0f s left   ", written,
+                     recorder.expected, 100.0 * static_cast<double>(written) / static_cast<double>(recorder.expected),
+                     rate, left);
     } else {
         std::fprintf(stderr, "\r%lld frames, %.1f frames/s   ", written, rate);
     }

@@ -25,7 +25,7 @@ struct Recorder {
     std::condition_variable toDrawer;
     std::array<const unsigned char*, Readback::kSlots> frames = {};
     long long handedOver = 0;
-    long long done = 0;    // of those handed over, written or not
+    long long done = 0; // of those handed over, written or not
     long long written = 0;
     bool takesFrames = true; // false once writing has failed, or ffmpeg has all that it was told to take
     bool ended = false;      // nothing more will be handed over

@@ -6,11 +6,11 @@
 // Show time is kept in double precision, so that a long show does not drift from its music, and narrowed
 // for each frame.
 struct RunClock {
-    double fps = 0.0;       // frames a second of the stepped clock; 0: the real one
-    float delta = 0.0f;     // seconds that the current frame adds
-    double showTime = 0.0;  // seconds
-    double elapsed = 0.0;   // seconds, the sum of all deltas
-    double jumpTime = 0.0;  // stepped: show time at the last jump
+    double fps = 0.0;      // frames a second of the stepped clock; 0: the real one
+    float delta = 0.0f;    // seconds that the current frame adds
+    double showTime = 0.0; // seconds
+    double elapsed = 0.0;  // seconds, the sum of all deltas
+    double jumpTime = 0.0; // stepped: show time at the last jump
     int64_t framesSinceJump = 0;
     int64_t frames = 0; // ticks so far
     int64_t lastCounter = 0;

@@ -88,7 +88,7 @@ long long expectedFrames(const Player& player) {
     const double ownEnd = showEnd(player.config);
     const double end = ownEnd > 0.0 ? std::min(ownEnd, player.stopTime) : player.stopTime;
     constexpr double kMostFrames = 1e12; // a thousand years are as good as no end
-    constexpr double kRounding = 1e-3; // frames; times pass through floats
+    constexpr double kRounding = 1e-3;   // frames; times pass through floats
     const double frames = std::ceil((end - firstTime(player)) * player.options.fps - kRounding);
     if (frames <= 0.0) return -1;
     return frames < kMostFrames ? static_cast<long long>(frames) : 0;
@@ -125,7 +125,8 @@ bool openOffline(Player& player) {
         return false;
     }
     if (frames < 0) {
-        printError("%s has no picture between the start and the end that were given\n", player.options.configPath.c_str());
+        printError("%s has no picture between the start and the end that were given\n",
+                   player.options.configPath.c_str());
         return false;
     }
     const Options& options = player.options;

@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr float kJustReached = 0.05f;    // a scene that has just been jumped to counts as current
-constexpr float kRestartAfter = 1.0f;    // seconds of a scene after which Left restarts it
-constexpr float kBeforeEnd = 0.001f;     // seconds; the range's end itself would trigger the end rule
-constexpr float kLeastSeek = 0.001f;     // seconds
+constexpr float kJustReached = 0.05f; // a scene that has just been jumped to counts as current
+constexpr float kRestartAfter = 1.0f; // seconds of a scene after which Left restarts it
+constexpr float kBeforeEnd = 0.001f;  // seconds; the range's end itself would trigger the end rule
+constexpr float kLeastSeek = 0.001f;  // seconds
 
 } // namespace
 

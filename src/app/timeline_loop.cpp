@@ -36,7 +36,8 @@ void wrapTimeline(Player& player, const VisualRange& range) {
 
 // Ends or wraps a timeline that has reached its end; false when the run is over.
 bool applyEnd(Player& player, const VisualRange& range) {
-    if (range.duration <= 0.0f || !hasReached(player, player.clock.showTime, static_cast<double>(range.end))) return true;
+    if (range.duration <= 0.0f || !hasReached(player, player.clock.showTime, static_cast<double>(range.end)))
+        return true;
     if (!player.config.loop) {
         endTimeline(player, range);
         return false;

@@ -30,11 +30,13 @@ const VideoKind& videoKind(const std::string& output) {
         {".mp4", "mp4", {"-c:v", "libx264", "-preset", "medium", "-crf", "18", "-movflags", "+faststart"}, kAac},
         {".mov", "mov", kH264, kAac},
         {".mkv", "matroska", kH264, kFlac},
-        {".webm", "webm",
+        {".webm",
+         "webm",
          {"-c:v", "libvpx-vp9", "-crf", "24", "-b:v", "0", "-deadline", "realtime", "-cpu-used", "5", "-row-mt", "1"},
          kOpus},
         // A palette a frame: one for the whole film would have to wait for its last frame, all others in memory.
-        {".gif", "gif",
+        {".gif",
+         "gif",
          {"-vf", "split[a][b];[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1:dither=bayer:bayer_scale=4"},
          {}},
     };

@@ -12,7 +12,7 @@ constexpr double kLumaScale = 219.0 / 255.0;
 constexpr double kChromaScale = 224.0 / 255.0;
 // ITU-R BT.709; Cb = (B - Y) / 1.8556, Cr = (R - Y) / 1.5748.
 constexpr double kRed = 0.2126, kGreen = 0.7152, kBlue = 0.0722;
-constexpr int16_t kLuma[3] = {weight(kRed * kLumaScale), weight(kGreen * kLumaScale), weight(kBlue * kLumaScale)};
+constexpr int16_t kLuma[3] = {weight(kRed * kLumaScale), weight(kGreen* kLumaScale), weight(kBlue* kLumaScale)};
 // The largest weight is what the others leave, so that greys have no colour.
 constexpr int16_t kCb[2] = {weight(-kRed / 1.8556 * kChromaScale), weight(-kGreen / 1.8556 * kChromaScale)};
 constexpr int16_t kCr[2] = {weight(-kGreen / 1.5748 * kChromaScale), weight(-kBlue / 1.5748 * kChromaScale)};

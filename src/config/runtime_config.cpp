@@ -81,12 +81,11 @@ void readRootEntries(RuntimeConfig& config, const JsonValue& list, size_t& room)
     if (list.kind != JsonKind::array) return;
     config.nativeRuntime = true;
     config.entries = readEntries(config, list, room);
-    std::stable_sort(config.entries.begin(), config.entries.end(),
-                     [](const TimelineEntry& a, const TimelineEntry& b) {
-                         if (a.start != b.start) return a.start < b.start;
-                         if (a.overlay != b.overlay) return b.overlay;
-                         return a.layer < b.layer;
-                     });
+    std::stable_sort(config.entries.begin(), config.entries.end(), [](const TimelineEntry& a, const TimelineEntry& b) {
+        if (a.start != b.start) return a.start < b.start;
+        if (a.overlay != b.overlay) return b.overlay;
+        return a.layer < b.layer;
+    });
 }
 
 void readTransitions(RuntimeConfig& config, const JsonValue& transitions) {

@@ -11,7 +11,7 @@ struct SceneSpec {
     std::string id;
     bool enabled = true;
     std::string transitionType = "cut";
-    float transitionDuration = 0.0f; // seconds
+    float transitionDuration = 0.0f;    // seconds
     std::vector<TimelineEntry> entries; // enabled ones, document order
 };
 

@@ -17,8 +17,9 @@ void readParams(TimelineEntry& entry, const JsonValue& params) {
     entry.alpha = getFinite(find(params, "alpha"), 1.0f);
     entry.timeScale = getFinite(find(params, "timeScale"), 1.0f);
     entry.blendMode = getString(find(params, "blendMode"), "alpha");
-    bindChannelFromKeys(entry, 0, {"image", "imagePath", "texture", "channel0", "iChannel0", "uTex", "uTexture",
-                                   "uBackground", "uTexA"});
+    bindChannelFromKeys(
+        entry, 0,
+        {"image", "imagePath", "texture", "channel0", "iChannel0", "uTex", "uTexture", "uBackground", "uTexA"});
     bindChannelFromKeys(entry, 1, {"channel1", "iChannel1", "uTexB"});
     bindChannelFromKeys(entry, 2, {"channel2", "iChannel2"});
     bindChannelFromKeys(entry, 3, {"channel3", "iChannel3"});

@@ -24,8 +24,8 @@ struct ShaderLookup {
 
 struct TimelineEntry {
     std::string id;
-    std::string type;  // effect kind, as written
-    std::string scene; // empty: belongs to no scene
+    std::string type;      // effect kind, as written
+    std::string scene;     // empty: belongs to no scene
     float start = 0.0f;    // seconds on the timeline
     float delay = 0.0f;    // seconds into the scene; scene-list shows only
     float duration = 5.0f; // seconds; 0 or less is open-ended
@@ -35,15 +35,16 @@ struct TimelineEntry {
     float alpha = 1.0f;
     float timeScale = 1.0f;
     std::string blendMode = "alpha";
-    int depth = 0;         // effects around this one: 0 on the timeline itself
+    int depth = 0;        // effects around this one: 0 on the timeline itself
     std::string vertPath; // shader sources; empty when none was found
     std::string fragPath;
     std::string bufferPath;
-    std::string imagePath; // copy of channel 0
+    std::string imagePath;                           // copy of channel 0
     std::array<std::string, kChannelCount> channels; // resolved image paths; empty when unbound
     std::string fallbackImage;
     std::string baseDir;
-    std::shared_ptr<const AssetMap> assets = std::make_shared<AssetMap>(); // the show's, shared: a copy an entry would be quadratic
+    std::shared_ptr<const AssetMap> assets =
+        std::make_shared<AssetMap>(); // the show's, shared: a copy an entry would be quadratic
     ShaderLookup shaders;
     JsonValue params; // deep copy, whatever its kind
 };

@@ -42,7 +42,8 @@ bool createBlend(const TimelineEntry& entry, Effect& effect) {
 }
 
 void drawBlend(Effect& effect, int width, int height, const InputTexture* input) {
-    const float progress = std::clamp((effect.localTime - effect.blend.startTime) / effect.blend.blendDuration, 0.0f, 1.0f);
+    const float progress = std::clamp((effect.localTime - effect.blend.startTime) / effect.blend.blendDuration, 0.0f,
+                                      1.0f);
     const DrawBinding output = saveBinding();
     for (const Child child : {kSource, kTarget}) {
         // A child that the other one covers need not be drawn.

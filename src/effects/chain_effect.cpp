@@ -17,7 +17,8 @@ bool createChain(const TimelineEntry& entry, Effect& effect) {
     effect.children.push_back(createChild(source, entry, "source"));
     effect.children.push_back(createChild(post, entry, "post"));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kPost])) {
-        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", childType(source).c_str(), childType(post).c_str());
+        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", childType(source).c_str(),
+                childType(post).c_str());
         return false;
     }
     effect.mainProgram = kPlaceholderProgram;

@@ -19,9 +19,7 @@ void drawEffectPasses(Effect& effect, int width, int height, const InputTexture*
     case EffectKind::kineticText:
         drawKineticText(effect.kineticText, effect.mainProgram, effect.localTime, width, height);
         break;
-    case EffectKind::caption:
-        drawCaption(effect.caption, effect.mainProgram, effect.localTime, width, height);
-        break;
+    case EffectKind::caption: drawCaption(effect.caption, effect.mainProgram, effect.localTime, width, height); break;
     case EffectKind::shapeText:
         drawShapeText(effect.shapeText, effect.mainProgram, effect.localTime, width, height);
         break;

@@ -53,11 +53,11 @@ struct BlendStep {
 };
 
 struct SplitBlock {
-    int mode = 0;           // 0 vertical edge, 1 horizontal, 2 diagonal, 3 wave
+    int mode = 0; // 0 vertical edge, 1 horizontal, 2 diagonal, 3 wave
     float speed = 1.0f;
-    float amplitude = 0.2f; // 0..1
-    float position = 0.5f;  // 0..1
-    float feather = 0.03f;  // 0.0001..0.5
+    float amplitude = 0.2f;   // 0..1
+    float position = 0.5f;    // 0..1
+    float feather = 0.03f;    // 0.0001..0.5
     float angle = 0.7853982f; // radians
     float waveFrequency = 5.0f;
     bool invert = false;
@@ -69,11 +69,11 @@ struct SplitUniforms {
 };
 
 struct PipBlock {
-    float scale = 0.25f;  // of the output, 0.05..1
-    int margin = 16;      // pixels
-    float alpha = 1.0f;   // 0..1
-    float delay = 0.0f;   // seconds
-    float fadeIn = 0.0f;  // seconds
+    float scale = 0.25f; // of the output, 0.05..1
+    int margin = 16;     // pixels
+    float alpha = 1.0f;  // 0..1
+    float delay = 0.0f;  // seconds
+    float fadeIn = 0.0f; // seconds
     PipCorner corner = PipCorner::bottomRight;
     ChannelBinding image; // belongs to the texture cache; no texture where the inset is a child
 };
@@ -114,7 +114,7 @@ struct Effect {
     TransitionLook mixLook;
     BlendBlock blend;
     std::vector<BlendStep> steps; // one a child
-    float stepsEnd = 0.0f; // seconds, of the last one to end
+    float stepsEnd = 0.0f;        // seconds, of the last one to end
     bool loopSteps = true;
     SplitBlock split;
     SplitUniforms splitUniforms;

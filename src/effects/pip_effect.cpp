@@ -72,7 +72,9 @@ PipBlock readPip(const JsonValue& params) {
 }
 
 PipRect pipRect(const PipBlock& pip, int width, int height) {
-    const auto scaled = [&](int side) { return std::max(1, static_cast<int>(std::lroundf(static_cast<float>(side) * pip.scale))); };
+    const auto scaled = [&](int side) {
+        return std::max(1, static_cast<int>(std::lroundf(static_cast<float>(side) * pip.scale)));
+    };
     PipRect rect;
     rect.width = scaled(width);
     rect.height = scaled(height);
@@ -81,7 +83,9 @@ PipRect pipRect(const PipBlock& pip, int width, int height) {
     // In 64 bits: a margin may be as large as an integer gets.
     const int64_t right = int64_t{width} - pip.margin - rect.width;
     const int64_t upper = int64_t{height} - pip.margin - rect.height;
-    const auto place = [](int64_t at, int most) { return static_cast<int>(std::clamp<int64_t>(at, 0, std::max(most, 0))); };
+    const auto place = [](int64_t at, int most) {
+        return static_cast<int>(std::clamp<int64_t>(at, 0, std::max(most, 0)));
+    };
     rect.x = place(left ? pip.margin : right, width - rect.width);
     rect.y = place(top ? upper : pip.margin, height - rect.height);
     return rect;

@@ -67,7 +67,8 @@ ActiveSteps findActive(const std::vector<BlendStep>& steps, float t) {
     return active;
 }
 
-void renderStep(Effect& effect, int step, RenderTarget& target, float t, int width, int height, const InputTexture* input) {
+void renderStep(Effect& effect, int step, RenderTarget& target, float t, int width, int height,
+                const InputTexture* input) {
     propagateClock(effect, *effect.children[step], std::max(t - effect.steps[step].start, 0.0f));
     renderToTarget(*effect.children[step], target, width, height, input);
 }

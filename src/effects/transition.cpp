@@ -18,16 +18,16 @@ struct TransitionStyle {
 };
 
 constexpr TransitionStyle kStyles[] = {
-    {"fade", 0},        {"wipe", 1},        {"vertical", 1},      {"bands", 2},
-    {"curtains", 3},    {"horizontal", 4},  {"dissolve", 5},      {"noise_smoke", 6},
-    {"noise_organic", 7}, {"noise_glitch", 8}, {"wavy", 9},       {"crosswarp", 10},
-    {"burning", 11},    {"pixellated", 12}, {"radialwipe", 13},   {"dots", 14},
+    {"fade", 0},     {"wipe", 1},        {"vertical", 1},      {"bands", 2},        {"curtains", 3}, {"horizontal", 4},
+    {"dissolve", 5}, {"noise_smoke", 6}, {"noise_organic", 7}, {"noise_glitch", 8}, {"wavy", 9},     {"crosswarp", 10},
+    {"burning", 11}, {"pixellated", 12}, {"radialwipe", 13},   {"dots", 14},
 };
 
 // In the order of TransitionUniform.
 constexpr const char* kUniformNames[] = {
-    "texA", "texB", "progress", "startDelay", "effectId", "softness", "bands", "rotationDeg", "blockSizePx",
-    "noiseScale", "noiseSpeed", "noiseThreshold", "waveAmplitude", "dotFrequency", "dotPower", "screenSize",
+    "texA",          "texB",         "progress",    "startDelay", "effectId",   "softness",
+    "bands",         "rotationDeg",  "blockSizePx", "noiseScale", "noiseSpeed", "noiseThreshold",
+    "waveAmplitude", "dotFrequency", "dotPower",    "screenSize",
 };
 static_assert(std::size(kUniformNames) == static_cast<size_t>(TransitionUniform::count));
 
@@ -49,7 +49,8 @@ void buildRenderer(TransitionRenderer& renderer, const ShaderPair& sources, cons
     }
 }
 
-void writeUniforms(const TransitionRenderer& renderer, int width, int height, float progress, const TransitionLook& look) {
+void writeUniforms(const TransitionRenderer& renderer, int width, int height, float progress,
+                   const TransitionLook& look) {
     using U = TransitionUniform;
     const auto setFloat = [&](U uniform, float value) { setUniformFloat(uniformOf(renderer, uniform), value); };
     setUniformInt(uniformOf(renderer, U::texA), 0);

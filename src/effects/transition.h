@@ -24,8 +24,22 @@ struct TransitionLook {
 };
 
 enum class TransitionUniform {
-    texA, texB, progress, startDelay, effectId, softness, bands, rotationDeg, blockSizePx, noiseScale,
-    noiseSpeed, noiseThreshold, waveAmplitude, dotFrequency, dotPower, screenSize,
+    texA,
+    texB,
+    progress,
+    startDelay,
+    effectId,
+    softness,
+    bands,
+    rotationDeg,
+    blockSizePx,
+    noiseScale,
+    noiseSpeed,
+    noiseThreshold,
+    waveAmplitude,
+    dotFrequency,
+    dotPower,
+    screenSize,
     count
 };
 

@@ -94,8 +94,8 @@ void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width,
 
     if (effect.hasBuffer) ensureBufferTargets(effect, width, height);
     const bool mainIsCold = markWarm(effect.mainProgram, warmState(drawnState(effect, state), target));
-    const bool bufferIsCold =
-        effect.hasBuffer && markWarm(effect.bufferProgram, warmState(DrawState::opaque, DrawTarget::offscreen));
+    const bool bufferIsCold = effect.hasBuffer &&
+                              markWarm(effect.bufferProgram, warmState(DrawState::opaque, DrawTarget::offscreen));
     if (!mainIsCold && !bufferIsCold) return;
     drawOnePixel(state, [&] { drawEffectPasses(effect, width, height, nullptr); });
     if (effect.hasBuffer) clearBufferTargets(effect);

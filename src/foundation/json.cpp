@@ -20,9 +20,8 @@ namespace {
 // correctly rounded double: 10^15 < 2^53, and 10^22 is the last power that a double holds exactly.
 constexpr int kMaxExactDigits = 15;
 constexpr int kMaxDecimalDigits = 64; // leading zeros included; only bounds what is read twice
-constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::array<double, 23> kPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 // Colours and vectors are four numbers; growing to that one by one cost a sixth of the time. More would
 // let a hostile text of many small containers claim too much memory a byte.
@@ -102,31 +101,18 @@ const char* parseNumber(const char* at, double& number) {
 // Entered after the backslash. Code points are never decoded: text beyond ASCII comes as raw UTF-8.
 const char* parseEscape(const char* at, std::string& text) {
     switch (*at) {
-    case '\0':
-        return at;
-    case 'b':
-        text += '\b';
-        return at + 1;
-    case 'f':
-        text += '\f';
-        return at + 1;
-    case 'n':
-        text += '\n';
-        return at + 1;
-    case 'r':
-        text += '\r';
-        return at + 1;
-    case 't':
-        text += '\t';
-        return at + 1;
+    case '\0': return at;
+    case 'b': text += '\b'; return at + 1;
+    case 'f': text += '\f'; return at + 1;
+    case 'n': text += '\n'; return at + 1;
+    case 'r': text += '\r'; return at + 1;
+    case 't': text += '\t'; return at + 1;
     case 'u':
         text += '?';
         ++at;
         for (int skipped = 0; skipped < 4 && *at != '\0'; ++skipped) ++at;
         return at;
-    default:
-        text += *at;
-        return at + 1;
+    default: text += *at; return at + 1;
     }
 }
 

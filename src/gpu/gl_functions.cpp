@@ -4,8 +4,8 @@ GlFunctions gl;
 
 bool loadGlFunctions(GlLookup lookup) {
     gl = {};
-#define LOAD_GL_FUNCTION(Type, Name)                        \
-    gl.Name = reinterpret_cast<Type>(lookup("gl" #Name));   \
+#define LOAD_GL_FUNCTION(Type, Name)                                                                                   \
+    gl.Name = reinterpret_cast<Type>(lookup("gl" #Name));                                                              \
     if (!gl.Name) return false;
     FOR_EACH_GL_FUNCTION(LOAD_GL_FUNCTION)
 #undef LOAD_GL_FUNCTION

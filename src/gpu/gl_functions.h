@@ -5,41 +5,41 @@
 #include "platform/window.h"
 
 // In the order in which they are fetched; the fields of the table stand in the same order.
-#define FOR_EACH_GL_FUNCTION(X)                                   \
-    X(PFNGLCREATESHADERPROC, CreateShader)                        \
-    X(PFNGLSHADERSOURCEPROC, ShaderSource)                        \
-    X(PFNGLCOMPILESHADERPROC, CompileShader)                      \
-    X(PFNGLGETSHADERIVPROC, GetShaderiv)                          \
-    X(PFNGLGETSHADERINFOLOGPROC, GetShaderInfoLog)                \
-    X(PFNGLCREATEPROGRAMPROC, CreateProgram)                      \
-    X(PFNGLATTACHSHADERPROC, AttachShader)                        \
-    X(PFNGLLINKPROGRAMPROC, LinkProgram)                          \
-    X(PFNGLGETPROGRAMIVPROC, GetProgramiv)                        \
-    X(PFNGLGETPROGRAMINFOLOGPROC, GetProgramInfoLog)              \
-    X(PFNGLGETACTIVEUNIFORMPROC, GetActiveUniform)                \
-    X(PFNGLUSEPROGRAMPROC, UseProgram)                            \
-    X(PFNGLDELETESHADERPROC, DeleteShader)                        \
-    X(PFNGLDELETEPROGRAMPROC, DeleteProgram)                      \
-    X(PFNGLGETUNIFORMLOCATIONPROC, GetUniformLocation)            \
-    X(PFNGLUNIFORM1FPROC, Uniform1f)                              \
-    X(PFNGLUNIFORM1IPROC, Uniform1i)                              \
-    X(PFNGLUNIFORM2FPROC, Uniform2f)                              \
-    X(PFNGLUNIFORM3FPROC, Uniform3f)                              \
-    X(PFNGLUNIFORM4FPROC, Uniform4f)                              \
-    X(PFNGLGENVERTEXARRAYSPROC, GenVertexArrays)                  \
-    X(PFNGLBINDVERTEXARRAYPROC, BindVertexArray)                  \
-    X(PFNGLDELETEVERTEXARRAYSPROC, DeleteVertexArrays)            \
-    X(PFNGLGENBUFFERSPROC, GenBuffers)                            \
-    X(PFNGLBINDBUFFERPROC, BindBuffer)                            \
-    X(PFNGLDELETEBUFFERSPROC, DeleteBuffers)                      \
-    X(PFNGLBUFFERDATAPROC, BufferData)                            \
-    X(PFNGLENABLEVERTEXATTRIBARRAYPROC, EnableVertexAttribArray)  \
-    X(PFNGLVERTEXATTRIBPOINTERPROC, VertexAttribPointer)          \
-    X(PFNGLGENFRAMEBUFFERSPROC, GenFramebuffers)                  \
-    X(PFNGLBINDFRAMEBUFFERPROC, BindFramebuffer)                  \
-    X(PFNGLDELETEFRAMEBUFFERSPROC, DeleteFramebuffers)            \
-    X(PFNGLFRAMEBUFFERTEXTURE2DPROC, FramebufferTexture2D)        \
-    X(PFNGLCHECKFRAMEBUFFERSTATUSPROC, CheckFramebufferStatus)    \
+#define FOR_EACH_GL_FUNCTION(X)                                                                                        \
+    X(PFNGLCREATESHADERPROC, CreateShader)                                                                             \
+    X(PFNGLSHADERSOURCEPROC, ShaderSource)                                                                             \
+    X(PFNGLCOMPILESHADERPROC, CompileShader)                                                                           \
+    X(PFNGLGETSHADERIVPROC, GetShaderiv)                                                                               \
+    X(PFNGLGETSHADERINFOLOGPROC, GetShaderInfoLog)                                                                     \
+    X(PFNGLCREATEPROGRAMPROC, CreateProgram)                                                                           \
+    X(PFNGLATTACHSHADERPROC, AttachShader)                                                                             \
+    X(PFNGLLINKPROGRAMPROC, LinkProgram)                                                                               \
+    X(PFNGLGETPROGRAMIVPROC, GetProgramiv)                                                                             \
+    X(PFNGLGETPROGRAMINFOLOGPROC, GetProgramInfoLog)                                                                   \
+    X(PFNGLGETACTIVEUNIFORMPROC, GetActiveUniform)                                                                     \
+    X(PFNGLUSEPROGRAMPROC, UseProgram)                                                                                 \
+    X(PFNGLDELETESHADERPROC, DeleteShader)                                                                             \
+    X(PFNGLDELETEPROGRAMPROC, DeleteProgram)                                                                           \
+    X(PFNGLGETUNIFORMLOCATIONPROC, GetUniformLocation)                                                                 \
+    X(PFNGLUNIFORM1FPROC, Uniform1f)                                                                                   \
+    X(PFNGLUNIFORM1IPROC, Uniform1i)                                                                                   \
+    X(PFNGLUNIFORM2FPROC, Uniform2f)                                                                                   \
+    X(PFNGLUNIFORM3FPROC, Uniform3f)                                                                                   \
+    X(PFNGLUNIFORM4FPROC, Uniform4f)                                                                                   \
+    X(PFNGLGENVERTEXARRAYSPROC, GenVertexArrays)                                                                       \
+    X(PFNGLBINDVERTEXARRAYPROC, BindVertexArray)                                                                       \
+    X(PFNGLDELETEVERTEXARRAYSPROC, DeleteVertexArrays)                                                                 \
+    X(PFNGLGENBUFFERSPROC, GenBuffers)                                                                                 \
+    X(PFNGLBINDBUFFERPROC, BindBuffer)                                                                                 \
+    X(PFNGLDELETEBUFFERSPROC, DeleteBuffers)                                                                           \
+    X(PFNGLBUFFERDATAPROC, BufferData)                                                                                 \
+    X(PFNGLENABLEVERTEXATTRIBARRAYPROC, EnableVertexAttribArray)                                                       \
+    X(PFNGLVERTEXATTRIBPOINTERPROC, VertexAttribPointer)                                                               \
+    X(PFNGLGENFRAMEBUFFERSPROC, GenFramebuffers)                                                                       \
+    X(PFNGLBINDFRAMEBUFFERPROC, BindFramebuffer)                                                                       \
+    X(PFNGLDELETEFRAMEBUFFERSPROC, DeleteFramebuffers)                                                                 \
+    X(PFNGLFRAMEBUFFERTEXTURE2DPROC, FramebufferTexture2D)                                                             \
+    X(PFNGLCHECKFRAMEBUFFERSTATUSPROC, CheckFramebufferStatus)                                                         \
     X(PFNGLACTIVETEXTUREPROC, ActiveTexture)
 
 struct GlFunctions {

@@ -27,8 +27,8 @@ PooledProgram* findPooled(GLuint program) {
 
 } // namespace
 
-GLuint borrowProgram(const std::string& vertexSource, const std::string& fragmentSource,
-                     const std::string& settings, const std::string& label) {
+GLuint borrowProgram(const std::string& vertexSource, const std::string& fragmentSource, const std::string& settings,
+                     const std::string& label) {
     // Sources end at their first NUL, so a NUL separates them beyond doubt.
     std::string key = vertexSource + '\0' + fragmentSource + '\0' + settings;
     for (PooledProgram& pooled : pool()) {

@@ -11,8 +11,8 @@
 // failure is not kept. A program is lent to one effect at a time, so the uniforms that the effect writes
 // stay its own. `settings` describes what it will write once and never again: only a program that was
 // last lent for the same settings is free for it, because uniforms keep their values.
-GLuint borrowProgram(const std::string& vertexSource, const std::string& fragmentSource,
-                     const std::string& settings, const std::string& label);
+GLuint borrowProgram(const std::string& vertexSource, const std::string& fragmentSource, const std::string& settings,
+                     const std::string& label);
 
 // Gives a borrowed program back; 0 is ignored.
 void returnProgram(GLuint program);

@@ -9,7 +9,7 @@ constexpr GLsizei kStride = 4 * sizeof(float);
 
 // x, y, u, v
 constexpr float kVertices[kVertexCount * 4] = {
-    -1, -1, 0, 0, 1, -1, 1, 0, 1, 1, 1, 1, //
+    -1, -1, 0, 0, 1, -1, 1, 0, 1,  1, 1, 1, //
     -1, -1, 0, 0, 1, 1,  1, 1, -1, 1, 0, 1,
 };
 

@@ -29,8 +29,8 @@ void deleteTarget(RenderTarget& target);
 // Makes the target current, with a viewport over all of it.
 void bindTarget(const RenderTarget& target);
 
-// Makes a target of that size current for a whole new picture: transparent black, depth test off. It is taken off texture
-// units 0 and 1, where the frame before may have left it: what is drawn into must not be sampled.
+// Makes a target of that size current for a whole new picture: transparent black, depth test off. It is taken off
+// texture units 0 and 1, where the frame before may have left it: what is drawn into must not be sampled.
 void beginTarget(RenderTarget& target, int width, int height);
 
 // What an offscreen draw disturbs: framebuffer, viewport and blending.

@@ -111,7 +111,8 @@ void resolveDirectory(TimelineEntry& entry) {
     }
     for (const std::string& file : files) {
         const std::string name = toLower(file);
-        if (buffer.empty() && file != fragment && endsWith(name, ".frag") && containsText(name, "buffera")) buffer = file;
+        if (buffer.empty() && file != fragment && endsWith(name, ".frag") && containsText(name, "buffera"))
+            buffer = file;
     }
     if (!vertex.empty()) entry.vertPath = joinPath(directory, vertex);
     if (!fragment.empty()) entry.fragPath = joinPath(directory, fragment);

@@ -150,7 +150,8 @@ std::vector<std::string> packFilesIn(const std::string& directory) {
     std::string prefix;
     if (!directoryPrefix(directory, prefix)) return names;
     for (const auto& [key, text] : pack().entries) {
-        if (key.size() > prefix.size() && key.starts_with(prefix) && key.find('/', prefix.size()) == std::string::npos) {
+        if (key.size() > prefix.size() && key.starts_with(prefix) &&
+            key.find('/', prefix.size()) == std::string::npos) {
             names.push_back(key.substr(prefix.size()));
         }
     }

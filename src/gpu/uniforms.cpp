@@ -11,10 +11,9 @@ namespace {
 
 // In the order of StandardUniform.
 constexpr const char* kStandardNames[] = {
-    "iResolution", "uResolution", "iTime", "uTime", "iFrame", "uAlpha", "iMouse",
-    "iChannel0", "iChannel1", "iChannel2", "iChannel3",
-    "uTex", "uTexture", "uBackground", "uTexA", "uInputTex", "uTexB",
-    "uBufferA", "uUvScale", "uUvOffset",
+    "iResolution", "uResolution", "iTime",     "uTime",     "iFrame",   "uAlpha",    "iMouse",
+    "iChannel0",   "iChannel1",   "iChannel2", "iChannel3", "uTex",     "uTexture",  "uBackground",
+    "uTexA",       "uInputTex",   "uTexB",     "uBufferA",  "uUvScale", "uUvOffset",
 };
 static_assert(std::size(kStandardNames) == static_cast<size_t>(StandardUniform::count));
 
@@ -69,8 +68,8 @@ UniformTable buildTable(GLuint program) {
     std::vector<char> buffer(static_cast<size_t>(std::max(maxLength, 0)) + 1);
     for (GLint i = 0; i < count; ++i) {
         UniformInfo info;
-        gl.GetActiveUniform(program, static_cast<GLuint>(i), static_cast<GLsizei>(buffer.size()), nullptr,
-                            &info.size, &info.type, buffer.data());
+        gl.GetActiveUniform(program, static_cast<GLuint>(i), static_cast<GLsizei>(buffer.size()), nullptr, &info.size,
+                            &info.type, buffer.data());
         if (char* bracket = std::strstr(buffer.data(), "[0]")) *bracket = '\0';
         info.location = gl.GetUniformLocation(program, buffer.data());
         if (info.location >= 0) table.byName.emplace(buffer.data(), info);
@@ -107,8 +106,8 @@ int inputChannel(const InputTexture& input) {
     return std::clamp(input.channel, 0, kChannelCount - 1);
 }
 
-void setChannelResolutions(const UniformTable& table, const Channels& channels, int defaultWidth,
-                           int defaultHeight, const InputTexture* input) {
+void setChannelResolutions(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
+                           const InputTexture* input) {
     for (int i = 0; i < kChannelCount; ++i) {
         if (table.channelResolution[i] < 0) continue;
         int width = channels[i].texture ? channels[i].width : defaultWidth;
@@ -155,9 +154,8 @@ bool isStandardUniform(const std::string& name) {
 bool samplesChannel0(GLuint program) {
     if (!program) return false;
     const UniformTable& table = uniformTable(program);
-    return std::any_of(std::begin(kChannel0Names), std::end(kChannel0Names), [&](StandardUniform name) {
-        return standardOf(table, name).type == GL_SAMPLER_2D;
-    });
+    return std::any_of(std::begin(kChannel0Names), std::end(kChannel0Names),
+                       [&](StandardUniform name) { return standardOf(table, name).type == GL_SAMPLER_2D; });
 }
 
 bool setUniformFloat(const UniformInfo& uniform, float value) {

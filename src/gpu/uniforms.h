@@ -21,10 +21,26 @@ constexpr int kBufferUnit = kChannelCount; // texture unit of the buffer pass's 
 
 // Uniforms that the player writes itself, resolved when the table is built: a steady frame looks up no name.
 enum class StandardUniform {
-    iResolution, uResolution, iTime, uTime, iFrame, uAlpha, iMouse,
-    iChannel0, iChannel1, iChannel2, iChannel3,
-    uTex, uTexture, uBackground, uTexA, uInputTex, uTexB,
-    uBufferA, uUvScale, uUvOffset,
+    iResolution,
+    uResolution,
+    iTime,
+    uTime,
+    iFrame,
+    uAlpha,
+    iMouse,
+    iChannel0,
+    iChannel1,
+    iChannel2,
+    iChannel3,
+    uTex,
+    uTexture,
+    uBackground,
+    uTexA,
+    uInputTex,
+    uTexB,
+    uBufferA,
+    uUvScale,
+    uUvOffset,
     count
 };
 

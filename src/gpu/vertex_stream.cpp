@@ -29,7 +29,8 @@ void drawVertexStream(const VertexStream& stream, const std::vector<float>& vert
     if (vertices.empty() || !stream.buffer) return;
     gl.BindVertexArray(stream.vertexArray);
     gl.BindBuffer(GL_ARRAY_BUFFER, stream.buffer);
-    gl.BufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(float)), vertices.data(), GL_DYNAMIC_DRAW);
+    gl.BufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(float)), vertices.data(),
+                  GL_DYNAMIC_DRAW);
     const size_t count = vertices.size() / static_cast<size_t>(stream.vertexFloats);
     glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(count));
     gl.BindBuffer(GL_ARRAY_BUFFER, 0);

@@ -35,6 +35,6 @@ struct AudioFunctions {
 };
 
 constexpr uint64_t kAudioUnknown = ~uint64_t{0};
-constexpr uint32_t kAudioAttributeVolume = 2;  // 0 to 1
-constexpr uint32_t kAudioPositionBytes = 0;    // the one mode of positions and lengths
+constexpr uint32_t kAudioAttributeVolume = 2;     // 0 to 1
+constexpr uint32_t kAudioPositionBytes = 0;       // the one mode of positions and lengths
 constexpr uint32_t kAudioStreamPrescan = 0x20000; // exact lengths and positions

@@ -21,8 +21,9 @@ bool isAbsolutePath(const std::string& path);
 // and ".." are folded. Symbolic links are left alone. Empty where the system has no room for so long a path.
 std::string fullPath(const std::string& path);
 
-// Between keepListings(true) and keepListings(false) what look-ups ignoring case have read of directories is remembered:
-// while a show loads, whose missing files would otherwise have the same directories read again each. For one thread.
+// Between keepListings(true) and keepListings(false) what look-ups ignoring case have read of directories is
+// remembered: while a show loads, whose missing files would otherwise have the same directories read again each. For
+// one thread.
 void keepListings(bool keeping);
 
 // A readable kind of file: exists, is not a directory and not a device or pipe (a show that names

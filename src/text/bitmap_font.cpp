@@ -60,8 +60,8 @@ std::vector<BitmapGlyph> readGlyphs(const JsonValue& root, const std::string& pa
         }
     }
     if (leftOut > 0) {
-        logLine("[FONT] %s: %d glyphs left out, codes above %d do not fit the driver's textures\n", path.c_str(), leftOut,
-                lastCode);
+        logLine("[FONT] %s: %d glyphs left out, codes above %d do not fit the driver's textures\n", path.c_str(),
+                leftOut, lastCode);
     }
     return glyphs;
 }

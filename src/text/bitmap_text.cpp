@@ -15,9 +15,9 @@ void readColor(const JsonValue& value, float missing, std::array<float, 4>& colo
 
 BitmapTextUniforms resolveUniforms(GLuint program) {
     const auto resolve = [&](const char* name) { return uniformNamed(program, name); };
-    return {resolve("uTextColor"), resolve("uBgColor"),     resolve("uTextPos"),
-            resolve("uScale"),     resolve("uSpacing"),     resolve("uLineSpacing"),
-            resolve("uTextLength"), resolve("uTextTex"),    resolve("uGlyphTex")};
+    return {resolve("uTextColor"),  resolve("uBgColor"), resolve("uTextPos"),
+            resolve("uScale"),      resolve("uSpacing"), resolve("uLineSpacing"),
+            resolve("uTextLength"), resolve("uTextTex"), resolve("uGlyphTex")};
 }
 
 GLuint createCodeTexture(const std::string& text) {

@@ -15,9 +15,9 @@ struct BitmapTextParams {
     std::string text = "HELLO";
     std::array<float, 4> textColor = {1.0f, 1.0f, 1.0f, 1.0f}; // R, G, B, A
     std::array<float, 4> bgColor = {0.0f, 0.0f, 0.0f, 0.0f};
-    float textPosX = 50.0f; // pixels from the left of the output
-    float textPosY = 50.0f; // pixels from its top
-    float scale = 8.0f;     // pixels a glyph's pixel
+    float textPosX = 50.0f;   // pixels from the left of the output
+    float textPosY = 50.0f;   // pixels from its top
+    float scale = 8.0f;       // pixels a glyph's pixel
     float spacing = 1.0f;     // of the usual advance
     float lineSpacing = 1.2f; // of a glyph's height
 };

@@ -5,10 +5,10 @@
 
 namespace {
 
-constexpr uint8_t kInkAlpha = 112;        // glow and soft edges lie below
-constexpr float kLetterGap = 0.2f;        // between the ink of two letters, in capitals' heights
-constexpr float kSpaceWidth = 0.66f;      // likewise
-constexpr size_t kMostTexels = 1u << 24;  // a larger atlas is not read back
+constexpr uint8_t kInkAlpha = 112;       // glow and soft edges lie below
+constexpr float kLetterGap = 0.2f;       // between the ink of two letters, in capitals' heights
+constexpr float kSpaceWidth = 0.66f;     // likewise
+constexpr size_t kMostTexels = 1u << 24; // a larger atlas is not read back
 constexpr float kMostShrink = 0.5f;
 constexpr size_t kMaxLineLetters = 512;
 constexpr float kFarthestTexel = 1 << 20; // of a cell that is drawn: shaders count texels in whole numbers
@@ -158,8 +158,8 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
         const float most = 4.0f * caption.cellWidth;
         const float advance = std::isfinite(glyph.advance) ? std::clamp(glyph.advance, 0.0f, most) : 0.0f;
         CaptionGlyph& set = caption.glyphs[c];
-        set = {true,     0.0f,     0.0f,     caption.cellWidth, caption.cellHeight, glyph.u0,
-               glyph.v1, glyph.u1, glyph.v0, 0.0f,              advance};
+        set = {true,     0.0f, 0.0f,   caption.cellWidth, caption.cellHeight, glyph.u0, glyph.v1, glyph.u1,
+               glyph.v0, 0.0f, advance};
         if (!isInReach(font, glyph)) set.x1 = set.x0;
         if (!hasPixels) continue;
         const CellInk cell = inkOf(font, glyph, pixels);

@@ -21,11 +21,11 @@ struct CaptionGlyph {
 
 struct CaptionFont {
     std::array<CaptionGlyph, 256> glyphs;
-    float cellWidth = 0.0f;  // pixels
+    float cellWidth = 0.0f; // pixels
     float cellHeight = 0.0f;
-    float capTop = 0.0f;     // cell pixels from the cell's top to the capitals' top
-    float capHeight = 1.0f;  // cell pixels, positive
-    float gap = 0.0f;        // cell pixels, of the advance: half of it on either side of the ink
+    float capTop = 0.0f;    // cell pixels from the cell's top to the capitals' top
+    float capHeight = 1.0f; // cell pixels, positive
+    float gap = 0.0f;       // cell pixels, of the advance: half of it on either side of the ink
 };
 
 // Measures where the ink of each glyph lies in RGBA pixels of the font's size, bottom row first as in the

@@ -36,8 +36,8 @@ struct CaptionParams {
     BlendMode blendMode = BlendMode::alpha;
     float alpha = 1.0f; // 0..1
     CaptionSide side = CaptionSide::left;
-    bool atTop = false;     // lower third: in an upper corner
-    float padding = 30.0f;  // 0..400, from the panel's edge to what stands in it
+    bool atTop = false;    // lower third: in an upper corner
+    float padding = 30.0f; // 0..400, from the panel's edge to what stands in it
     CaptionColor panelColor = {0.027f, 0.035f, 0.067f, 0.86f};
     CaptionColor accentColor = {1.0f, 0.31f, 0.15f, 1.0f};
     CaptionColor lineColor = {0.44f, 0.65f, 0.78f, 0.55f};

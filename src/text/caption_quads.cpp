@@ -21,8 +21,8 @@ float alphaAt(const CaptionPose& pose, float y) {
 
 void appendVertex(std::vector<float>& vertices, float x, float y, float u, float v, float alpha,
                   const CaptionColor& color, CaptionKind kind) {
-    const float vertex[kCaptionVertexFloats] = {x, y, u, v, alpha, color.r, color.g, color.b, color.a,
-                                                static_cast<float>(kind)};
+    const float vertex[kCaptionVertexFloats] = {x,       y,       u,       v,       alpha,
+                                                color.r, color.g, color.b, color.a, static_cast<float>(kind)};
     vertices.insert(vertices.end(), std::begin(vertex), std::end(vertex));
 }
 
@@ -61,8 +61,8 @@ void appendSolid(std::vector<float>& vertices, const CaptionRect& rect, const Ca
     if (!(width > 0.0f && height > 0.0f)) return;
     // Half a pixel more on every side, for the pixels that the edges only touch.
     const float u = 0.5f / width, v = 0.5f / height;
-    appendQuad(vertices, {rect.x0 - 0.5f, rect.y0 - 0.5f, rect.x1 + 0.5f, rect.y1 + 0.5f},
-               {-u, -v, 1.0f + u, 1.0f + v}, color, CaptionKind::solid, pose);
+    appendQuad(vertices, {rect.x0 - 0.5f, rect.y0 - 0.5f, rect.x1 + 0.5f, rect.y1 + 0.5f}, {-u, -v, 1.0f + u, 1.0f + v},
+               color, CaptionKind::solid, pose);
 }
 
 void appendSoft(std::vector<float>& vertices, const CaptionRect& rect, float radiusX, float radiusY,
@@ -73,8 +73,7 @@ void appendSoft(std::vector<float>& vertices, const CaptionRect& rect, float rad
     for (size_t row = 0; row < 3; ++row) {
         for (size_t column = 0; column < 3; ++column) {
             const CaptionRect part = {x[column], y[row], x[column + 1], y[row + 1]};
-            const TextureRect distance = {kDistance[column], kDistance[row], kDistance[column + 1],
-                                          kDistance[row + 1]};
+            const TextureRect distance = {kDistance[column], kDistance[row], kDistance[column + 1], kDistance[row + 1]};
             appendQuad(vertices, part, distance, color, CaptionKind::soft, pose);
         }
     }

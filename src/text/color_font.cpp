@@ -133,7 +133,8 @@ std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
     }
     const int64_t texels = int64_t{image.width} * image.height;
     if (cache().texels + texels > kMaxAtlasTexels) {
-        return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) + " megapixels";
+        return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) +
+               " megapixels";
     }
     clearGlErrors();
     glGenTextures(1, &font.texture);
@@ -201,7 +202,8 @@ std::string resolveColorFontPath(const std::string& fontPath, const std::string&
     });
 }
 
-std::string resolveFontTexturePath(const std::string& texture, const std::string& jsonPath, const std::string& baseDir) {
+std::string resolveFontTexturePath(const std::string& texture, const std::string& jsonPath,
+                                   const std::string& baseDir) {
     const std::string path = withSystemSeparators(texture);
     if (path.empty()) return {};
     if (isAbsolutePath(path) && fileExists(path)) return path;

@@ -227,8 +227,9 @@ CreditRoll layoutCreditRoll(const CaptionParams& params, const CaptionFont& font
     const float outer = std::min(kRollWidth * roll.unit, roll.width * (1.0f - 2.0f * kMarginX));
     const float inner = std::max(outer - 2.0f * padding, 0.2f * outer);
     const float middleLeft = 0.5f * roll.width, reach = 0.5f * outer + kMarginX * roll.width;
-    const float middle = params.side == CaptionSide::left ? reach
-                         : params.side == CaptionSide::right ? roll.width - reach : middleLeft;
+    const float middle = params.side == CaptionSide::left    ? reach
+                         : params.side == CaptionSide::right ? roll.width - reach
+                                                             : middleLeft;
     if (params.showPanel) roll.panel = {middle - 0.5f * outer, 0.0f, middle + 0.5f * outer, roll.height};
 
     Setter setter = {roll, params, font};

@@ -13,7 +13,7 @@ struct CreditRow {
     float bottom = 0.0f;
     size_t firstLine = 0; // in CreditRoll::lines
     size_t lineCount = 0;
-    CaptionRect rule;     // without area: none
+    CaptionRect rule; // without area: none
     CaptionColor ruleColor;
 };
 
@@ -28,16 +28,16 @@ struct CreditGroup {
 struct CreditRoll {
     float width = 0.0f; // of the output, pixels
     float height = 0.0f;
-    float unit = 1.0f;  // pixels to a pixel of the reference height
-    CaptionRect panel;  // behind the roll; without area: none
+    float unit = 1.0f; // pixels to a pixel of the reference height
+    CaptionRect panel; // behind the roll; without area: none
     std::vector<CaptionLine> lines;
     std::vector<CreditRow> rows; // tops and bottoms ascend
     size_t headerRows = 0;       // the first ones
     float headerDy = 0.0f;       // mode "blocks": where the header stands
     std::vector<CreditGroup> groups;
-    float contentHeight = 0.0f;  // from the first line's capitals to below the last line
-    float overhang = 0.0f;       // that letters' cells stick out above and below their row
-    size_t mostFloats = 0;       // of a frame
+    float contentHeight = 0.0f; // from the first line's capitals to below the last line
+    float overhang = 0.0f;      // that letters' cells stick out above and below their row
+    size_t mostFloats = 0;      // of a frame
 };
 
 CreditRoll layoutCreditRoll(const CaptionParams& params, const CaptionFont& font, int width, int height);

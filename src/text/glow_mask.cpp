@@ -7,7 +7,7 @@ namespace {
 
 constexpr float kReachShare = 0.38f; // of the mask's shorter side: three of the widest spreads, and some air
 constexpr float kSpreads[] = {0.115f, 0.036f, 0.012f}; // standard deviations, of the same side
-constexpr int kBoxPasses = 3; // as good as a Gaussian, and dark beyond three spreads
+constexpr int kBoxPasses = 3;                          // as good as a Gaussian, and dark beyond three spreads
 
 struct Field {
     int width = 0;

@@ -27,12 +27,12 @@ struct Frame {
     const KineticLayout& layout;
     GlitchFrame glitch;
     float time = 0.0f;
-    float written = 0.0f; // characters or words
+    float written = 0.0f;                 // characters or words
     float anchorX = 0.0f, anchorY = 0.0f; // pixels
     float lineStep = 0.0f;
-    float glowPad = 0.0f; // pixels that a glow quad is larger on each side; 0: no glow
+    float glowPad = 0.0f;                 // pixels that a glow quad is larger on each side; 0: no glow
     float waveSin = 0.0f, waveCos = 1.0f; // of the wave at the first glyph
-    int limit = 0; // units before this one are there
+    int limit = 0;                        // units before this one are there
     bool overTime = true;
 };
 

@@ -17,12 +17,12 @@ struct GlitchOffset {
 struct GlitchFrame {
     KineticGlitch style = KineticGlitch::digital;
     bool isOn = false;
-    uint32_t step = 0;     // of time; everything is redrawn by lot with the next one
+    uint32_t step = 0; // of time; everything is redrawn by lot with the next one
     float hitChance = 0.0f;
     float strongAbove = 1.0f; // a lot above this hits harder
-    float amplitude = 0.0f; // pixels
-    float dimming = 0.0f;   // most that the alpha may lose
-    float shiftU = 0.0f;    // texture coordinates
+    float amplitude = 0.0f;   // pixels
+    float dimming = 0.0f;     // most that the alpha may lose
+    float shiftU = 0.0f;      // texture coordinates
     float shiftV = 0.0f;
 };
 

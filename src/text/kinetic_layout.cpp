@@ -96,8 +96,8 @@ struct TextCounters {
     int words = 0;
 };
 
-void layoutLine(std::string_view line, const KineticTextParams& params, const ColorFont& font,
-                const GlyphTable& table, TextCounters& count, KineticLayout& layout) {
+void layoutLine(std::string_view line, const KineticTextParams& params, const ColorFont& font, const GlyphTable& table,
+                TextCounters& count, KineticLayout& layout) {
     const bool explodes = params.animation == KineticAnimation::explode && params.explodeAmount > 0.0f;
     const bool waves = params.animation == KineticAnimation::wave;
     const size_t lastInk = line.find_last_not_of(' ');

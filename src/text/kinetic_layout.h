@@ -11,19 +11,19 @@
 
 // One character that is no space.
 struct KineticGlyph {
-    ColorGlyph cell;    // the character's, or its stand-in's
-    float pen = 0.0f;   // pixels from the line's start
+    ColorGlyph cell;  // the character's, or its stand-in's
+    float pen = 0.0f; // pixels from the line's start
     int line = 0;
-    int charIndex = 0;  // characters before it in the whole text, spaces aside
-    int wordIndex = 0;  // words before it
-    uint32_t seed = 0;  // of charIndex and wordIndex, for all that is random
+    int charIndex = 0; // characters before it in the whole text, spaces aside
+    int wordIndex = 0; // words before it
+    uint32_t seed = 0; // of charIndex and wordIndex, for all that is random
     unsigned char code = 0;
     float phaseSin = 0.0f; // of its place along a wave
     float phaseCos = 1.0f;
     float flightX = 0.0f; // pixels of a whole explosion
     float flightY = 0.0f;
-    float spin = 0.0f;    // radians of it, clockwise
-    float growth = 0.0f;  // of the size
+    float spin = 0.0f;   // radians of it, clockwise
+    float growth = 0.0f; // of the size
 };
 
 // Letters to show in place of another one, looked up by where the walk through the font's characters
@@ -34,11 +34,11 @@ struct ScrambleLetter {
 };
 
 struct KineticLayout {
-    std::vector<float> lineWidths; // pixels
-    std::vector<KineticGlyph> glyphs; // in the text's order
+    std::vector<float> lineWidths;       // pixels
+    std::vector<KineticGlyph> glyphs;    // in the text's order
     std::vector<ScrambleLetter> letters; // one a character of the font; empty where nothing scrambles
-    std::vector<ColorGlyph> cells; // by code, for the letters; empty likewise
-    float cellWidth = 0.0f;  // pixels
+    std::vector<ColorGlyph> cells;       // by code, for the letters; empty likewise
+    float cellWidth = 0.0f;              // pixels
     float cellHeight = 0.0f;
     float texelU = 1.0f; // of the atlas, in texture coordinates
     float texelV = 1.0f;

@@ -42,8 +42,7 @@ constexpr FloatKey kFloatKeys[] = {
 };
 
 // "x", else "positionX", else the element of "position"; the same for y.
-float readPosition(const JsonValue& params, const char* shortKey, const char* longKey, size_t element,
-                   float fallback) {
+float readPosition(const JsonValue& params, const char* shortKey, const char* longKey, size_t element, float fallback) {
     const std::vector<JsonValue>& pair = find(params, "position").items;
     if (element < pair.size()) fallback = getFinite(pair[element], fallback);
     return getFinite(find(params, shortKey), getFinite(find(params, longKey), fallback));
@@ -80,8 +79,8 @@ KineticAnimation animationFrom(const std::string& name) {
         const char* name;
         KineticAnimation animation;
     } kNames[] = {
-        {"wave", KineticAnimation::wave},       {"punch", KineticAnimation::punch},
-        {"typeon", KineticAnimation::typeOn},   {"explode", KineticAnimation::explode},
+        {"wave", KineticAnimation::wave},         {"punch", KineticAnimation::punch},
+        {"typeon", KineticAnimation::typeOn},     {"explode", KineticAnimation::explode},
         {"scramble", KineticAnimation::scramble},
     };
     for (const auto& known : kNames) {

@@ -8,8 +8,9 @@
 namespace {
 
 KineticUniforms resolveUniforms(GLuint program) {
-    return {uniformNamed(program, "iResolution"), uniformNamed(program, "uFontTexture"), uniformNamed(program, "uAlpha"),
-            uniformNamed(program, "uTextureTexelSize"), uniformNamed(program, "uRenderMode"), uniformNamed(program, "uGlowColor"),
+    return {uniformNamed(program, "iResolution"),    uniformNamed(program, "uFontTexture"),
+            uniformNamed(program, "uAlpha"),         uniformNamed(program, "uTextureTexelSize"),
+            uniformNamed(program, "uRenderMode"),    uniformNamed(program, "uGlowColor"),
             uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius")};
 }
 

@@ -74,8 +74,8 @@ float luminance(const CaptionColor& color) {
 // The texts before they have a place.
 struct Blocks {
     TextBlock title, subtitle, label;
-    float ruleSpace = 0.0f;   // height between title and subtitle
-    float panelWidth = 0.0f;  // 0: no panel
+    float ruleSpace = 0.0f;  // height between title and subtitle
+    float panelWidth = 0.0f; // 0: no panel
     float panelHeight = 0.0f;
     float badgeHeight = 0.0f; // 0: no badge
     float sideAccent = 0.0f;  // width that the accent takes of the panel
@@ -279,7 +279,7 @@ float lowerThirdProgress(const CaptionParams& params, float time, float duration
 void appendLowerThird(std::vector<float>& vertices, const LowerThird& layout, const CaptionParams& params,
                       const CaptionFont& font, float time, float duration) {
     const auto at = [&](float delay) { return lowerThirdProgress(params, time, duration, delay); };
-    const Progress progress = {at(kPanelDelay), at(kAccentDelay), at(kTitleDelay),
+    const Progress progress = {at(kPanelDelay), at(kAccentDelay),   at(kTitleDelay),
                                at(kRuleDelay),  at(kSubtitleDelay), at(kBadgeDelay)};
     const CaptionPose panel = panelPose(layout, params, progress.panel);
     if (hasArea(layout.panel)) appendPanel(vertices, layout, params, progress, panel);

@@ -11,11 +11,11 @@
 struct LowerThird {
     float width = 0.0f; // of the output, pixels
     float height = 0.0f;
-    float unit = 1.0f;  // pixels to a pixel of the reference height
-    CaptionRect panel;  // without area where there is no text at all
+    float unit = 1.0f; // pixels to a pixel of the reference height
+    CaptionRect panel; // without area where there is no text at all
     CaptionRect accent;
-    CaptionRect rule;   // between title and subtitle; without area where it is not shown
-    CaptionRect badge;  // around the label; without area where there is none
+    CaptionRect rule;  // between title and subtitle; without area where it is not shown
+    CaptionRect badge; // around the label; without area where there is none
     std::vector<CaptionLine> title, subtitle, label;
 };
 

@@ -16,7 +16,7 @@ TextureInfo loadPicture(const std::string& path);
 // A logo's mask as rasterized (the first texel row is its top) and the glow that goes with it, upright alike.
 struct LogoTextures {
     TextureInfo mask;
-    TextureInfo glow; // none unless it was asked for
+    TextureInfo glow;    // none unless it was asked for
     GlowPlace glowPlace; // of no reach without a glow
 };
 

@@ -135,8 +135,8 @@ ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int heigh
     float w = params.width, h = params.height;
     if (h <= 0.0f) {
         const float outputAspect = static_cast<float>(width) / static_cast<float>(std::max(height, 1));
-        h = w * outputAspect * static_cast<float>(shape.logo.mask.height)
-            / static_cast<float>(std::max(shape.logo.mask.width, 1));
+        h = w * outputAspect * static_cast<float>(shape.logo.mask.height) /
+            static_cast<float>(std::max(shape.logo.mask.width, 1));
     }
     float left = params.x, top = params.y;
     switch (params.anchor) {

@@ -83,10 +83,10 @@ size_t numberLength(std::string_view text, size_t i) {
 struct Pen {
     std::vector<SvgContour>* contours = nullptr;
     size_t points = 0;
-    SvgContour contour; // in progress
-    SvgPoint at;        // the current point
-    SvgPoint start;     // of the contour
-    bool reopens = false; // drawing goes on behind a close without a move
+    SvgContour contour;                      // in progress
+    SvgPoint at;                             // the current point
+    SvgPoint start;                          // of the contour
+    bool reopens = false;                    // drawing goes on behind a close without a move
     SvgPoint cubicControl, quadraticControl; // the last ones
     bool afterCubic = false, afterQuadratic = false;
 };
@@ -185,13 +185,9 @@ void draw(Pen& pen, char command, const float* n) {
     case 'H': lineTo(pen, {origin.x + n[0], pen.at.y}); break;
     case 'V': lineTo(pen, {pen.at.x, origin.y + n[0]}); break;
     case 'C': cubicTo(pen, point(0), point(2), point(4)); break;
-    case 'S':
-        cubicTo(pen, pen.afterCubic ? reflect(pen.cubicControl, pen.at) : pen.at, point(0), point(2));
-        break;
+    case 'S': cubicTo(pen, pen.afterCubic ? reflect(pen.cubicControl, pen.at) : pen.at, point(0), point(2)); break;
     case 'Q': quadraticTo(pen, point(0), point(2)); break;
-    case 'T':
-        quadraticTo(pen, pen.afterQuadratic ? reflect(pen.quadraticControl, pen.at) : pen.at, point(0));
-        break;
+    case 'T': quadraticTo(pen, pen.afterQuadratic ? reflect(pen.quadraticControl, pen.at) : pen.at, point(0)); break;
     default: break;
     }
 }

@@ -37,9 +37,10 @@ void logState(const char* title, const Timeline& timeline, float t, const PlaySt
     }
     const TimelineEntry& base = *state.base->entry;
     const SceneSpan& scene = sceneOf(timeline, *state.base);
-    logLine("%s t=%.3fs scene=%s sceneIn=%.3fs sceneOut=%.3fs base=%s type=%s entryIn=%.3fs entryOut=%.3fs overlays=%d\n",
-            title, seconds(t), orNone(base.scene), seconds(scene.start), seconds(scene.end), orNone(base.id),
-            orNone(base.type), seconds(state.base->start), seconds(state.base->start + state.base->duration), overlays);
+    logLine(
+        "%s t=%.3fs scene=%s sceneIn=%.3fs sceneOut=%.3fs base=%s type=%s entryIn=%.3fs entryOut=%.3fs overlays=%d\n",
+        title, seconds(t), orNone(base.scene), seconds(scene.start), seconds(scene.end), orNone(base.id),
+        orNone(base.type), seconds(state.base->start), seconds(state.base->start + state.base->duration), overlays);
     for (const RuntimeEntry* overlay : state.overlays) logEntry("OVR", overlay);
 }
 
@@ -125,7 +126,8 @@ bool resolveTransition(Timeline& timeline, float t, TransitionState& state) {
     if (!(duration > 0.0f)) {
         float end = start;
         for (const RuntimeEntry& entry : timeline.entries) {
-            if (entry.scene == state.outgoing && isTimeActive(entry, t)) end = std::max(end, entry.start + entry.duration);
+            if (entry.scene == state.outgoing && isTimeActive(entry, t))
+                end = std::max(end, entry.start + entry.duration);
         }
         duration = end - start;
     }

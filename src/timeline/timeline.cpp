@@ -134,7 +134,8 @@ void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int w
     if (index < 0 || index >= static_cast<int>(config.scenes.size())) return;
     const SceneSpec& scene = config.scenes[index];
     logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
-            orNone(scene.id), static_cast<int>(scene.entries.size()), static_cast<double>(sceneDuration(config, index)));
+            orNone(scene.id), static_cast<int>(scene.entries.size()),
+            static_cast<double>(sceneDuration(config, index)));
     timeline.entries.reserve(scene.entries.size());
     for (const TimelineEntry& entry : scene.entries) {
         if (skipCpuOnly(entry)) continue;

@@ -60,7 +60,8 @@ TEST(Options, ReadWhatIsGiven) {
 
 TEST(Options, RefuseInOneLineThatNamesTheOption) {
     const std::pair<const char*, std::vector<const char*>> bad[] = {
-        {"--start", {"--fs", "-1", "", ".", "+1", " 1", "1s", "1e3", "0x10", "nan", "1.2.3", "1,5", ":30", "1:",
+        {"--start", {"--fs", "-1",      "",       ".",       "+1",   " 1",        "1s",
+                     "1e3",  "0x10",    "nan",    "1.2.3",   "1,5",  ":30",       "1:",
                      "1:60", "1:60:00", "1.5:30", "1:2:3:4", "1::2", "1000000.5", "999999999999999999999999"}},
         {"--size", {"640", "0x480", "9x9x1", "16385x1", "16384x16384", "9x9 ", "4294967297x1"}},
         {"--fps", {"0", "nan", "1000000000", "1/0", "3.5/2", "9000000000/9000000"}},
@@ -70,10 +71,14 @@ TEST(Options, RefuseInOneLineThatNamesTheOption) {
         {"--o", {""}},
     };
     std::vector<std::pair<std::vector<const char*>, std::string>> cases = {
-        {{"--nothing"}, "'--nothing'"}, {{"--headless=1"}, "'--headless=1'"},
-        {{"a.json", "b.json"}, "'a.json' and 'b.json'"}, {{"--start"}, "--start needs a value"},
-        {{"--still", "1"}, "--still"}, {{"--still", "1", "-o", "a.mp4"}, "--still"},
-        {{"-o", "film.avi"}, "'film.avi'"}, {{"--ffmpeg-args", "-an", "-o", "a.png"}, "--ffmpeg-args"},
+        {{"--nothing"}, "'--nothing'"},
+        {{"--headless=1"}, "'--headless=1'"},
+        {{"a.json", "b.json"}, "'a.json' and 'b.json'"},
+        {{"--start"}, "--start needs a value"},
+        {{"--still", "1"}, "--still"},
+        {{"--still", "1", "-o", "a.mp4"}, "--still"},
+        {{"-o", "film.avi"}, "'film.avi'"},
+        {{"--ffmpeg-args", "-an", "-o", "a.png"}, "--ffmpeg-args"},
     };
     for (const auto& [name, values] : bad) {
         for (const char* value : values) {

@@ -10,10 +10,15 @@ namespace {
 TEST(Navigation, StepsFromSceneToScene) {
     Timeline timeline;
     timeline.scenes = {{"a", 2, 9, {}, 0}, {"b", 10, 19, {}, 0}, {"c", 20, 29, {}, 0}};
-    const struct { float t; int step; const char* scene; float time; } cases[] = {
-        {0, 1, "b", 10},       {0, -1, "a", 2}, // before all of them the first is the current one
-        {2.5f, -1, "a", 2},    {9.94f, 1, "b", 10}, {9.96f, 1, "c", 20}, // just reached is reached
-        {10.5f, -1, "a", 2},   {11, -1, "a", 2},    {11.01f, -1, "b", 10}, {1e6f, 1, "c", 20},
+    const struct {
+        float t;
+        int step;
+        const char* scene;
+        float time;
+    } cases[] = {
+        {0, 1, "b", 10},     {0, -1, "a", 2}, // before all of them the first is the current one
+        {2.5f, -1, "a", 2},  {9.94f, 1, "b", 10}, {9.96f, 1, "c", 20}, // just reached is reached
+        {10.5f, -1, "a", 2}, {11, -1, "a", 2},    {11.01f, -1, "b", 10}, {1e6f, 1, "c", 20},
     };
     for (const auto& c : cases) {
         const SceneStep step = stepScene(timeline, c.t, c.step);
@@ -23,9 +28,12 @@ TEST(Navigation, StepsFromSceneToScene) {
 }
 
 TEST(Navigation, StaysInsideTheRange) {
-    const struct { VisualRange range; float t, clamped; } cases[] = {
-        {{2, 10, 8}, 5, 5},       {{2, 10, 8}, 10, 10 - 0.001f}, {{2, 10, 8}, -1e9f, 2},
-        {{2, 2.0005f, 0.0005f}, 2.0004f, 2}, {{3, 0, 0}, 9, 3},  {{-5, 0, 5}, 7, -0.001f},
+    const struct {
+        VisualRange range;
+        float t, clamped;
+    } cases[] = {
+        {{2, 10, 8}, 5, 5}, {{2, 10, 8}, 10, 10 - 0.001f}, {{2, 10, 8}, -1e9f, 2}, {{2, 2.0005f, 0.0005f}, 2.0004f, 2},
+        {{3, 0, 0}, 9, 3},  {{-5, 0, 5}, 7, -0.001f},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(clampToRange(c.range, c.t), c.clamped) << c.range.end << " at " << c.t;
@@ -35,7 +43,10 @@ TEST(Navigation, StaysInsideTheRange) {
 }
 
 TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {
-    const struct { float seconds, timeScale, localTime; int frames; } cases[] = {
+    const struct {
+        float seconds, timeScale, localTime;
+        int frames;
+    } cases[] = {
         {4, 0.5f, 2, 240}, {-1, 1, 0, 0}, {3, -1, -3, 180}, {0.025f, 1, 0.025f, 2}, {1e30f, 0, 0, 2147483520},
     };
     for (const auto& c : cases) {
@@ -58,9 +69,13 @@ TEST(Clock, StallsAreCutShort) {
 }
 
 TEST(Output, NumbersFrames) {
-    const struct { const char* pattern; long long number; const char* path; } cases[] = {
+    const struct {
+        const char* pattern;
+        long long number;
+        const char* path;
+    } cases[] = {
         {"f-%04d.png", 42, "f-0042.png"}, {"%02d/f.png", 12345, "12345/f.png"}, {"%0d", 3, "3"},
-        {"%%%d%%d", 5, "%5%d"}, {"100%%.png", 7, "100%.png"},
+        {"%%%d%%d", 5, "%5%d"},           {"100%%.png", 7, "100%.png"},
     };
     std::string path;
     bool hasNumber = false;

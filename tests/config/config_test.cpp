@@ -38,13 +38,12 @@ TimelineEntry parseEntry(const std::string& json, const ShaderLookup& shaders = 
 
 TEST(Config, TakesEveryDefaultFromWhatIsMissingOrOfTheWrongKind) {
     const TempShow show;
-    for (const char* json : {
-             "{}",
-             R"({"globals":{"width":"640","height":true,"fullscreen":1,"loop":0},"entries":{},"fallbackImage":7})",
-             R"({"globals":{"width":nan,"Height":1},"audio":"music.mp3","schemaVersion":["native-runtime/v1"]})",
-             R"({"audio":{"path":3,"volume":"1","startOffset":true},"schemaVersion":"native-runtime/v2"})",
-             R"({"assets":["a","b"],"scenes":{"id":"a"},"transitions":[{"type":"wipe"}],"imagePath":[]})",
-             R"({"scenes":[3,null,"x",[],{}],"transitions":{}})"}) {
+    for (const char* json :
+         {"{}", R"({"globals":{"width":"640","height":true,"fullscreen":1,"loop":0},"entries":{},"fallbackImage":7})",
+          R"({"globals":{"width":nan,"Height":1},"audio":"music.mp3","schemaVersion":["native-runtime/v1"]})",
+          R"({"audio":{"path":3,"volume":"1","startOffset":true},"schemaVersion":"native-runtime/v2"})",
+          R"({"assets":["a","b"],"scenes":{"id":"a"},"transitions":[{"type":"wipe"}],"imagePath":[]})",
+          R"({"scenes":[3,null,"x",[],{}],"transitions":{}})"}) {
         SCOPED_TRACE(json);
         const LogCapture log;
         const RuntimeConfig config = load(show, json);
@@ -63,14 +62,17 @@ TEST(Config, ReadsTheShowsOwnSettings) {
     const LogCapture log;
     const ShaderLookup shaders = {[](const std::string& baseDir) { logLine("pack below %s\n", baseDir.c_str()); },
                                   [](TimelineEntry& entry) { logLine("look up %s\n", entry.type.c_str()); }};
-    const RuntimeConfig config = load(show, "\xEF\xBB\xBF" R"({
+    const RuntimeConfig config = load(show,
+                                      "\xEF\xBB\xBF"
+                                      R"({
         "transitions": {"a": {"type": "wipe"}, "b": {"type": "dots", "duration": 1.5, "params": {"x": 3}}, "a": {}},
         "entries": [{"type": "flat"}, {"type": "off", "enabled": false}],
         "scenes": [{"id": "one", "entries": [{"type": "listed"}, {}]}],
         "audio": {"path": "@music", "volume": 0.25, "startOffset": -2},
         "assets": {"music": "old.mp3", "music": "audio/track.mp3"}, "fallbackImage": "", "imagePath": "@music",
         "globals": {"width": 1e12, "height": -3.9, "fullscreen": true, "loop": false},
-        "schemaVersion": "native-runtime/v1"})", shaders);
+        "schemaVersion": "native-runtime/v1"})",
+                                      shaders);
     EXPECT_EQ(log.text(), "[CONFIG] baseDir = " + show.baseDir + "\npack below " + show.baseDir +
                               "\n[CONFIG] native runtime schema: native-runtime/v1\n"
                               "look up listed\nlook up \nlook up flat\nlook up off\n"
@@ -144,7 +146,8 @@ TEST(TimelineEntry, ReadsItsKeys) {
              "params":{"alpha":0.5,"timeScale":-2,"blendMode":"additive"}})",
          "i|T|s 1.5+2 for 3 overlay disabled layer 4 alpha 0.5 scale -2 additive"},
         {R"({"id":1,"type":true,"scene":[],"start":"1","delay":{},"duration":"3","overlay":1,"enabled":0,"layer":"4",
-             "params":{"alpha":"1","timeScale":true,"blendMode":2}})", kDefaultEntry},
+             "params":{"alpha":"1","timeScale":true,"blendMode":2}})",
+         kDefaultEntry},
         {R"({"start":1e999,"delay":-inf,"duration":nan,"layer":nan,"params":{"alpha":1e39,"timeScale":infinity}})",
          kDefaultEntry},
         {R"({"params":[{"alpha":0.5,"image":"x"}]})", kDefaultEntry},
@@ -163,7 +166,9 @@ TEST(TimelineEntry, ReadsItsKeys) {
 TEST(TimelineEntry, BindsAChannelToTheFirstKeyThatIsAString) {
     const std::vector<std::string> keysOf[] = {
         {"image", "imagePath", "texture", "channel0", "iChannel0", "uTex", "uTexture", "uBackground", "uTexA"},
-        {"channel1", "iChannel1", "uTexB"}, {"channel2", "iChannel2"}, {"channel3", "iChannel3"}};
+        {"channel1", "iChannel1", "uTexB"},
+        {"channel2", "iChannel2"},
+        {"channel3", "iChannel3"}};
     for (size_t channel = 0; channel < std::size(keysOf); ++channel) {
         std::string params = "\"last\":0"; // after the keys in the wrong order
         for (const std::string& key : keysOf[channel]) params.insert(0, "\"" + key + "\":\"" + key + ".png\",");
@@ -176,8 +181,8 @@ TEST(TimelineEntry, BindsAChannelToTheFirstKeyThatIsAString) {
     TimelineEntry entry = parseEntry(R"({"params":{"texture":"@t","channel1":"a","post":"b"}})");
     for (const int index : {-1, 1, 4}) bindChannelFromKeys(entry, index, {"post"}); // out of range, or bound already
     bindChannelFromKeys(entry, 2, {"missing", "post"});
-    EXPECT_EQ(entry.channels, (decltype(entry.channels){nativePath("D:/t.png"), nativePath("/show/a"),
-                                                        nativePath("/show/b"), ""}));
+    EXPECT_EQ(entry.channels,
+              (decltype(entry.channels){nativePath("D:/t.png"), nativePath("/show/a"), nativePath("/show/b"), ""}));
     EXPECT_EQ(entry.imagePath, entry.channels[0]);
 }
 
@@ -188,7 +193,8 @@ TEST(TimelineEntry, ChildrenKeepTheParentsPlaceInTime) {
         {nullptr, [](TimelineEntry& entry) { entry.fragPath = entry.type + ".frag"; }});
     const TimelineEntry child = deriveChildEntry(
         parseJson(R"({"id":"c","type":"plasma","scene":"x","start":9,"delay":9,"duration":9,"overlay":true,
-                      "enabled":false,"layer":9,"params":{"timeScale":2,"channel1":"@t"}})"), parent, "post");
+                      "enabled":false,"layer":9,"params":{"timeScale":2,"channel1":"@t"}})"),
+        parent, "post");
     EXPECT_EQ(describe(child), "p_post|plasma|s 3+0 for 7 layer 2 alpha 1 scale 2 alpha");
     EXPECT_EQ(child.channels, (decltype(child.channels){"", nativePath("D:/t.png"), "", ""}));
     EXPECT_EQ(child.fallbackImage, nativePath("/show/fallback.png"));

@@ -16,9 +16,10 @@ protected:
         // The picture on channel 0, its channels turned round, and its width.
         writeShader("turn", "uniform sampler2D iChannel0; uniform vec2 iChannelResolution[1]; void main() {"
                             "c = vec4(texture(iChannel0, vec2(0.5)).gbr, iChannelResolution[0].x / 255.0); }");
-        writeShader("composition", "in vec2 vUV; uniform sampler2D uTexA, uTexB; uniform float uPosition, uAlpha;"
-                                   "void main() { c = texture(uTexA, vUV); if (vUV.x > uPosition) c = texture(uTexB, vUV);"
-                                   "c.a *= uAlpha; }",
+        writeShader("composition",
+                    "in vec2 vUV; uniform sampler2D uTexA, uTexB; uniform float uPosition, uAlpha;"
+                    "void main() { c = texture(uTexA, vUV); if (vUV.x > uPosition) c = texture(uTexB, vUV);"
+                    "c.a *= uAlpha; }",
                     "DynamicSplit");
     }
 
@@ -67,7 +68,11 @@ std::string pip(const std::string& main, const std::string& more = "") {
 
 TEST_F(CompositeTest, FailuresAreSaidAndLeaveNothingBehind) {
     const std::string red = kRed, none = R"({"type": "nowhere"})";
-    const struct { std::string json, ending; bool runs = false; } cases[] = { // of the log
+    const struct {
+        std::string json, ending;
+        bool runs = false;
+    } cases[] = {
+        // of the log
         {pair("Blend", red, "7"), "    [ERROR] Blend requires params.source and params.target\n"},
         {pair("blend", red, none), "    [ERROR] Blend child failed: source=paint target=nowhere\n"},
         {composite("timeline_blend", "\"steps\": [1, {\"effect\": " + none + "}]"),
@@ -145,12 +150,16 @@ TEST_F(CompositeTest, ChildrenRunOnTheirParentsClock) {
 }
 
 TEST_F(CompositeTest, TimelineBlendWrapsAndOverlaps) {
-    use(composite("timeline_blend", std::string("\"alpha\": 0.4, \"steps\": [")
-        + "{\"start\": 2, \"startTime\": 7, \"duration\": 3, \"effect\": " + kGreen + "},"
-        + "{\"startTime\": 0, \"duration\": 3, \"effect\": " + kRed + "}]"));
+    use(composite("timeline_blend", std::string("\"alpha\": 0.4, \"steps\": [") +
+                                        "{\"start\": 2, \"startTime\": 7, \"duration\": 3, \"effect\": " + kGreen +
+                                        "}," + "{\"startTime\": 0, \"duration\": 3, \"effect\": " + kRed + "}]"));
     const Pixel red = {255, 0, 0, 102}, green = {0, 255, 0, 102}, both = {128, 128, 0, 255};
-    const std::pair<float, Pixel> cases[] = { // wrapped at 5
-        {0.5f, red}, {2.5f, both}, {4.0f, green}, {12.5f, both}, {-3.0f, red}};
+    const std::pair<float, Pixel> cases[] = {// wrapped at 5
+                                             {0.5f, red},
+                                             {2.5f, both},
+                                             {4.0f, green},
+                                             {12.5f, both},
+                                             {-3.0f, red}};
     for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(t), wanted);
     effect.loopSteps = false;
     EXPECT_PIXEL(drawAt(5.5f), Pixel{0, 0, 0, 0});
@@ -168,7 +177,8 @@ TEST_F(CompositeTest, SplitShowsBothChildren) {
 }
 
 TEST_F(CompositeTest, InsetsStayInTheirCorner) {
-    const std::pair<const char*, std::array<int, 4>> cases[] = { // x, y, width and height in an output of 200 x 100
+    const std::pair<const char*, std::array<int, 4>> cases[] = {
+        // x, y, width and height in an output of 200 x 100
         {R"({"corner": "Top-Left"})", {16, 59, 50, 25}},
         {R"({"corner": "TOP_RIGHT", "pipMargin": 0.5})", {150, 75, 50, 25}},
         {R"({"corner": "middle", "pipScale": 0.01})", {174, 16, 10, 5}},
@@ -182,8 +192,9 @@ TEST_F(CompositeTest, InsetsStayInTheirCorner) {
     // The inset waits, fades in, and keeps the picture around it.
     const LogCapture quiet;
     writePicture("green.png", {0, 255, 0, 255});
-    const std::string params = std::string("\"main\": ") + kRed
-        + R"(, "pipScale": 0.5, "pipMargin": 0, "corner": "topright", "pipDelay": 1, "pipFadeIn": 1, "pipAlpha": 0.8)";
+    const std::string params =
+        std::string("\"main\": ") + kRed +
+        R"(, "pipScale": 0.5, "pipMargin": 0, "corner": "topright", "pipDelay": 1, "pipFadeIn": 1, "pipAlpha": 0.8)";
     for (const std::string& json : {composite("pip", params + ", \"pip\": " + kGreen),
                                     composite("piptexture", params + R"(, "image": "green.png")")}) {
         SCOPED_TRACE(json);

@@ -53,7 +53,11 @@ TEST_F(EffectTest, ImagesStandUprightAndFit) {
     EXPECT_PIXEL(draw(use(R"({"params": {"image": "corners.png", "fit": "contain"}})")), Pixel{0, 255, 0, 255});
 
     // Image width and height, in an output of 200 x 100; scale and offset.
-    const struct { FitMode mode; int width, height; std::array<float, 4> fit; } cases[] = {
+    const struct {
+        FitMode mode;
+        int width, height;
+        std::array<float, 4> fit;
+    } cases[] = {
         {FitMode::contain, 400, 100, {1, 2, 0, -0.5f}},
         {FitMode::cover, 100, 100, {1, 0.5f, 0, 0.25f}},
         {FitMode::cover, 400, 100, {0.5f, 1, 0.25f, 0}},
@@ -84,8 +88,10 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
     // Each frame adds a fifth to the picture before; the main pass shows it by name and on channel 0.
     writeShader("echo", "uniform sampler2D uBufferA, iChannel0; void main() {"
                         "c = vec4(texture(uBufferA, vec2(0.5)).r, texture(iChannel0, vec2(0.5)).r, 0, 1); }");
-    writeShader("echo", "uniform sampler2D uBufferA; void main() {"
-                        "c = texture(uBufferA, vec2(0.5)) + vec4(0.2, 0, 0, 0.2); }", "EchoBufferA");
+    writeShader("echo",
+                "uniform sampler2D uBufferA; void main() {"
+                "c = texture(uBufferA, vec2(0.5)) + vec4(0.2, 0, 0, 0.2); }",
+                "EchoBufferA");
     ASSERT_TRUE(use(R"({"type": "echo"})").hasBuffer);
 
     // Neither blending nor the target of the caller may leak into the pass or be lost behind it.

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int kSide = 96; // pixels
+constexpr int kSide = 96;                   // pixels
 using Picture = std::vector<unsigned char>; // RGBA
 
 class ShippedStylesTest : public EffectFixture {
@@ -90,9 +90,9 @@ TEST_F(ShippedStylesTest, TransitionsBeginAndEndExactlyAndAreDistinct) {
         R"({"startDelay": -4, "softness": -1, "bands": 100000, "rotation": -33, "blockSize": 1e9, "noiseSpeed": -1e6,
             "noiseScale": 1e6, "dotFrequency": 1e7, "dotPower": 0})",
     };
-    const std::vector<std::string> names = {
-        "fade", "wipe", "bands", "curtains", "horizontal", "dissolve", "noise_smoke", "noise_organic", "noise_glitch",
-        "wavy", "crosswarp", "burning", "pixellated", "radialwipe", "dots"};
+    const std::vector<std::string> names = {"fade",      "wipe",        "bands",         "curtains",     "horizontal",
+                                            "dissolve",  "noise_smoke", "noise_organic", "noise_glitch", "wavy",
+                                            "crosswarp", "burning",     "pixellated",    "radialwipe",   "dots"};
     std::vector<Picture> halves;
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
@@ -113,10 +113,27 @@ TEST_F(ShippedStylesTest, TransitionsBeginAndEndExactlyAndAreDistinct) {
 }
 
 TEST_F(ShippedStylesTest, GlitchesChangeTheirPictureAndMove) {
-    const std::vector<std::string> styles = {
-        "vhstape", "rain", "pattern", "rainingblood", "glitchboi", "sinewave", "rgbsplit", "gridvid", "moving", "signal",
-        "blurmist", "sw", "hardcode", "brokentv", "liquiddos", "memleak", "crttube", "pixel", "chromaticaberration",
-        "retrobn", "generic"};
+    const std::vector<std::string> styles = {"vhstape",
+                                             "rain",
+                                             "pattern",
+                                             "rainingblood",
+                                             "glitchboi",
+                                             "sinewave",
+                                             "rgbsplit",
+                                             "gridvid",
+                                             "moving",
+                                             "signal",
+                                             "blurmist",
+                                             "sw",
+                                             "hardcode",
+                                             "brokentv",
+                                             "liquiddos",
+                                             "memleak",
+                                             "crttube",
+                                             "pixel",
+                                             "chromaticaberration",
+                                             "retrobn",
+                                             "generic"};
     const InputTexture input = {from, kSide, kSide, 0};
     const Picture plain = mix({}, 0.0f);
     clear(0, 0, 0, 1);

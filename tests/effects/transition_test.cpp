@@ -25,9 +25,10 @@ TEST_F(TransitionTest, ParametersReachTheirUniforms) {
         "rotationDeg": 5, "blockSize": 33, "blockSizePx": 5, "noiseScale": 2.2, "noiseSpeed": 1.1,
         "noiseThreshold": 0.9, "waveAmplitude": 0.8, "dotFrequency": 7, "dotPower": 6})");
     const std::pair<std::string, double> cases[] = {
-        {"float startDelay", 0.77}, {"float softness", 0.66}, {"int bands", 55}, {"float rotationDeg", 44},
-        {"float blockSizePx", 33}, {"float noiseScale", 2.2}, {"float noiseSpeed", 1.1}, {"int effectId", 8},
-        {"float noiseThreshold", 0.9}, {"float waveAmplitude", 0.8}, {"float dotFrequency", 7}, {"float dotPower", 6},
+        {"float startDelay", 0.77},   {"float softness", 0.66},  {"int bands", 55},
+        {"float rotationDeg", 44},    {"float blockSizePx", 33}, {"float noiseScale", 2.2},
+        {"float noiseSpeed", 1.1},    {"int effectId", 8},       {"float noiseThreshold", 0.9},
+        {"float waveAmplitude", 0.8}, {"float dotFrequency", 7}, {"float dotPower", 6},
     };
     for (const auto& [uniform, value] : cases) {
         const std::string name = uniform.substr(uniform.find(' '));

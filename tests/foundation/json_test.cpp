@@ -43,19 +43,44 @@ void expectAsStrtod(const std::string& text) {
 }
 
 TEST(Json, ReadsWhatItCanAndStopsWhereItMust) {
-    const struct { const char* text; const char* tree; int consumed = -1; } cases[] = { // -1: all of it
-        {" \t\r\n[ ]", "[]"}, {"{ } ", "{}", 3}, {"", "0"}, {"abc", "0", 0},
+    const struct {
+        const char* text;
+        const char* tree;
+        int consumed = -1;
+    } cases[] = {
+        // -1: all of it
+        {" \t\r\n[ ]", "[]"},
+        {"{ } ", "{}", 3},
+        {"", "0"},
+        {"abc", "0", 0},
         {" { \"a\" : [ 1 , { } ] , \"a\" : null } ", "{a:[1,{}],a:null}", 35},
         // Arrays: whatever follows an opening or a comma is an element, the end of the text excepted.
-        {"[1,2,", "[1,2]"}, {"[1, ", "[1,0]"}, {"[,]", "[0,0]"}, {"[1 2]", "[1]", 3}, {"[1}", "[1]", 2},
+        {"[1,2,", "[1,2]"},
+        {"[1, ", "[1,0]"},
+        {"[,]", "[0,0]"},
+        {"[1 2]", "[1]", 3},
+        {"[1}", "[1]", 2},
         // Objects: keys and colons may be missing, and only a brace closes.
-        {"{\"a\" 1}", "{a:1}"}, {"{\"a\"", "{a:0}"}, {"{\"a\":1,}", "{a:1,:0}"}, {"{1:2}", "{:1}", 2},
-        {"{a:1}", "{:0}", 1}, {"{\"a\":1 \"b\":2}", "{a:1}", 7}, {"{\"a\":1]", "{a:1}", 6},
+        {"{\"a\" 1}", "{a:1}"},
+        {"{\"a\"", "{a:0}"},
+        {"{\"a\":1,}", "{a:1,:0}"},
+        {"{1:2}", "{:1}", 2},
+        {"{a:1}", "{:0}", 1},
+        {"{\"a\":1 \"b\":2}", "{a:1}", 7},
+        {"{\"a\":1]", "{a:1}", 6},
         // Keywords are prefixes, and case matters.
-        {"trueish", "true", 4}, {"nullnull", "null", 4}, {"[tru]", "[0]", 1}, {"True", "0", 0},
+        {"trueish", "true", 4},
+        {"nullnull", "null", 4},
+        {"[tru]", "[0]", 1},
+        {"True", "0", 0},
         // Strings.
-        {"\"a\\qb\"", "\"aqb\""}, {"\"\\/\\\\\\\"\"", "\"/\\\"\""}, {"\"\\b\\f\\n\\r\\t\"", "\"\b\f\n\r\t\""},
-        {"\"\\u1\"2345\"", "\"?45\""}, {"\"x\\u1", "\"x?\""}, {"\"x\\", "\"x\""}, {"{\"a\\u0020b\":\"c", "{a?b:\"c\"}"},
+        {"\"a\\qb\"", "\"aqb\""},
+        {"\"\\/\\\\\\\"\"", "\"/\\\"\""},
+        {"\"\\b\\f\\n\\r\\t\"", "\"\b\f\n\r\t\""},
+        {"\"\\u1\"2345\"", "\"?45\""},
+        {"\"x\\u1", "\"x?\""},
+        {"\"x\\", "\"x\""},
+        {"{\"a\\u0020b\":\"c", "{a?b:\"c\"}"},
     };
     for (const auto& [text, tree, consumed] : cases) {
         SCOPED_TRACE(text);
@@ -92,11 +117,43 @@ TEST(Json, StopsAtTheGreatestDepth) {
 }
 
 TEST(Json, ReadsNumbersAsStrtodDoes) {
-    for (const char* text :
-         {"-1.5e2", "-0.0", "+7", "5.", ".5", ".", "-", "+-1", "-.", "e5", "1e", "1e+", "1e-x", "1.2.3", "007", "0x1F",
-          "-0x1.8p3", "0x", "0X1p-1074", "-Infinity", "infinite", "-NaN", "nan(12)", "nan(1", "1e22", "1e23", "1e-23",
-          "123456789012345e22", "9999999999999999", "9007199254740993", "1e308", "1e309", "5e-324", "1e-400",
-          "1e0000000000000000005", "1e99999999999999999999", "\v5"}) {
+    for (const char* text : {"-1.5e2",
+                             "-0.0",
+                             "+7",
+                             "5.",
+                             ".5",
+                             ".",
+                             "-",
+                             "+-1",
+                             "-.",
+                             "e5",
+                             "1e",
+                             "1e+",
+                             "1e-x",
+                             "1.2.3",
+                             "007",
+                             "0x1F",
+                             "-0x1.8p3",
+                             "0x",
+                             "0X1p-1074",
+                             "-Infinity",
+                             "infinite",
+                             "-NaN",
+                             "nan(12)",
+                             "nan(1",
+                             "1e22",
+                             "1e23",
+                             "1e-23",
+                             "123456789012345e22",
+                             "9999999999999999",
+                             "9007199254740993",
+                             "1e308",
+                             "1e309",
+                             "5e-324",
+                             "1e-400",
+                             "1e0000000000000000005",
+                             "1e99999999999999999999",
+                             "\v5"}) {
         expectAsStrtod(text);
     }
     expectAsStrtod("0." + std::string(70, '0') + "1e71");
@@ -130,7 +187,11 @@ TEST(Json, LookUpsChainAndNeverConvert) {
 
 TEST(Log, MasksControlCharactersAndKeepsLongMessagesWhole) {
     const LogCapture log;
-    logLine("[A] %s%c\n", "\x1B[31mred\r\x7F" "b\xC2\x9B" "c\t\xC3\xA9 \xC2\xA0", '\0');
+    logLine("[A] %s%c\n",
+            "\x1B[31mred\r\x7F"
+            "b\xC2\x9B"
+            "c\t\xC3\xA9 \xC2\xA0",
+            '\0');
     std::string expected = "[A] ?[31mred??b??c\t\xC3\xA9 \xC2\xA0?\n";
     for (const size_t size : {1023u, 1024u, 100000u}) { // the first has room on the stack
         logLine("%s", std::string(size, 'x').c_str());

@@ -12,7 +12,11 @@ constexpr const char* kRed = "#version 330 core\nout vec4 c; void main() { c = v
 TEST_F(ProgramTest, ReportsWhatFailsOnceAndUnderItsLabel) {
     const char* const broken = "#version 330 core\nvoid main() { this is no shader }\n";
     const char* const unfit = "#version 330 core\nin vec3 vUV; out vec4 c; void main() { c = vec4(vUV, 1); }\n";
-    const struct { const char* vertex; const char* fragment; const char* opening; } cases[] = {
+    const struct {
+        const char* vertex;
+        const char* fragment;
+        const char* opening;
+    } cases[] = {
         {broken, kRed, "[SHADER ERROR] beacon:\n"},
         {kQuadVertexSource, broken, "[SHADER ERROR] beacon:\n"},
         {kQuadVertexSource, unfit, "[LINK ERROR] beacon:\n"},

@@ -65,10 +65,12 @@ TEST(ShaderLookup, FindsGlitchShadersByStyle) {
 }
 
 TEST(ShaderLookup, FindsBuiltinShaders) {
-    const char* const builtins[][3] = {
-        {"OverLayer", "starfields", "Overlayer"}, {"rotozoom", "rotozoom", "OldSchoolRotozoom"},
-        {"rotozoombasic", "rotozoom", "BasiclRotozoom"}, {"shapetext", "Text", "ShapeText"},
-        {"lowerthird", "Text", "LowerThird"}, {"CREDITROLL", "Text", "LowerThird"}};
+    const char* const builtins[][3] = {{"OverLayer", "starfields", "Overlayer"},
+                                       {"rotozoom", "rotozoom", "OldSchoolRotozoom"},
+                                       {"rotozoombasic", "rotozoom", "BasiclRotozoom"},
+                                       {"shapetext", "Text", "ShapeText"},
+                                       {"lowerthird", "Text", "LowerThird"},
+                                       {"CREDITROLL", "Text", "LowerThird"}};
     for (const auto& [type, folder, name] : builtins) {
         const std::string vertex = std::string("1") + name + ".vert", fragment = std::string("1") + name + ".frag";
         EXPECT_EQ(lookUp(folder, type, {vertex, fragment}), vertex + " " + fragment + " -") << type;
@@ -88,16 +90,25 @@ TEST(ShaderLookupDeathTest, ChoosesAmongTheFilesOfADirectory) {
     } cases[] = {
         {"named files before first ones", {"0a.vert", "0fx.vert", "0a.frag", "0FX.frag"}, {}, "0fx.vert 0FX.frag -"},
         {"first ones, ignoring case", {"0b.vert", "0A.vert", "0C.frag", "0b.frag"}, {}, "0A.vert 0b.frag -", "FX"},
-        {"buffers are no main pass", {"0BufferB.frag", "0aBuffera.frag", "0z.frag", "0v.vert"}, {},
+        {"buffers are no main pass",
+         {"0BufferB.frag", "0aBuffera.frag", "0z.frag", "0v.vert"},
+         {},
          "0v.vert 0z.frag 0aBuffera.frag"},
         {"nothing but a buffer", {"0BufferA.frag"}, {}, "- - 0BufferA.frag"},
-        {"a buffer in a named pair", {"0fx.vert", "0fx.frag", "0FxBufferA.frag", "0FxBufferA2.frag"}, {},
+        {"a buffer in a named pair",
+         {"0fx.vert", "0fx.frag", "0FxBufferA.frag", "0FxBufferA2.frag"},
+         {},
          "0fx.vert 0fx.frag 0FxBufferA.frag"},
         {"neither other files nor deeper ones", {"0a.txt", "0vert", "0fx.frag.bak", "0in/fx.vert"}, {}, "- - -"},
         {"upper-case extensions", {"0FX.VERT", "0FX.FRAG"}, {}, "0FX.VERT 0FX.FRAG -"},
-        {"pack alone", {}, {"fx/A.vert", "Fx\\Fx.frag", "fx/in/bufferA.frag", "fx2/fx.vert"},
-         "0a.vert 0fx.frag -", "Fx"},
-        {"pack and disk together", {"0b.vert", "0M.frag"}, {"fx/A.vert", "fx/bufferA.frag"},
+        {"pack alone",
+         {},
+         {"fx/A.vert", "Fx\\Fx.frag", "fx/in/bufferA.frag", "fx2/fx.vert"},
+         "0a.vert 0fx.frag -",
+         "Fx"},
+        {"pack and disk together",
+         {"0b.vert", "0M.frag"},
+         {"fx/A.vert", "fx/bufferA.frag"},
          "0a.vert 0M.frag 0buffera.frag"},
         {"the same file in both", {"0Fx.vert", "0Fx.frag"}, {"fx/fx.vert", "fx/fx.frag"}, "0Fx.vert 0Fx.frag -"},
         {"empty type", {"0../a.vert", "0../a.frag"}, {"b.vert"}, "- - -", ""},

@@ -21,10 +21,10 @@ std::string loadedLine(const TempShow& show, int count) {
 // Two entries as another writer made them: "Sub\One.VERT" with the bytes "void", 0, 255, and an empty "two.frag".
 TEST(ShaderPackDeathTest, ReadsAPackOfAnotherWriter) {
     runInChild([] {
-        const unsigned char pack[] = {0x44, 0x53, 0x50, 0x41, 0x4b, 0x30, 0x31, 0x7f, 0x02, 0, 0, 0, 0x0c, 0, 0, 0,
-                                      0x06, 0, 0, 0, 0xfd, 0xc2, 0xfe, 0x18, 0x85, 0x1e, 0x3e, 0xad, 0x11, 0xeb, 0x40,
-                                      0x37, 0x7c, 0x7c, 0x51, 0x84, 0x6e, 0x2b, 0x08, 0, 0, 0, 0, 0, 0, 0,
-                                      0xfb, 0xe1, 0xd2, 0x4b, 0x8d, 0x23, 0x1b, 0xc5};
+        const unsigned char pack[] = {
+            0x44, 0x53, 0x50, 0x41, 0x4b, 0x30, 0x31, 0x7f, 0x02, 0,    0,    0,    0x0c, 0,    0,    0,    0x06, 0,
+            0,    0,    0xfd, 0xc2, 0xfe, 0x18, 0x85, 0x1e, 0x3e, 0xad, 0x11, 0xeb, 0x40, 0x37, 0x7c, 0x7c, 0x51, 0x84,
+            0x6e, 0x2b, 0x08, 0,    0,    0,    0,    0,    0,    0,    0xfb, 0xe1, 0xd2, 0x4b, 0x8d, 0x23, 0x1b, 0xc5};
         const TempShow show;
         const std::string bytes(reinterpret_cast<const char*>(pack), sizeof pack);
         EXPECT_EQ(loadPack(show, bytes), loadedLine(show, 2));
@@ -89,18 +89,23 @@ TEST(ShaderPackDeathTest, TakesTheFirstPackThatIsAFileAndLoadsOnce) {
 TEST(ShaderPackDeathTest, AnswersBeforeTheDiskBelowTheShaderRootsAlone) {
     runInChild([] {
         const TempShow show;
-        const std::string pack = packBytes({{"fx/Same.frag", "first"}, {"FX\\same.FRAG", "later"},
-                                            {"fx2/other.frag", "other"}, {"2/odd.frag", "odd"}});
+        const std::string pack = packBytes({{"fx/Same.frag", "first"},
+                                            {"FX\\same.FRAG", "later"},
+                                            {"fx2/other.frag", "other"},
+                                            {"2/odd.frag", "odd"}});
         EXPECT_EQ(loadPack(show, pack), loadedLine(show, 3));
-        for (const char* place : {"assets/shaders/fx/same.frag", "assets/shaders/fx/loose.frag", "other/fx/same.frag"}) {
+        for (const char* place :
+             {"assets/shaders/fx/same.frag", "assets/shaders/fx/loose.frag", "other/fx/same.frag"}) {
             show.write(place, "disk");
         }
         const std::pair<const char*, const char*> files[] = {
             {"assets/shaders/fx/same.frag", "later"},
             {"DemoSceneResources/assets/shaders/FX/SAME.frag", "later"},
             {"assets/shaders//fx/../fx/./same.frag", "later"},
-            {"assets/shaders/fx/loose.frag", "disk"}, {"other/fx/same.frag", "disk"},
-            {"assets/fx2/other.frag", nullptr}, {"assets/shaders/fx2", nullptr}, // and a directory on the disk:
+            {"assets/shaders/fx/loose.frag", "disk"},
+            {"other/fx/same.frag", "disk"},
+            {"assets/fx2/other.frag", nullptr},
+            {"assets/shaders/fx2", nullptr}, // and a directory on the disk:
             {"assets/shaders/fx", nullptr},
             {"assets/shaders2/odd.frag", "odd"}, // the prefix test asks for no slash
         };
@@ -109,9 +114,10 @@ TEST(ShaderPackDeathTest, AnswersBeforeTheDiskBelowTheShaderRootsAlone) {
             EXPECT_EQ(readTextFile(show.path(path)), text ? text : "") << path;
         }
         const std::pair<const char*, bool> directories[] = {
-            {"assets/shaders", true}, {"assets/shaders/", true}, {"assets/shaders/fx", true},
-            {"assets/shaders/FX2/", true}, {"assets/shaders/f", false}, {"assets/shaders/fx/same.frag", false},
-            {"other/fx", false}, {"assets", false}};
+            {"assets/shaders", true},    {"assets/shaders/", true},
+            {"assets/shaders/fx", true}, {"assets/shaders/FX2/", true},
+            {"assets/shaders/f", false}, {"assets/shaders/fx/same.frag", false},
+            {"other/fx", false},         {"assets", false}};
         for (const auto& [path, isThere] : directories) EXPECT_EQ(packHasDirectory(show.path(path)), isThere) << path;
         EXPECT_EQ(packFilesIn(show.path("assets/shaders/fx")), std::vector<std::string>{"same.frag"});
         EXPECT_TRUE(packFilesIn(show.path("assets/shaders")).empty());

@@ -37,7 +37,12 @@ TEST_F(UniformsTest, ConvertsToTheDeclaredType) {
     const auto setVec2 = [](GLuint p) { setUniformVec2(p, "u", 0.2f, 0.4f); };
     const auto setVec3 = [](GLuint p) { setUniformVec3(p, "u", 0.2f, 0.4f, 0.6f); };
     const auto setVec4 = [](GLuint p) { setUniformVec4(p, "u", 0.2f, 0.4f, 0.6f, 0.8f); };
-    const struct { const char* type; const char* expression; void (*set)(GLuint program); Pixel wanted; } cases[] = {
+    const struct {
+        const char* type;
+        const char* expression;
+        void (*set)(GLuint program);
+        Pixel wanted;
+    } cases[] = {
         {"float", asFloat, setFloat, {64, 0, 0, 255}},
         {"int", asFloat, setFloat, {77, 0, 0, 255}}, // 2.5 rounds away from zero
         {"bool", asFloat, setFloat, {26, 0, 0, 255}},
@@ -91,9 +96,16 @@ TEST_F(UniformsTest, ChannelsAreBoundUnderEveryName) {
         Pixel wanted;
         InputTexture input = {};
     } cases[] = {
-        {"iChannel0", true, red}, {"uTex", true, red}, {"uTexture", true, red}, {"uBackground", true, red},
-        {"uTexA", true, red}, {"uInputTex", true, red}, {"iChannel1", false, green}, {"uTexB", false, green},
-        {"iChannel0", true, blue, {input, 1, 1, -2}}, {"iChannel3", false, blue, {input, 1, 1, 7}},
+        {"iChannel0", true, red},
+        {"uTex", true, red},
+        {"uTexture", true, red},
+        {"uBackground", true, red},
+        {"uTexA", true, red},
+        {"uInputTex", true, red},
+        {"iChannel1", false, green},
+        {"uTexB", false, green},
+        {"iChannel0", true, blue, {input, 1, 1, -2}},
+        {"iChannel3", false, blue, {input, 1, 1, 7}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -43,9 +43,8 @@ std::string gif(int screenWidth, int screenHeight, int width, int height) {
 std::string jpeg(int width, int height) {
     const std::string oneCode = "\1"s + std::string(16, '\0');
     return "\xFF\xD8\xFF\xFE\0\4hi"s + "\xFF\xFF\xDB\0\x43\0"s + std::string(64, '\1') + // padded marker
-           "\xFF\xC0\0\x0B\x08"s + big(height, 2) + big(width, 2) + "\1\1\x11\0"s +
-           "\xFF\xC4\0\x14\0"s + oneCode + "\xFF\xC4\0\x14\x10"s + oneCode +
-           "\xFF\xDA\0\x08\1\1\0\0\x3F\0\x3F\xFF\xD9"s;
+           "\xFF\xC0\0\x0B\x08"s + big(height, 2) + big(width, 2) + "\1\1\x11\0"s + "\xFF\xC4\0\x14\0"s + oneCode +
+           "\xFF\xC4\0\x14\x10"s + oneCode + "\xFF\xDA\0\x08\1\1\0\0\x3F\0\x3F\xFF\xD9"s;
 }
 
 std::string webp(const std::string& chunk, const std::string& data) {
@@ -55,8 +54,7 @@ std::string webp(const std::string& chunk, const std::string& data) {
 
 // Row by row from the top, two pixels each: half-clear (0x10, 0x20, 0x30), red.
 const std::string kRgba = "\x10\x20\x30\x40\xFF\0\0\xFF"s;
-const std::string kWebp =
-    webp("VP8L", "/\1\0\0\x10\x0F\x30\x20\x8F\xF8\x1F\x98\x07\xFD\x87\x16\x32\xA2\xFF\1"s);
+const std::string kWebp = webp("VP8L", "/\1\0\0\x10\x0F\x30\x20\x8F\xF8\x1F\x98\x07\xFD\x87\x16\x32\xA2\xFF\1"s);
 
 // Uncompressed RGB with unassociated alpha, 8 bits each, in one strip; `width` and `height` are what it claims.
 std::string tiff(bool bigEndian, int width, int height) {
@@ -68,8 +66,8 @@ std::string tiff(bool bigEndian, int width, int height) {
     const std::string bits = number(8, 4);
     return (bigEndian ? "MM\0*"s : "II*\0"s) + number(8, 4) + number(11, 2) + entry(256, 1, width) +
            entry(257, 1, height) + entry(258, 4, kData + kBytes) + entry(259, 1, 1) + entry(262, 1, 2) +
-           entry(273, 1, kData) + entry(277, 1, 4) + entry(278, 1, height) + entry(279, 1, kBytes) +
-           entry(284, 1, 1) + entry(338, 1, 2) + number(0, 4) + kRgba + bits + bits + bits + bits;
+           entry(273, 1, kData) + entry(277, 1, 4) + entry(278, 1, height) + entry(279, 1, kBytes) + entry(284, 1, 1) +
+           entry(338, 1, 2) + number(0, 4) + kRgba + bits + bits + bits + bits;
 }
 
 std::string png(int width, int height) {
@@ -155,8 +153,8 @@ TEST(Image, HeadersThatDecodersReadDifferently) {
         {"lossless WebP at its largest", webp("VP8L", "/\xFF\xFF\xFF\x0F"s), ImageKind::webp, 16384, 16384},
         {"BMP of the lowest height", bmp(1, INT32_MIN, ""), ImageKind::bmp, 1, int64_t{1} << 31},
         {"BMP of negative width", bmp(-5, 1, ""), ImageKind::bmp, -5, 1},
-        {"JPEG with junk before its frame",
-         "\xFF\xD8\xFF\xE0\0\2junk\xFF\0\xFF\xC2\0\x0B\x08\0\7\0\x09"s, ImageKind::jpeg, 9, 7},
+        {"JPEG with junk before its frame", "\xFF\xD8\xFF\xE0\0\2junk\xFF\0\xFF\xC2\0\x0B\x08\0\7\0\x09"s,
+         ImageKind::jpeg, 9, 7},
         {"JPEG without frame", "\xFF\xD8\xFF\xDA\xFF\xC0\0\x0B\x08\0\7\0\x09"s, ImageKind::jpeg, 0, 0},
         {"TIFF with two widths, but no height", with(whole, 22, little(256, 2)), ImageKind::tiff, 0, 0},
         {"TIFF with a width of 64 bits", with(whole, 12, little(16, 2)), ImageKind::tiff, 0, 0},
@@ -175,8 +173,7 @@ TEST(Image, HeadersThatDecodersReadDifferently) {
 
 TEST(Image, FilesThatDecodersDoNotSurvive) {
     // libpng reads the last chunk for ever: its buffers keep what the end of the file did not replace.
-    const std::string endlessText = png(2, 2).replace(29, 4, "\x72\xB6\x0D\x24") +
-                                    "\0\0\0\3tEXta\0b\xDC\x49\xA2\x3B"s;
+    const std::string endlessText = png(2, 2).replace(29, 4, "\x72\xB6\x0D\x24") + "\0\0\0\3tEXta\0b\xDC\x49\xA2\x3B"s;
     std::string manyScans = jpeg(16384, 8192);
     manyScans.resize(manyScans.size() - 2);
     for (int i = 0; i < 100; ++i) manyScans += "\xFF\xDA\0\x08\1\1\0\1\x3F\0\x3F"s;
@@ -192,8 +189,10 @@ TEST(Image, ReasonsInAFewWords) {
     const std::string huge = show.write("huge", "");
     std::filesystem::resize_file(huge, (1u << 28) + 1);
     const std::pair<std::string, std::string> cases[] = {
-        {show.path("no such picture.png"), "no such file"}, {show.baseDir, "no such file"},
-        {huge, "cannot be read"}, {show.write("text", "a picture of a kind"), "not a picture of a known kind"}};
+        {show.path("no such picture.png"), "no such file"},
+        {show.baseDir, "no such file"},
+        {huge, "cannot be read"},
+        {show.write("text", "a picture of a kind"), "not a picture of a known kind"}};
     for (const auto& [path, expected] : cases) {
         DecodedImage image{1, 1, Pixels(4)};
         std::string reason;

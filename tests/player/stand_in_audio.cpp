@@ -44,11 +44,21 @@ uint32_t BASS_StreamCreateFile(int inMemory, char* file, uint64_t offset, uint64
     return record("BASS_StreamCreateFile", format, inMemory, file, Long{offset}, Long{length}, flags) ? 7 : 0;
 }
 
-int BASS_Free() { return record("BASS_Free", ""); }
-int BASS_StreamFree(uint32_t stream) { return record("BASS_StreamFree", "%u", stream); }
-int BASS_ChannelPlay(uint32_t stream, int again) { return record("BASS_ChannelPlay", "%u, %d", stream, again); }
-int BASS_ChannelPause(uint32_t channel) { return record("BASS_ChannelPause", "%u", channel); }
-int BASS_ChannelStop(uint32_t channel) { return record("BASS_ChannelStop", "%u", channel); }
+int BASS_Free() {
+    return record("BASS_Free", "");
+}
+int BASS_StreamFree(uint32_t stream) {
+    return record("BASS_StreamFree", "%u", stream);
+}
+int BASS_ChannelPlay(uint32_t stream, int again) {
+    return record("BASS_ChannelPlay", "%u, %d", stream, again);
+}
+int BASS_ChannelPause(uint32_t channel) {
+    return record("BASS_ChannelPause", "%u", channel);
+}
+int BASS_ChannelStop(uint32_t channel) {
+    return record("BASS_ChannelStop", "%u", channel);
+}
 
 int BASS_ChannelSetAttribute(uint32_t channel, uint32_t attribute, float value) {
     return record("BASS_ChannelSetAttribute", "%u, %u, %.3f", channel, attribute, static_cast<double>(value));

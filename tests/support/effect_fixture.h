@@ -37,8 +37,9 @@ protected:
         writeShader("paint", "uniform vec4 colour = vec4(1); void main() { c = colour; }");
         writeShader("clock", "uniform float iTime; uniform int iFrame;"
                              "void main() { c = vec4(iTime / 10.0, float(iFrame) / 255.0, 0, 1); }");
-        writeShader("transition", "uniform sampler2D texA, texB; uniform float progress; void main() {"
-                                  "c = mix(texture(texA, vec2(0.5)), texture(texB, vec2(0.5)), progress); }",
+        writeShader("transition",
+                    "uniform sampler2D texA, texB; uniform float progress; void main() {"
+                    "c = mix(texture(texA, vec2(0.5)), texture(texB, vec2(0.5)), progress); }",
                     "Transition");
     }
 

@@ -20,7 +20,8 @@ inline std::string u32Bytes(uint32_t value) {
 
 // A pack of the files that claims to hold `count` of them, by default as many as it does.
 inline std::string packBytes(const std::vector<PackFile>& files, std::optional<uint32_t> count = {}) {
-    std::string bytes = "DSPAK01" + std::string(1, '\0') + u32Bytes(count.value_or(static_cast<uint32_t>(files.size())));
+    std::string bytes = "DSPAK01" + std::string(1, '\0') +
+                        u32Bytes(count.value_or(static_cast<uint32_t>(files.size())));
     uint32_t number = 0;
     for (PackFile file : files) {
         std::string key;

@@ -42,8 +42,7 @@ TEST_F(BitmapTextTest, FontFilesGiveTheGlyphsThatTheyHold) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &widest);
     const std::string tooHigh = std::to_string(widest), last = std::to_string(widest / 7 - 1);
     const std::string leftOut = "[FONT] " + show.path("assets/fonts/bitmapfont.json") +
-                                ": 2 glyphs left out, codes above " + last +
-                                " do not fit the driver's textures\n";
+                                ": 2 glyphs left out, codes above " + last + " do not fit the driver's textures\n";
     const std::string rows = R"(, "rows": [1, 2, 3, 4, 5, 6, 7]})";
     const struct {
         std::string json, log;
@@ -51,14 +50,25 @@ TEST_F(BitmapTextTest, FontFilesGiveTheGlyphsThatTheyHold) {
         std::array<GLint, 7> lastRows; // of the highest code
     } cases[] = {
         {R"([{"code": 2.9, "rows": [1.9, -1.9, "3", 1e99, -1e99, nan, 7, 8, 9]}])",
-         "[FONT] Loaded 1 glyphs (maxCode=2)\n", 21, {1, -1, 0, INT_MAX, INT_MIN, 0, 7}},
+         "[FONT] Loaded 1 glyphs (maxCode=2)\n",
+         21,
+         {1, -1, 0, INT_MAX, INT_MIN, 0, 7}},
         {R"([{"code": 1, "rows": [9, 9, 9, 9, 9, 9, 9]}, {"code": 1)" + rows + "]",
-         "[FONT] Loaded 2 glyphs (maxCode=1)\n", 14, {1, 2, 3, 4, 5, 6, 7}},
+         "[FONT] Loaded 2 glyphs (maxCode=1)\n",
+         14,
+         {1, 2, 3, 4, 5, 6, 7}},
         {R"([{"code": -1)" + rows + R"(, {"code": "5")" + rows + R"(, {"code": inf)" + rows +
-             R"(, {"code": 3, "rows": [1, 2, 3, 4, 5, 6]}, 7, {}])", "", 0, {}},
+             R"(, {"code": 3, "rows": [1, 2, 3, 4, 5, 6]}, 7, {}])",
+         "",
+         0,
+         {}},
         {R"([{"code": 1e300)" + rows + ", {\"code\": " + tooHigh + rows + R"(, {"code": 0)" + rows + "]",
-         leftOut + "[FONT] Loaded 1 glyphs (maxCode=0)\n", 7, {1, 2, 3, 4, 5, 6, 7}},
-        {"[{\"code\": " + last + rows + "]", "[FONT] Loaded 1 glyphs (maxCode=" + last + ")\n", widest / 7 * 7,
+         leftOut + "[FONT] Loaded 1 glyphs (maxCode=0)\n",
+         7,
+         {1, 2, 3, 4, 5, 6, 7}},
+        {"[{\"code\": " + last + rows + "]",
+         "[FONT] Loaded 1 glyphs (maxCode=" + last + ")\n",
+         widest / 7 * 7,
          {1, 2, 3, 4, 5, 6, 7}},
         {R"({"code": 65})", "", 0, {}},
     };
@@ -124,18 +134,17 @@ TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
 TEST_F(BitmapTextTest, LettersStandWhereTheyShould) {
     loadBitmapFont(GALLERY_PATH);
     // The upper line's upper half lies above the picture.
-    EXPECT_EQ(drawn("F\\n.i", R"("textPosX": 1, "textPosY": -4, "lineSpacing": 1.14)", 14, 11),
-              ".#............\n"
-              ".#............\n"
-              ".#............\n"
-              "..............\n"
-              ".........#....\n"
-              "..............\n"
-              "........##....\n"
-              ".........#....\n"
-              ".........#....\n"
-              "...##....#....\n"
-              "...##...###...\n");
+    EXPECT_EQ(drawn("F\\n.i", R"("textPosX": 1, "textPosY": -4, "lineSpacing": 1.14)", 14, 11), ".#............\n"
+                                                                                                ".#............\n"
+                                                                                                ".#............\n"
+                                                                                                "..............\n"
+                                                                                                ".........#....\n"
+                                                                                                "..............\n"
+                                                                                                "........##....\n"
+                                                                                                ".........#....\n"
+                                                                                                ".........#....\n"
+                                                                                                "...##....#....\n"
+                                                                                                "...##...###...\n");
     // A sign by its byte and by its UTF-8 spelling; the box fills the gap behind it.
     const std::string box = R"("textPosX": 0, "textPosY": -3)";
     EXPECT_EQ(drawn("─-", box, 12, 1), "###########.\n");

@@ -58,8 +58,8 @@ CaptionRect visible(const std::vector<float>& vertices, bool glyphsOnly = false)
         const float* opposite = first + 2 * kCaptionVertexFloats;
         const bool counts = glyphsOnly ? first[9] == 1.0f : first[9] != 2.0f;
         if (!counts || std::max(first[4], opposite[4]) <= 0.0f || first[8] <= 0.0f) continue;
-        const CaptionRect quad = {std::max(first[0], 0.0f), std::max(first[1], 0.0f),
-                                  std::min(opposite[0], 1920.0f), std::min(opposite[1], 1080.0f)};
+        const CaptionRect quad = {std::max(first[0], 0.0f), std::max(first[1], 0.0f), std::min(opposite[0], 1920.0f),
+                                  std::min(opposite[1], 1080.0f)};
         if (quad.x1 <= quad.x0 || quad.y1 <= quad.y0) continue;
         box = {std::min(box.x0, quad.x0), std::min(box.y0, quad.y0), std::max(box.x1, quad.x1),
                std::max(box.y1, quad.y1)};
@@ -79,7 +79,8 @@ TEST(CaptionParamsTest, ReadsBringsIntoRangeAndFallsBack) {
     const auto read = [](const char* json, bool isRoll) { return readCaptionParams(parseJson(json), isRoll); };
     const CaptionParams lower = read(R"({"title": 7, "subtitle": "", "titleScale": 0,
         "enterDuration": 1e30, "enter": "Slide-Up", "anchor": "top-right", "panelColor": [0.5, "x", 9],
-        "accentColor": [0, 1, 0]})", false);
+        "accentColor": [0, 1, 0]})",
+                                     false);
     EXPECT_EQ(lower.title + lower.subtitle, "SIGNAL OPERATOR");
     EXPECT_EQ(lower.titleScale, 0.25f);
     EXPECT_EQ(lower.enterDuration, 30.0f);
@@ -90,7 +91,8 @@ TEST(CaptionParamsTest, ReadsBringsIntoRangeAndFallsBack) {
     EXPECT_EQ(read(R"({"anchor": "center"})", false).side, CaptionSide::center);
 
     const CaptionParams roll = read(R"({"panelEnabled": false, "textTint": [0, 1, 0], "nameTint": [1, 0, 0],
-        "entries": [1, {}, {"name": "A"}, {"role": 2}]})", true);
+        "entries": [1, {}, {"name": "A"}, {"role": 2}]})",
+                                    true);
     EXPECT_EQ(roll.side, CaptionSide::center);
     EXPECT_FALSE(roll.showPanel);
     EXPECT_EQ(roll.nameTint.g + 2 * roll.roleTint.g, 2.0f);
@@ -118,7 +120,9 @@ TEST(CaptionFontTest, TextsBecomeLinesOfGlyphsThatExist) {
         {"A\\nB\nA", {"A", "B", "A"}},
         {"A\\", {"A?"}},
         {"A\tB\r\n\n", {"A B", "", ""}},
-        {"A\xC3\xA9" "B \xF0\x9F\x98\x80", {"A?B ?"}},
+        {"A\xC3\xA9"
+         "B \xF0\x9F\x98\x80",
+         {"A?B ?"}},
         {"\x80\xBF\xFF\xC3", {"????"}},
         {"", {}},
         {"A\n\n\n\n\n\nB", {"A", "", "", ""}},
@@ -178,8 +182,8 @@ TEST(LowerThirdTest, ProgressKnowsTheEntrysLength) {
     };
     params.enterDuration = 1.0f;
     EXPECT_FLOAT_EQ(at(0.7f, kDuration, 0.4f), 1.0f - std::pow(0.5f, 4.0f)); // half of a part's 0.6
-    EXPECT_FLOAT_EQ(at(1e9f, 0.0f), 1.0f);  // open-ended
-    EXPECT_FLOAT_EQ(at(0.25f, 0.5f), 1.0f); // half of a short entry for the entrance
+    EXPECT_FLOAT_EQ(at(1e9f, 0.0f), 1.0f);                                   // open-ended
+    EXPECT_FLOAT_EQ(at(0.25f, 0.5f), 1.0f);                                  // half of a short entry for the entrance
     EXPECT_FLOAT_EQ(at(0.5f, 0.5f), 0.0f);
     params.enterDuration = 0.0f;
     EXPECT_FLOAT_EQ(at(0.0f, kDuration), 1.0f);
@@ -195,7 +199,8 @@ TEST(LowerThirdTest, ScalesWithTheOutputAndStaysInside) {
     EXPECT_NEAR(caption.lowerThird.title[0].capPixels, 6.0f * small.title[0].capPixels, 0.01f);
 
     const std::string longest = R"(", "titleScale": 16, "subtitleScale": 16,
-        "subtitle": "A\nB\nA\nB\nA\nB\nA\nB\nA\nB", "title": ")" + std::string(4000, 'A') + "\"}";
+        "subtitle": "A\nB\nA\nB\nA\nB\nA\nB\nA\nB", "title": ")" +
+                                std::string(4000, 'A') + "\"}";
     const std::pair<int, int> sizes[] = {{1, 1}, {64, 36}, {640, 360}, {360, 640}, {3840, 300}, {0, -4}};
     for (const std::string anchor : {"left", "center", "right", "top-left"}) {
         caption = makeCaption(R"({"anchor": ")" + anchor + longest, false);
@@ -283,7 +288,8 @@ TEST(CreditRollTest, BlocksShareTheirTime) {
 
     // A heading goes with what it heads.
     Caption headed = makeCaption(R"({"mode": "blocks", "nameScale": 8, "roleScale": 8, "entries": [
-        {"name": "A"}, {"role": "B"}, {"name": "A"}, {"role": "B"}, {"name": "A"}]})", true);
+        {"name": "A"}, {"role": "B"}, {"name": "A"}, {"role": "B"}, {"name": "A"}]})",
+                                 true);
     buildCaption(headed, 0.0f, 1920, 1080);
     ASSERT_EQ(headed.creditRoll.groups.size(), 3u);
     EXPECT_EQ(headed.creditRoll.groups[0].rowCount, 1u);
@@ -308,7 +314,9 @@ TEST(CaptionTest, HostileTimesAndTextsStayFinite) {
                                 std::string(3000, '\n') + R"(A"}], )";
     for (const std::string mode : {"scroll", "blocks"}) {
         Caption caption = makeCaption("{" + entries + R"("rowSpacing": 0, "nameScale": 0, "lineSpacing": 0,
-            "roleColumnWidth": 1e9, "mode": ")" + mode + "\"}", true);
+            "roleColumnWidth": 1e9, "mode": ")" +
+                                          mode + "\"}",
+                                      true);
         for (const float time : {-1.0f, 0.0f, 1e-30f, 2.0f, 3.4e38f, INFINITY}) {
             SCOPED_TRACE(testing::Message() << mode << " " << time);
             buildCaption(caption, time, 320, 180);
@@ -353,7 +361,8 @@ protected:
 
 TEST_F(CaptionPixelTest, LowerThirdIsWhereItsLayoutSays) {
     const Caption caption = draw(R"("title": "AHA", "subtitle": "", "label": "", "panelColor": [0, 0, 1, 0.5],
-        "accentColor": [0, 1, 0], "alpha": 0.5, "titleScale": 4)", false, 2.0f);
+        "accentColor": [0, 1, 0], "alpha": 0.5, "titleScale": 4)",
+                                 false, 2.0f);
     const CaptionRect panel = caption.lowerThird.panel;
     const Pixel bare = at(panel.x1 - 3, panel.y0 + 3);
     EXPECT_TRUE(bare[0] + bare[1] == 0 && std::abs(bare[2] - 64) <= 3) << bare[2];

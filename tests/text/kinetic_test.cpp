@@ -33,8 +33,8 @@ Box boxAt(const std::vector<float>& vertices, size_t index) {
     EXPECT_NEAR((bottomLeft[0] - topLeft[0]) / height, -down / width, 1e-3); // a quarter turn on
     EXPECT_NEAR((bottomLeft[1] - topLeft[1]) / height, right / width, 1e-3);
     const double centerX = (topLeft[0] + bottomRight[0]) / 2.0, centerY = (topLeft[1] + bottomRight[1]) / 2.0;
-    return {centerX - width / 2, centerY - height / 2, width, height, std::atan2(down, right),
-            topLeft[2], bottomLeft[3], bottomRight[2], topLeft[3], topLeft[4]};
+    return {centerX - width / 2, centerY - height / 2, width,          height,     std::atan2(down, right),
+            topLeft[2],          bottomLeft[3],        bottomRight[2], topLeft[3], topLeft[4]};
 }
 
 // Parameters in which nothing moves but what a case sets: the first of a key counts.
@@ -104,7 +104,8 @@ TEST(KineticParams, ReadAndClampedKeyByKey) {
 }
 
 TEST(KineticGeometry, LinesStandByTheirWidths) {
-    const std::pair<std::string, std::vector<std::pair<double, double>>> cases[] = { // and the top left corners
+    const std::pair<std::string, std::vector<std::pair<double, double>>> cases[] = {
+        // and the top left corners
         {R"("text": "AB C")", {{100, 50}, {119, 50}, {147, 50}}}, // a space takes no quad
         // By the width without the last tracking.
         {R"("text": "AB C", "align": "right")", {{33, 50}, {52, 50}, {80, 50}}},
@@ -113,7 +114,7 @@ TEST(KineticGeometry, LinesStandByTheirWidths) {
         {R"("text": "AzB", "align": "right")", {{61, 50}, {80, 50}, {99, 50}}},
         {R"("text": "z", "align": "right", "tracking": 30)", {{100, 50}}},
         {R"("text": "AA", "align": "right", "tracking": -50)", {{100, 50}, {70, 50}}}, // never below zero
-        {R"("text": "A", "x": 1.5, "y": -20)", {{1.5, -20}}}, // beyond 0 to 1 are pixels
+        {R"("text": "A", "x": 1.5, "y": -20)", {{1.5, -20}}},                          // beyond 0 to 1 are pixels
         {R"("text": "A", "x": 1, "y": 0)", {{200, 0}}},
     };
     for (const auto& [json, corners] : cases) {
@@ -177,14 +178,17 @@ TEST(KineticGeometry, AnimationsFollowTheirFormulas) {
     EXPECT_NEAR(wave.box(2).y, 50 + 60 + std::sin(0.7 * 3 + 2 * 0.65) * 8, 1e-4);
 
     const Box punched = Built(R"("text": "ABC", "animation": "punch", "punchAmount": 0.5, "punchDecay": 2,
-        "stagger": 0.2)").at(t).box(2);
+        "stagger": 0.2)")
+                            .at(t)
+                            .box(2);
     const double punch = std::exp(-(0.7 - 2 * 0.2) * 2) * 0.5;
     EXPECT_NEAR(punched.width, 20 * (1 + punch), 1e-4);
     EXPECT_NEAR(punched.x, 138 - 10 * punch, 1e-4);
     EXPECT_NEAR(punched.y, 50 - punch * 40 * 0.35 - 20 * punch, 1e-4);
 
     const Built burst = Built(R"("text": "ABCDEFGH A B", "animation": "explode", "explodeAmount": 90,
-        "explodeSpeed": 1.5, "explodeSpin": 0.3, "explodeFade": 0.6, "stagger": 0.05)").at(t);
+        "explodeSpeed": 1.5, "explodeSpin": 0.3, "explodeFade": 0.6, "stagger": 0.05)")
+                            .at(t);
     for (const uint64_t c : {0u, 4u, 8u, 9u}) {
         SCOPED_TRACE(c);
         const uint64_t base = c * 0x16a95 + (c < 8 ? 0 : c - 7) * 0x10d35;
@@ -206,7 +210,8 @@ TEST(KineticGeometry, AnimationsFollowTheirFormulas) {
 TEST(KineticGeometry, ScrambledLettersAreTheFontsOwn) {
     const std::string font = "A AB?  CC";
     Built text(R"("text": "ABCz AB", "animation": "scramble", "revealMode": "character", "writeSpeed": 10,
-        "scrambleDuration": 0.5, "scrambleRate": 20)", gridFont(font, 3, 3));
+        "scrambleDuration": 0.5, "scrambleRate": 20)",
+               gridFont(font, 3, 3));
     const std::string shown = "ABCzAB";
     for (int frame = 0; frame < 60; ++frame) {
         const float time = static_cast<float>(frame) * 0.021f;
@@ -253,9 +258,8 @@ Glitched glitched(const std::string& style, uint64_t c, uint64_t word, uint64_t 
         if (lot(s + 7) > std::clamp(g * 0.24 + 0.32, 0.14, 0.96)) return r;
         const double amp = jitter * std::max(g * 1.7, 1.1), side = sign(s + 0x7f);
         const double dimming = std::clamp((g * 0.45 + 0.85) * flicker, 0.0, 0.98);
-        r = {both(s + 0x11) * amp * 1.25, both(s + 0x1f) * amp * 0.65,
-             both(s + 0x2f) * std::min(g * 0.7 + 1.1, 3.2), both(s + 0x3b) * std::min(g * 0.35 + 0.45, 1.7),
-             1 - lot(s + 0x47) * dimming};
+        r = {both(s + 0x11) * amp * 1.25, both(s + 0x1f) * amp * 0.65, both(s + 0x2f) * std::min(g * 0.7 + 1.1, 3.2),
+             both(s + 0x3b) * std::min(g * 0.35 + 0.45, 1.7), 1 - lot(s + 0x47) * dimming};
         r.isStrong = lot(s + 0x71) > 0.83 - g * 0.08;
         const double jump = both(s + 0x83) * amp * 0.9;
         if (r.isStrong) r = {r.x + side * amp * 2.4, r.y + jump, r.u, r.v * 1.6, r.alpha * 0.62, true};
@@ -264,9 +268,8 @@ Glitched glitched(const std::string& style, uint64_t c, uint64_t word, uint64_t 
         if (lot(s + 0xb) > std::clamp(g * 0.22 + 0.18, 0.08, 0.9)) return r;
         const double amp = g * jitter, side = sign(s + 0x65);
         const double dimming = std::clamp(g * flicker * 0.85, 0.0, 0.9);
-        r = {both(s + 0x11) * amp, both(s + 0x1f) * amp * 0.25,
-             both(s + 0x2f) * std::min(g * 0.25 + 0.35, 1.35), both(s + 0x3b) * std::min(g * 0.15 + 0.2, 0.85),
-             1 - lot(s + 0x47) * dimming};
+        r = {both(s + 0x11) * amp, both(s + 0x1f) * amp * 0.25, both(s + 0x2f) * std::min(g * 0.25 + 0.35, 1.35),
+             both(s + 0x3b) * std::min(g * 0.15 + 0.2, 0.85), 1 - lot(s + 0x47) * dimming};
         r.isStrong = lot(s + 0x61) > 0.89 - g * 0.08;
         if (r.isStrong) r = {r.x + side * amp * 1.5, r.y, r.u, r.v, r.alpha * 0.8, true};
         r.alpha = std::clamp(r.alpha, 0.18, 1.0);
@@ -279,8 +282,8 @@ TEST(KineticGeometry, GlitchStylesFollowTheirFormulas) {
         for (const double amount : {0.3, 1.0, 10.0}) {
             SCOPED_TRACE(testing::Message() << style << " " << amount);
             Built text(R"("text": "AAAAAAAAAAAAAAAAAAAA AAAA", "glitchEnabled": true, "glitchJitter": 4,
-                "glitchFlicker": 0.5, "glitchRate": 10, "glitchAmount": )" + std::to_string(amount) +
-                       R"(, "glitchStyle": ")" + style + '"');
+                "glitchFlicker": 0.5, "glitchRate": 10, "glitchAmount": )" +
+                       std::to_string(amount) + R"(, "glitchStyle": ")" + style + '"');
             int misses = 0, strong = 0;
             for (uint64_t i = 0; i < 20 * 24; ++i) {
                 const uint64_t step = i / 24, c = i % 24, word = c < 20 ? 0 : 1;
@@ -367,7 +370,7 @@ TEST_F(KineticPictures, GlowSurroundsItsGlyphAlone) {
 
     drawText(glow + R"("text": "A")");
     EXPECT_PIXEL(at(90, 50), Pixel{255, 0, 255, 255}); // red glyph and full halo
-    for (int x = 79; x >= 68; --x) { // falls off to nothing at 12 pixels, alike on both sides
+    for (int x = 79; x >= 68; --x) {                   // falls off to nothing at 12 pixels, alike on both sides
         const Pixel left = at(x, 50);
         EXPECT_TRUE(isNear(left, at(179 - x, 50), 2)) << x;
         EXPECT_EQ(left[0], 0);

@@ -59,8 +59,10 @@ TEST_F(ShapeTextTest, LogosLieWhereTheyAreTold) {
         {half + R"(, "anchor": "top")", 0, {{0.6f, 0.6f}, {0.9f, 0.9f}}, {{0.6f, 0.9f}, {0.4f, 0.6f}}},
         {half + R"(, "rotation": 180)", 0, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {{0.7f, 0.3f}}},
         // 40 x 20 pixels, stood on end: the missing quarter comes to lie at the lower right.
-        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)", 0,
-         {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}}, {{0.53f, 0.62f}, {0.6f, 0.5f}}},
+        {R"("x": 0.5, "y": 0.5, "width": 0.25, "rotation": 90)",
+         0,
+         {{0.47f, 0.37f}, {0.53f, 0.37f}, {0.47f, 0.62f}},
+         {{0.53f, 0.62f}, {0.6f, 0.5f}}},
         {half + R"(, "animation": "reveal")", 0, {}, {{0.3f, 0.3f}, {0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 1, {{0.3f, 0.3f}}, {{0.7f, 0.7f}}},
         {half + R"(, "animation": "reveal", "revealSpeed": 0.5)", 3, {{0.3f, 0.3f}, {0.7f, 0.7f}}, {}},
@@ -130,8 +132,8 @@ TEST_F(ShapeTextTest, FailuresAreSaidAndNotRemembered) {
     draw(shape); // draws nothing
     const std::string path = show.write("late.svg", "<svg/>");
     EXPECT_EQ(loadPicture(path).texture, 0u);
-    EXPECT_EQ(log.text(), "[SHAPETEXT] SVG not found: late.svg\n[SHAPETEXT] SVG has no supported paths: " + path
-                              + "\n  [WARN] Texture load failed: " + path + "\n");
+    EXPECT_EQ(log.text(), "[SHAPETEXT] SVG not found: late.svg\n[SHAPETEXT] SVG has no supported paths: " + path +
+                              "\n  [WARN] Texture load failed: " + path + "\n");
     show.write("late.svg", kFlag);
     EXPECT_NE(loadPicture(path).texture, 0u);
     EXPECT_TRUE(createShapeText(shape, params, show.baseDir, program));

@@ -14,7 +14,8 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-template <typename Next> Texts allMatches(const std::string& text, Next next) {
+template <typename Next>
+Texts allMatches(const std::string& text, Next next) {
     Texts found;
     size_t position = 0;
     std::string_view match;
@@ -39,11 +40,11 @@ TEST(SvgPatterns, MatchWhatARegexEngineMatches) {
     const std::string value = R"(\s*=\s*["']([^"']+)["'])";
     const std::regex path(R"(<path\b[^>]*\bd)" + value + "[^>]*"), viewBox("viewBox" + value), numbers(number),
         tokens("[AaCcHhLlMmQqSsTtVvZz]|" + number);
-    const Texts markup = {"<path", "<path ", "<", "path", "d", " d", "d=", "-d=", "_d=", "=", "\"", "'", "\"\"",
-                          " d=\"M", " d='1", ">", "/>", " ", "\n", "\v", "x", "0", "id=\"", "viewBox",
-                          "viewBox=\"", "D", "\x80", "<<path", " d\v='1'"};
-    const Texts digits = {"-", "+", ".", "1", "20", "e", "E", "e-3", ".5", "0.", " ", ",", "M", "z", "x", "A",
-                          "1e5", "--", "e+"};
+    const Texts markup = {"<path", "<path ", "<",     "path",    "d",          " d", "d=",   "-d=",    "_d=",     "=",
+                          "\"",    "'",      "\"\"",  " d=\"M",  " d='1",      ">",  "/>",   " ",      "\n",      "\v",
+                          "x",     "0",      "id=\"", "viewBox", "viewBox=\"", "D",  "\x80", "<<path", " d\v='1'"};
+    const Texts digits = {"-", "+", ".", "1", "20", "e", "E",   "e-3", ".5", "0.",
+                          " ", ",", "M", "z", "x",  "A", "1e5", "--",  "e+"};
     std::mt19937 random(7);
     for (int i = 0; i < 20000; ++i) {
         const std::string text = randomText(random, markup, 14);
@@ -81,14 +82,14 @@ std::string describe(const std::vector<SvgContour>& contours) {
 TEST(SvgPath, LinesCloseAndContinue) {
     const std::pair<const char*, const char*> cases[] = {
         {"M0 0L10 0 10 10Z", "0,0 10,0 10,10"},
-        {"m1,1 9 0 0,9z", "1,1 10,1 10,10"},                              // lines behind a move
-        {"M1-2.5.5-3h-1e1V+4.", "1,-2.5 0.5,-3 -9.5,-3 -9.5,4"},          // packed numbers
+        {"m1,1 9 0 0,9z", "1,1 10,1 10,10"},                                // lines behind a move
+        {"M1-2.5.5-3h-1e1V+4.", "1,-2.5 0.5,-3 -9.5,-3 -9.5,4"},            // packed numbers
         {"M0 0H4V4h-4v-1M9 9h1v1", "0,0 4,0 4,4 0,4 0,3 | 9,9 10,9 10,10"}, // a move stores the contour
-        {"M5 5 6 6z", ""},                                                // two points
-        {"M1 1h2v2z l5 5 0 5 m1 0", "1,1 3,1 3,3 | 1,1 6,6 6,11"},        // behind a close from the start on
+        {"M5 5 6 6z", ""},                                                  // two points
+        {"M1 1h2v2z l5 5 0 5 m1 0", "1,1 3,1 3,3 | 1,1 6,6 6,11"},          // behind a close from the start on
         {"M1 1h2v2zz M0 0 5 5", "1,1 3,1 3,3"},
-        {"M0 0h4A5 5 0 0 1 9 9 7 7 v4 l-4 0", "0,0 4,0 4,4 0,4"},         // arcs draw nothing
-        {"7 8 M0 0 x1 0 % 1 1 2 L 9 Z", "0,0 1,0 1,1"},                   // numbers without a partner
+        {"M0 0h4A5 5 0 0 1 9 9 7 7 v4 l-4 0", "0,0 4,0 4,4 0,4"}, // arcs draw nothing
+        {"7 8 M0 0 x1 0 % 1 1 2 L 9 Z", "0,0 1,0 1,1"},           // numbers without a partner
     };
     for (const auto& [data, wanted] : cases) EXPECT_EQ(describe(parse(data)), wanted) << data;
 }
@@ -116,9 +117,7 @@ std::vector<uint8_t> fillByTheBook(const SvgDrawing& drawing, int width, int hei
     const float margin = std::max(static_cast<float>(std::min(width, height)) * 0.03f, 4.0f);
     const float s = std::min((static_cast<float>(width) - 2 * margin) / std::max(b.maxX - b.minX, 0.001f),
                              (static_cast<float>(height) - 2 * margin) / std::max(b.maxY - b.minY, 0.001f));
-    const auto map = [&](SvgPoint p) {
-        return SvgPoint{(p.x - b.minX) * s + margin, (p.y - b.minY) * s + margin};
-    };
+    const auto map = [&](SvgPoint p) { return SvgPoint{(p.x - b.minX) * s + margin, (p.y - b.minY) * s + margin}; };
     std::vector<uint8_t> pixels(static_cast<size_t>(width * height) * 4);
     for (int row = 0; row < height; ++row) {
         const float yc = static_cast<float>(row) + 0.5f;
@@ -207,8 +206,8 @@ TEST(SvgMask, FilesAreFoundAndReported) {
     SvgMask mask;
     ASSERT_TRUE(rasterizeSvg("logos/a.svg", show.baseDir, 64, 64, mask));
     EXPECT_EQ(log.text(), "[SHAPETEXT] Rasterized " + here + " (64x64, 2 contours)\n");
-    EXPECT_EQ(mask.pixels[(32 * 64 + 32) * 4], 0);       // the hole
-    EXPECT_EQ(mask.pixels[(32 * 64 + 8) * 4 + 3], 255);  // the frame
+    EXPECT_EQ(mask.pixels[(32 * 64 + 32) * 4], 0);                  // the hole
+    EXPECT_EQ(mask.pixels[(32 * 64 + 8) * 4 + 3], 255);             // the frame
     show.write("short.svg", svg("M0 0H9V9H0Z", "viewBox='0 0 7'")); // counts as the unit square
     ASSERT_TRUE(rasterizeSvg("short.svg", show.baseDir, 64, 64, mask));
     EXPECT_EQ(mask.pixels.back(), 255);

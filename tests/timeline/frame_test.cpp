@@ -72,9 +72,9 @@ TEST_F(FrameTest, OverlaysBlendOverTheBaseInLayerOrder) {
         {"type": "paint", "start": 2, "duration": 8, "overlay": true, "layer": 1, "params": {"colour": [0, 0, 1, 0.5]}},
         {"type": "paint", "start": 3, "duration": 7, "overlay": true, "layer": 3,
          "params": {"colour": [1, 1, 1, 0.2], "blendMode": "Additive"}}]})");
-    EXPECT_PIXEL(drawAt(0.5f), Pixel{51, 102, 0, 128});  // the base's own alpha blends nothing
-    EXPECT_PIXEL(drawAt(1.5f), Pixel{102, 102, 0, 191}); // + half of the additive colour
-    EXPECT_PIXEL(colourOf(drawAt(2.5f)), Pixel{77, 51, 128, 0}); // layer 1 mixes first, then layer 2 adds
+    EXPECT_PIXEL(drawAt(0.5f), Pixel{51, 102, 0, 128});           // the base's own alpha blends nothing
+    EXPECT_PIXEL(drawAt(1.5f), Pixel{102, 102, 0, 191});          // + half of the additive colour
+    EXPECT_PIXEL(colourOf(drawAt(2.5f)), Pixel{77, 51, 128, 0});  // layer 1 mixes first, then layer 2 adds
     EXPECT_PIXEL(colourOf(drawAt(3.5f)), Pixel{112, 92, 153, 0}); // "Additive" mixes like any other word
 }
 
@@ -96,8 +96,8 @@ TEST_F(FrameTest, SceneListDrawsInListOrderBothEndsInclusive) {
         {"type": "paint", "delay": 1, "duration": 2, "params": {"colour": [0, 1, 0, 0.2]}},
         {"type": "paint", "delay": -3, "duration": 0, "params": {"colour": [0, 0, 0.4, 1], "blendMode": "additive"}}]}]})");
     const std::pair<float, Pixel> cases[] = {
-        {0.999f, {51, 0, 102, 0}}, {1.0f, {41, 51, 102, 0}}, {3.0f, {41, 51, 102, 0}}, {3.01f, {51, 0, 102, 0}},
-        {4.5f, {0, 0, 102, 0}},
+        {0.999f, {51, 0, 102, 0}}, {1.0f, {41, 51, 102, 0}}, {3.0f, {41, 51, 102, 0}},
+        {3.01f, {51, 0, 102, 0}},  {4.5f, {0, 0, 102, 0}},
     };
     for (const auto& [t, wanted] : cases) {
         clear(0, 0, 0, 1);
@@ -107,7 +107,8 @@ TEST_F(FrameTest, SceneListDrawsInListOrderBothEndsInclusive) {
 }
 
 TEST_F(FrameTest, SteadyFrameAllocatesNothing) {
-    std::string entries = R"({"id": "a base with a long name that no small string holds", "type": "clock", "scene": "one"})";
+    std::string entries =
+        R"({"id": "a base with a long name that no small string holds", "type": "clock", "scene": "one"})";
     for (int i = 0; i < 12; ++i) {
         entries += R"(, {"type": "paint", "overlay": true, "params": {"colour": [1, 1, 1, 0.1]}, "layer": )" +
                    std::to_string(12 - i) + "}";
@@ -122,8 +123,8 @@ TEST_F(FrameTest, SteadyFrameAllocatesNothing) {
 
 // An entry that paints: name, scene, start, duration.
 std::string entry(const std::string& id, const std::string& scene, int start, int duration, const char* more = "") {
-    return "{\"type\": \"paint\", \"id\": \"" + id + "\", \"scene\": \"" + scene + "\", \"start\": " +
-           std::to_string(start) + ", \"duration\": " + std::to_string(duration) + more + "}";
+    return "{\"type\": \"paint\", \"id\": \"" + id + "\", \"scene\": \"" + scene +
+           "\", \"start\": " + std::to_string(start) + ", \"duration\": " + std::to_string(duration) + more + "}";
 }
 
 constexpr const char* kOverlay = ", \"overlay\": true";
@@ -154,8 +155,8 @@ TEST_F(FrameTest, TwoScenesLogTheirTransitionOnce) {
 TEST_F(FrameTest, OnlyTheTwoEarliestOfThreeScenesMix) {
     // By start, then by name; the scene without a name stands aside. Open-ended scenes have no overlap to fade
     // over: the incoming one shows at once. One without a base says so.
-    load("{\"entries\": [" + entry("z", "zeta", 1, 0) + "," + entry("a", "alpha", 1, 9) + "," +
-         entry("o", "", 0, 9) + "," + entry("l", "alphabet", 1, 0, kOverlay) + "]}");
+    load("{\"entries\": [" + entry("z", "zeta", 1, 0) + "," + entry("a", "alpha", 1, 9) + "," + entry("o", "", 0, 9) +
+         "," + entry("l", "alphabet", 1, 0, kOverlay) + "]}");
     const std::string first = logAt(3.5f);
     EXPECT_NE(first.find(" transition 0.278 scene=alpha "), std::string::npos) << first;
     EXPECT_NE(first.find(" -> scene=alphabet sceneIn=1.000s "), std::string::npos) << first;

@@ -35,7 +35,12 @@ std::string idsOf(const std::vector<RuntimeEntry*>& entries) {
 }
 
 TEST(Playback, ChoosesTheBase) {
-    const struct { const char* rule; std::vector<Row> rows; float t; const char* id; } cases[] = {
+    const struct {
+        const char* rule;
+        std::vector<Row> rows;
+        float t;
+        const char* id;
+    } cases[] = {
         {"one that plays before a later one that has ended", {{"a", 0, 9}, {"b", 2, 1}}, 5, "a"},
         {"at equal start the first in the list", {{"a", 1, 1}, {"b", 1, 9}, {"c", 1, 9}}, 5, "b"},
         {"latest start that has ended", {{"a", 0, 9}, {"b", 2, 3}, {"c", 20, 1}}, 10, "b"},
@@ -54,8 +59,14 @@ TEST(Playback, ChoosesTheBase) {
 
 TEST(Playback, StacksTheOverlaysOfATimeByLayerThenByStart) {
     // At 4 s: a start counts in, an end counts out, and without a duration there is none.
-    TestShow show({{"e", 1, 9, true, 3, 1}, {"d", 0, 9, true, 3}, {"x", 0, 9}, {"y", 0, 4, true},
-                   {"c", 0, 9, true, 3, 0}, {"b", 4, -1, true, -1, 1}, {"z", 4.1f, 9, true}, {"a", 1, 0, true, -2}});
+    TestShow show({{"e", 1, 9, true, 3, 1},
+                   {"d", 0, 9, true, 3},
+                   {"x", 0, 9},
+                   {"y", 0, 4, true},
+                   {"c", 0, 9, true, 3, 0},
+                   {"b", 4, -1, true, -1, 1},
+                   {"z", 4.1f, 9, true},
+                   {"a", 1, 0, true, -2}});
     std::vector<RuntimeEntry*> overlays(3, nullptr); // what it held before is gone
     selectOverlays(show.timeline, 4, overlays);
     EXPECT_EQ(idsOf(overlays), "abdce");

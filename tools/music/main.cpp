@@ -21,8 +21,7 @@ namespace {
 
 void printLevels(const Song& song) {
     constexpr int kScenes[] = {0, 4, 7, 10, 13, 17, 21, 25, 29};
-    constexpr const char* kNames[] = {"ignite", "melt", "guard", "heat",
-                                      "descent", "trail", "monolith", "rest"};
+    constexpr const char* kNames[] = {"ignite", "melt", "guard", "heat", "descent", "trail", "monolith", "rest"};
     for (int s = 0; s < 8; ++s) {
         std::printf("%-9s", kNames[s]);
         for (const Part& part : song.parts) {
@@ -40,9 +39,8 @@ void printLevels(const Song& song) {
 void printNotes(const Song& song) {
     constexpr const char* kLetters[] = {"C", "C#", "D", "Eb", "E", "F", "F#", "G", "G#", "A", "Bb", "B"};
     for (const NoteEntry& note : song.notes) {
-        std::printf("%2d %5.2f %5.2f %-5s %s%d\n", static_cast<int>(note.step) / kSteps,
-                    std::fmod(note.step, kSteps), note.length, song.parts[note.part].name,
-                    kLetters[note.key % 12], note.key / 12 - 1);
+        std::printf("%2d %5.2f %5.2f %-5s %s%d\n", static_cast<int>(note.step) / kSteps, std::fmod(note.step, kSteps),
+                    note.length, song.parts[note.part].name, kLetters[note.key % 12], note.key / 12 - 1);
     }
 }
 

@@ -8,7 +8,9 @@
 
 namespace {
 
-double fromDb(double db) { return std::pow(10.0, db / 20.0); }
+double fromDb(double db) {
+    return std::pow(10.0, db / 20.0);
+}
 
 // 1 at rest, 0 under a kick; it comes back within a beat.
 Ring duckCurve(const Song& song) {

@@ -3,26 +3,101 @@
 
 namespace {
 
-constexpr Patch kWarmPad{.gain = 0.20, .unison = 7, .detune = 13.0, .spread = 0.9, .attack = 0.35, .decay = 2.0,
-                         .sustain = 0.85, .release = 0.9, .cutoff = 1600.0, .open = 0.6};
-constexpr Patch kBrass{.gain = 0.24, .unison = 3, .detune = 8.0, .spread = 0.5, .attack = 0.02, .decay = 0.5,
-                       .sustain = 0.75, .release = 0.16, .cutoff = 1500.0, .bend = 1.7, .bendAttack = 0.06,
-                       .bendDecay = 0.5, .vibrato = 7.0};
-constexpr Patch kFlowBass{.gain = 0.42, .saw = 0.7, .square = 0.2, .sub = 0.6, .attack = 0.006, .decay = 0.4,
-                          .sustain = 0.75, .release = 0.06, .cutoff = 430.0, .resonance = 0.45, .bend = 1.6,
-                          .bendDecay = 0.16, .glide = 0.03, .drive = 0.3};
-constexpr Patch kIronBass{.gain = 0.42, .saw = 0.9, .square = 0.3, .sub = 0.55, .attack = 0.003, .decay = 0.16,
-                          .sustain = 0.5, .release = 0.04, .cutoff = 560.0, .resonance = 0.25, .bend = 2.0,
-                          .bendDecay = 0.07, .drive = 0.8};
-constexpr Patch kStab{.gain = 0.26, .saw = 0.8, .square = 0.3, .unison = 5, .detune = 15.0, .spread = 0.8,
-                      .attack = 0.002, .decay = 0.22, .sustain = 0.35, .release = 0.12, .cutoff = 1700.0,
-                      .resonance = 0.2, .bend = 1.8, .bendDecay = 0.14, .drive = 0.5};
-constexpr Patch kPluck{.gain = 0.30, .saw = 0.8, .square = 0.25, .unison = 2, .detune = 5.0, .spread = 0.6,
-                       .attack = 0.002, .decay = 0.13, .sustain = 0.0, .release = 0.10, .cutoff = 1100.0,
-                       .resonance = 0.35, .bend = 2.2, .bendDecay = 0.08};
-constexpr Patch kSolo{.gain = 0.26, .saw = 0.8, .square = 0.25, .unison = 3, .detune = 9.0, .spread = 0.45,
-                      .attack = 0.012, .decay = 0.6, .sustain = 0.8, .release = 0.18, .cutoff = 3400.0,
-                      .resonance = 0.15, .bend = 0.8, .bendDecay = 0.3, .vibrato = 11.0, .glide = 0.025};
+constexpr Patch kWarmPad{.gain = 0.20,
+                         .unison = 7,
+                         .detune = 13.0,
+                         .spread = 0.9,
+                         .attack = 0.35,
+                         .decay = 2.0,
+                         .sustain = 0.85,
+                         .release = 0.9,
+                         .cutoff = 1600.0,
+                         .open = 0.6};
+constexpr Patch kBrass{.gain = 0.24,
+                       .unison = 3,
+                       .detune = 8.0,
+                       .spread = 0.5,
+                       .attack = 0.02,
+                       .decay = 0.5,
+                       .sustain = 0.75,
+                       .release = 0.16,
+                       .cutoff = 1500.0,
+                       .bend = 1.7,
+                       .bendAttack = 0.06,
+                       .bendDecay = 0.5,
+                       .vibrato = 7.0};
+constexpr Patch kFlowBass{.gain = 0.42,
+                          .saw = 0.7,
+                          .square = 0.2,
+                          .sub = 0.6,
+                          .attack = 0.006,
+                          .decay = 0.4,
+                          .sustain = 0.75,
+                          .release = 0.06,
+                          .cutoff = 430.0,
+                          .resonance = 0.45,
+                          .bend = 1.6,
+                          .bendDecay = 0.16,
+                          .glide = 0.03,
+                          .drive = 0.3};
+constexpr Patch kIronBass{.gain = 0.42,
+                          .saw = 0.9,
+                          .square = 0.3,
+                          .sub = 0.55,
+                          .attack = 0.003,
+                          .decay = 0.16,
+                          .sustain = 0.5,
+                          .release = 0.04,
+                          .cutoff = 560.0,
+                          .resonance = 0.25,
+                          .bend = 2.0,
+                          .bendDecay = 0.07,
+                          .drive = 0.8};
+constexpr Patch kStab{.gain = 0.26,
+                      .saw = 0.8,
+                      .square = 0.3,
+                      .unison = 5,
+                      .detune = 15.0,
+                      .spread = 0.8,
+                      .attack = 0.002,
+                      .decay = 0.22,
+                      .sustain = 0.35,
+                      .release = 0.12,
+                      .cutoff = 1700.0,
+                      .resonance = 0.2,
+                      .bend = 1.8,
+                      .bendDecay = 0.14,
+                      .drive = 0.5};
+constexpr Patch kPluck{.gain = 0.30,
+                       .saw = 0.8,
+                       .square = 0.25,
+                       .unison = 2,
+                       .detune = 5.0,
+                       .spread = 0.6,
+                       .attack = 0.002,
+                       .decay = 0.13,
+                       .sustain = 0.0,
+                       .release = 0.10,
+                       .cutoff = 1100.0,
+                       .resonance = 0.35,
+                       .bend = 2.2,
+                       .bendDecay = 0.08};
+constexpr Patch kSolo{.gain = 0.26,
+                      .saw = 0.8,
+                      .square = 0.25,
+                      .unison = 3,
+                      .detune = 9.0,
+                      .spread = 0.45,
+                      .attack = 0.012,
+                      .decay = 0.6,
+                      .sustain = 0.8,
+                      .release = 0.18,
+                      .cutoff = 3400.0,
+                      .resonance = 0.15,
+                      .bend = 0.8,
+                      .bendDecay = 0.3,
+                      .vibrato = 11.0,
+                      .glide = 0.025};
 
 Player with(PartId part, const Patch& patch, double velocity = 1.0, double gate = 1.0) {
     return {.part = part, .patch = patch, .velocity = velocity, .gate = gate};
@@ -49,13 +124,15 @@ void ignite(Song& song) {
     pad.cutoff = 800.0;
     Player swell = with(kPad, pad, 0.75);
     swell.swell = 0.35;
-    line(song, swell, 0, "-/4 D3+F3+A3+E4/12 | Bb2+F3+D4+A4/16 | G2+D4+F4+Bb4/16 |"
-                         "A2+E4+A4+D5/8 A2+E4+A4+C#5/8");
+    line(song, swell, 0,
+         "-/4 D3+F3+A3+E4/12 | Bb2+F3+D4+A4/16 | G2+D4+F4+Bb4/16 |"
+         "A2+E4+A4+D5/8 A2+E4+A4+C#5/8");
     Player pluck = with(kArp, kPluck, 0.35, 0.8);
     pluck.swell = 0.55;
     pluck.sway = 0.4;
-    line(song, pluck, 1, "D4/4 F4/4 A4/4 D5/4 | G4/2 Bb4/2 D5/2 A4/2 Bb4/2 D5/2 F5/2 D5/2 |"
-                         "A4/1 D5/1 E5/1 A4/1 D5/1 E5/1 A5/1 E5/1 A4/1 C#5/1 E5/1 A5/1 C#5/1 E5/1 A5/1 C#6/1");
+    line(song, pluck, 1,
+         "D4/4 F4/4 A4/4 D5/4 | G4/2 Bb4/2 D5/2 A4/2 Bb4/2 D5/2 F5/2 D5/2 |"
+         "A4/1 D5/1 E5/1 A4/1 D5/1 E5/1 A5/1 E5/1 A4/1 C#5/1 E5/1 A5/1 C#5/1 E5/1 A5/1 C#6/1");
     line(song, bells(0.9, 0.5), 0, "-/4 D5+A5/8 A4/4");
     beat(song, Drum::soft, 2, "x...o...x...o...");
     beat(song, Drum::soft, 3, "X...x...X...X...");
@@ -76,8 +153,9 @@ void melt(Song& song) {
         beat(song, Drum::hat, bar, "o.oxo.oxo.oxo.ox", 0.7);
     }
     beat(song, Drum::snare, 6, "............o.xx");
-    line(song, with(kBass, kFlowBass), 4, "D2/3 D2/3 A2/2 F2/3 G2/3 A2/2 | Bb1/3 Bb1/3 F2/2 D2/3 F2/3 A2/2 |"
-                                          "C2/3 C2/3 G2/2 E2/3 G2/3 E2/2");
+    line(song, with(kBass, kFlowBass), 4,
+         "D2/3 D2/3 A2/2 F2/3 G2/3 A2/2 | Bb1/3 Bb1/3 F2/2 D2/3 F2/3 A2/2 |"
+         "C2/3 C2/3 G2/2 E2/3 G2/3 E2/2");
     Patch pad = kWarmPad;
     pad.cutoff = 1500.0;
     line(song, with(kPad, pad, 0.85), 4, "A3+C4+F4+D5/16 | A3+D4+F4+C5/16 | G3+D4+E4+C5/16");
@@ -141,9 +219,17 @@ void heat(Song& song) {
         beat(song, Drum::anvil, bar, "......x.......x.");
     }
     line(song, with(kArp, kPluck, 1.3, 0.9), 10, "-/12 A4/1 C5/1 D5/1 A4/1 | -/12 Bb4/1 Eb5/1 D5/1 Bb4/1");
-    addBurst(song, kAir, {.start = at(12, 0), .length = 1.9, .level = 1.3, .swell = 0.02, .decay = 0.45,
-                          .fromHz = 7000.0, .toHz = 1100.0, .resonance = 0.3, .band = Band::band,
-                          .width = 1.0});
+    addBurst(song, kAir,
+             {.start = at(12, 0),
+              .length = 1.9,
+              .level = 1.3,
+              .swell = 0.02,
+              .decay = 0.45,
+              .fromHz = 7000.0,
+              .toHz = 1100.0,
+              .resonance = 0.3,
+              .band = Band::band,
+              .width = 1.0});
     Patch cold = kWarmPad;
     cold.attack = 0.9;
     line(song, with(kPad, cold, 0.7), 12, "-/4 A3+D4+E4+A4/6 A3+C#4+E4+A4/6");
@@ -190,21 +276,28 @@ void trail(Song& song) {
     for (int bar = 17; bar < 21; ++bar) {
         hit(song, Drum::soft, at(bar, 0), 0.9);
         addSteel(song, at(bar, 0), 1174.66, 0.55, 0.8, bar % 2 ? -0.3 : 0.3);
-        addBurst(song, kAir, {.start = at(bar, 0), .length = 2.0, .level = 0.55, .swell = 1.0, .decay = 0.35,
-                              .fromHz = bar % 2 ? 900.0 : 2100.0, .toHz = bar % 2 ? 2100.0 : 900.0,
-                              .resonance = 0.5, .band = Band::band, .fromPan = bar % 2 ? -0.6 : 0.6,
-                              .toPan = bar % 2 ? 0.6 : -0.6, .width = 0.3});
+        addBurst(song, kAir,
+                 {.start = at(bar, 0),
+                  .length = 2.0,
+                  .level = 0.55,
+                  .swell = 1.0,
+                  .decay = 0.35,
+                  .fromHz = bar % 2 ? 900.0 : 2100.0,
+                  .toHz = bar % 2 ? 2100.0 : 900.0,
+                  .resonance = 0.5,
+                  .band = Band::band,
+                  .fromPan = bar % 2 ? -0.6 : 0.6,
+                  .toPan = bar % 2 ? 0.6 : -0.6,
+                  .width = 0.3});
     }
-    line(song, bells(1.1, 0.95), 17,
-         "F5/6 D5/2 C5/8 | A4/6 C5/2 G5/8 | F5/6 D5/2 Bb4/4 A4/4 | D5/6 E5/2 C#5/8");
+    line(song, bells(1.1, 0.95), 17, "F5/6 D5/2 C5/8 | A4/6 C5/2 G5/8 | F5/6 D5/2 Bb4/4 A4/4 | D5/6 E5/2 C#5/8");
     Player answer = bells(0.7, 0.4);
     answer.transpose = 12;
     line(song, answer, 17, "-/10 F5/2 A5/4 | -/10 A5/2 C6/4 | -/10 F5/2 D5/4 | -/10 A5/2 E5/4");
     Patch airy = kWarmPad;
     airy.cutoff = 2600.0;
     airy.attack = 0.5;
-    line(song, with(kPad, airy, 0.8), 17,
-         "F4+A4+C5+D5/16 | F4+A4+C5+G5/16 | F4+G4+D5/16 | E4+A4+D5/8 E4+A4+C#5/8");
+    line(song, with(kPad, airy, 0.8), 17, "F4+A4+C5+D5/16 | F4+A4+C5+G5/16 | F4+G4+D5/16 | E4+A4+D5/8 E4+A4+C#5/8");
     Patch deep = kFlowBass;
     deep.cutoff = 300.0;
     deep.bend = 0.6;
@@ -238,14 +331,12 @@ void monolith(Song& song) {
     beat(song, Drum::tomLow, 24, ".............x.X");
     addSteel(song, at(21, 0), 587.33, 1.2, 0.9, 0.0);
     addSteel(song, at(23, 0), 698.46, 0.8, 0.7, 0.0);
-    const char* theme =
-        "D5/6 A4/2 F5/4 E5/4 | D5/6 F5/2 Bb5/4 A5/4 | A5/6 G5/2 F5/4 C5/4 | E5/6 F5/2 G5/6 E5/2";
+    const char* theme = "D5/6 A4/2 F5/4 E5/4 | D5/6 F5/2 Bb5/4 A5/4 | A5/6 G5/2 F5/4 C5/4 | E5/6 F5/2 G5/6 E5/2";
     line(song, with(kLead, kSolo, 1.0, 0.98), 21, theme);
     Player low = with(kLead, kBrass, 0.9, 0.95);
     low.transpose = -12;
     line(song, low, 21, theme);
-    line(song, with(kPad, kWarmPad, 1.1), 21,
-         "A3+D4+A4+D5/16 | Bb3+D4+F4+D5/16 | A3+C4+F4+A4/16 | G3+C4+E4+G4/16");
+    line(song, with(kPad, kWarmPad, 1.1), 21, "A3+D4+A4+D5/16 | Bb3+D4+F4+D5/16 | A3+C4+F4+A4/16 | G3+C4+E4+G4/16");
     line(song, with(kBass, kIronBass, 1.0, 0.9), 21,
          "D2/2 D2/2 D2/2 D2/2 D2/2 D2/2 A1/2 C2/2 | Bb1/2 Bb1/2 Bb1/2 Bb1/2 Bb1/2 Bb1/2 D2/2 Bb1/2 |"
          "F2/2 F2/2 F2/2 F2/2 F2/2 F2/2 C2/2 D2/2 | C2/2 C2/2 C2/2 C2/2 C2/2 C2/2 G1/2 C2/2");
@@ -272,8 +363,7 @@ void rest(Song& song) {
     pad.cutoff = 2200.0;
     Player fade = with(kPad, pad, 0.9);
     fade.swell = -0.35;
-    line(song, fade, 25,
-         "Bb3+D4+F4+D5/16 | A3+D4+F4+A4/16 | F3+Bb3+D4+A4/16 | E3+A3+D4+G4/8 E3+A3+C#4+G4/4 -/4");
+    line(song, fade, 25, "Bb3+D4+F4+D5/16 | A3+D4+F4+A4/16 | F3+Bb3+D4+A4/16 | E3+A3+D4+G4/8 E3+A3+C#4+G4/4 -/4");
     Patch deep = kFlowBass;
     deep.cutoff = 300.0;
     deep.bend = 0.7;
@@ -284,8 +374,9 @@ void rest(Song& song) {
     Player dust = with(kArp, kPluck, 0.45, 0.9);
     dust.sway = 0.7;
     dust.swell = -0.4;
-    line(song, dust, 25, "G4/2 Bb4/2 D5/2 F5/2 D5/2 Bb4/2 A4/2 Bb4/2 | F4/2 A4/2 D5/2 A4/2 F4/2 A4/2 D5/4 |"
-                         "F4/4 Bb4/4 D5/4 A4/4");
+    line(song, dust, 25,
+         "G4/2 Bb4/2 D5/2 F5/2 D5/2 Bb4/2 A4/2 Bb4/2 | F4/2 A4/2 D5/2 A4/2 F4/2 A4/2 D5/4 |"
+         "F4/4 Bb4/4 D5/4 A4/4");
     beat(song, Drum::hat, 25, "..o...o...o...o.", 0.7);
     riser(song, at(28, 8), 1.0, 0.35);
 }

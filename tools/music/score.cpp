@@ -39,8 +39,11 @@ void line(Song& song, const Player& player, int bar, const char* s) {
         s = end;
         double velocity = accent * (player.velocity + player.swell * (step - begin) / total);
         for (int key : keys) {
-            Tone tone{.start = step * kStep, .length = steps * kStep * player.gate, .key = 1.0 * key,
-                      .from = 1.0 * (from ? from : key), .velocity = velocity,
+            Tone tone{.start = step * kStep,
+                      .length = steps * kStep * player.gate,
+                      .key = 1.0 * key,
+                      .from = 1.0 * (from ? from : key),
+                      .velocity = velocity,
                       .pan = player.pan + (index % 2 ? -player.sway : player.sway)};
             if (player.ring > 0.0) {
                 addBell(song, player.part, tone, player.ring);
@@ -68,16 +71,35 @@ void beat(Song& song, Drum drum, int bar, const char* pattern, double velocity) 
 }
 
 void riser(Song& song, double start, double length, double level) {
-    addBurst(song, kAir, {.start = start, .length = length, .level = level, .swell = length, .decay = 1.0,
-                          .fromHz = 350.0, .toHz = 7000.0, .resonance = 0.55, .band = Band::band,
-                          .fromPan = -0.4, .toPan = 0.4, .width = 0.6});
+    addBurst(song, kAir,
+             {.start = start,
+              .length = length,
+              .level = level,
+              .swell = length,
+              .decay = 1.0,
+              .fromHz = 350.0,
+              .toHz = 7000.0,
+              .resonance = 0.55,
+              .band = Band::band,
+              .fromPan = -0.4,
+              .toPan = 0.4,
+              .width = 0.6});
 }
 
 void shing(Song& song, double t, double velocity) {
     addSteel(song, t, 1760.0, 0.4 * velocity, 0.5, 0.2);
-    addBurst(song, kAir, {.start = t - 0.12, .length = 0.5, .level = 0.8 * velocity, .swell = 0.13,
-                          .decay = 0.09, .fromHz = 3800.0, .toHz = 9500.0, .resonance = 0.6, .band = Band::band,
-                          .fromPan = -0.7, .toPan = 0.7});
+    addBurst(song, kAir,
+             {.start = t - 0.12,
+              .length = 0.5,
+              .level = 0.8 * velocity,
+              .swell = 0.13,
+              .decay = 0.09,
+              .fromHz = 3800.0,
+              .toHz = 9500.0,
+              .resonance = 0.6,
+              .band = Band::band,
+              .fromPan = -0.7,
+              .toPan = 0.7});
 }
 
 void embers(Song& song, double start, double length, double from, double to) {
@@ -86,12 +108,28 @@ void embers(Song& song, double start, double length, double from, double to) {
         double level = from + (to - from) * t / length;
         double size = std::pow(0.5 + 0.5 * noise.next(), 3.0), pan = 0.9 * noise.next();
         double hz = 2200.0 + 2600.0 * (1.0 + noise.next());
-        addBurst(song, kAir, {.start = start + t, .length = 0.03, .level = 2.2 * level * size, .swell = 0.0004,
-                              .decay = 0.0035, .fromHz = hz, .toHz = 0.7 * hz, .resonance = 0.75,
-                              .band = Band::band, .fromPan = pan, .toPan = pan});
+        addBurst(song, kAir,
+                 {.start = start + t,
+                  .length = 0.03,
+                  .level = 2.2 * level * size,
+                  .swell = 0.0004,
+                  .decay = 0.0035,
+                  .fromHz = hz,
+                  .toHz = 0.7 * hz,
+                  .resonance = 0.75,
+                  .band = Band::band,
+                  .fromPan = pan,
+                  .toPan = pan});
     }
     double louder = std::max(from, to);
-    addBurst(song, kAir, {.start = start, .length = length, .level = 0.16 * louder,
-                          .swell = to > from ? length : 0.02, .decay = to > from ? 1.0 : length * 0.35,
-                          .fromHz = 420.0, .toHz = 420.0, .band = Band::low, .width = 0.9});
+    addBurst(song, kAir,
+             {.start = start,
+              .length = length,
+              .level = 0.16 * louder,
+              .swell = to > from ? length : 0.02,
+              .decay = to > from ? 1.0 : length * 0.35,
+              .fromHz = 420.0,
+              .toHz = 420.0,
+              .band = Band::low,
+              .width = 0.9});
 }

@@ -7,12 +7,12 @@
 struct Player {
     PartId part = kLead;
     Patch patch = {};
-    double ring = 0.0;      // s; above 0 the note is a bell's
+    double ring = 0.0; // s; above 0 the note is a bell's
     double velocity = 1.0;
-    double gate = 1.0;      // share of its length that a note sounds
+    double gate = 1.0; // share of its length that a note sounds
     int transpose = 0;
     double pan = 0.0, sway = 0.0; // sway: every second note goes so far to the other side
-    double swell = 0.0;     // added to the velocity over each line
+    double swell = 0.0;           // added to the velocity over each line
 };
 
 // A line is "KEY[+KEY...]/STEPS ...": "-" for a rest, "!" after the keys for an accent, "|" between bars.

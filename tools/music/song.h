@@ -11,8 +11,8 @@
 // and whatever has a memory (echo, hall, limiter) goes round twice and keeps the second round.
 constexpr int kRate = 44100;
 constexpr int kBars = 29;
-constexpr int kSteps = 16;            // a bar
-constexpr double kStep = 0.125;       // s, at 120 beats a minute
+constexpr int kSteps = 16;      // a bar
+constexpr double kStep = 0.125; // s, at 120 beats a minute
 constexpr int kFrames = kBars * 2 * kRate;
 constexpr double kTau = 2.0 * std::numbers::pi;
 
@@ -24,11 +24,11 @@ enum PartId { kKick, kDrums, kSteel, kBass, kPad, kArp, kLead, kBell, kAir, kPar
 // One instrument group, from its notes to its place in the mix.
 struct Part {
     const char* name = "";
-    double gain = 0.0;     // dB
-    double duck = 0.0;     // how much of it a kick takes away, 0..1
-    double hall = 0.0;     // share sent to the reverb
-    double echo = 0.0;     // share sent to the ping-pong delay
-    double lowCut = 20.0;  // Hz
+    double gain = 0.0;    // dB
+    double duck = 0.0;    // how much of it a kick takes away, 0..1
+    double hall = 0.0;    // share sent to the reverb
+    double echo = 0.0;    // share sent to the ping-pong delay
+    double lowCut = 20.0; // Hz
     std::vector<float> left = {}, right = {};
 };
 
@@ -53,5 +53,9 @@ struct Song {
     std::vector<double> kicks; // s
 };
 
-inline double at(int bar, double step) { return (bar * kSteps + step) * kStep; } // s
-inline int frameOf(double seconds) { return static_cast<int>(std::lround(seconds * kRate)); }
+inline double at(int bar, double step) {
+    return (bar * kSteps + step) * kStep;
+} // s
+inline int frameOf(double seconds) {
+    return static_cast<int>(std::lround(seconds * kRate));
+}

@@ -18,12 +18,12 @@ struct Patch {
     double gain = 0.3;
     double saw = 1.0, square = 0.0, sub = 0.0; // oscillator levels; sub is a sine at the note's own pitch
     int unison = 1;
-    double detune = 0.0, spread = 0.0;         // cents to either side; stereo width 0..1
+    double detune = 0.0, spread = 0.0;                                 // cents to either side; stereo width 0..1
     double attack = 0.003, decay = 0.3, sustain = 0.7, release = 0.08; // s, s, level, s
-    double cutoff = 1200.0, resonance = 0.1;   // Hz, 0..1
-    double bend = 0.0, bendAttack = 0.0, bendDecay = 0.2; // octaves the envelope opens the filter, s, s
-    double open = 0.0;                         // octaves it opens from the note's start to its end
-    double vibrato = 0.0, glide = 0.0;         // cents; s to come from the note before
+    double cutoff = 1200.0, resonance = 0.1;                           // Hz, 0..1
+    double bend = 0.0, bendAttack = 0.0, bendDecay = 0.2;              // octaves the envelope opens the filter, s, s
+    double open = 0.0;                 // octaves it opens from the note's start to its end
+    double vibrato = 0.0, glide = 0.0; // cents; s to come from the note before
     double drive = 0.0;
 };
 
@@ -39,8 +39,8 @@ enum class Band { low, band, high };
 struct Burst {
     double start = 0.0, length = 0.1; // s
     double level = 0.5;
-    double swell = 0.001;             // s from nothing to full
-    double decay = 0.05;              // s, after the swell
+    double swell = 0.001; // s from nothing to full
+    double decay = 0.05;  // s, after the swell
     double fromHz = 8000.0, toHz = 8000.0, resonance = 0.2;
     Band band = Band::high;
     double fromPan = 0.0, toPan = 0.0, width = 0.0; // width: share of noise that differs between the sides

@@ -6,7 +6,9 @@
 
 namespace {
 
-double keyToHz(double key) { return 440.0 * std::exp2((key - 69.0) / 12.0); }
+double keyToHz(double key) {
+    return 440.0 * std::exp2((key - 69.0) / 12.0);
+}
 
 // Band-limited step: what the naive sawtooth needs within one sample of its jump.
 double stepCorrection(double phase, double increment) {
@@ -28,21 +30,20 @@ double sawtooth(double phase, double increment) {
 double envelope(const Patch& patch, double t, double length) {
     double held = std::min(t, length);
     double level = held < patch.attack
-        ? held / patch.attack
-        : patch.sustain + (1.0 - patch.sustain) * std::exp((patch.attack - held) / patch.decay);
+                       ? held / patch.attack
+                       : patch.sustain + (1.0 - patch.sustain) * std::exp((patch.attack - held) / patch.decay);
     double gone = (t - length) / patch.release;
     return gone > 0.0 ? level * std::exp(-4.0 * gone) * std::max(0.0, 1.0 - gone) : level;
 }
 
 double filterHz(const Patch& patch, double t, double length, double hz) {
-    double shape = t < patch.bendAttack ? t / patch.bendAttack
-                                        : std::exp((patch.bendAttack - t) / patch.bendDecay);
+    double shape = t < patch.bendAttack ? t / patch.bendAttack : std::exp((patch.bendAttack - t) / patch.bendDecay);
     double octaves = patch.bend * shape + patch.open * std::min(t / length, 1.0) + 0.3 * std::log2(hz / 262.0);
     return patch.cutoff * std::exp2(octaves);
 }
 
 struct Voice {
-    static constexpr int kMost = 7; // oscillators in unison
+    static constexpr int kMost = 7;                 // oscillators in unison
     std::array<double, kMost> phase{}, increment{}; // turns, turns a sample
     double subPhase = 0.0, subIncrement = 0.0;
     Filter left[2], right[2];
@@ -138,8 +139,8 @@ void addBell(Song& song, PartId id, const Tone& tone, double ring) {
         double level = tone.velocity * 0.3 * std::min(1.0, t / 0.002) * std::exp(-t / ring) * fade;
         for (double side : {-1.0, 1.0}) {
             double hz = keyToHz(tone.key + 0.05 * side);
-            double bend = 0.9 * std::exp(-t / (0.35 * ring)) * std::sin(kTau * 2.0 * hz * t)
-                        + 0.35 * std::exp(-t / 0.03) * std::sin(kTau * 7.0 * hz * t);
+            double bend = 0.9 * std::exp(-t / (0.35 * ring)) * std::sin(kTau * 2.0 * hz * t) +
+                          0.35 * std::exp(-t / 0.03) * std::sin(kTau * 7.0 * hz * t);
             double value = 0.7 * level * std::sin(kTau * hz * t + bend);
             mixIn(song.parts[id], first + i, value, tone.pan + 0.45 * side);
         }

@@ -26,7 +26,7 @@ enum ErrorCode {
     kBadFile = 41,
 };
 
-constexpr uint32_t kStream = 1; // there is one stream at a time
+constexpr uint32_t kStream = 1;     // there is one stream at a time
 constexpr int kDeviceFrames = 1024; // a device buffer: 23 ms
 
 struct BuiltIn {
@@ -34,7 +34,7 @@ struct BuiltIn {
     bool initialised = false;
     int error = kNoError;
     Track track;
-    std::mutex mutex; // held over the members below, by the device's thread while it fills a buffer
+    std::mutex mutex;      // held over the members below, by the device's thread while it fills a buffer
     uint64_t position = 0; // frames: the next one heard
     float volume = 1.0f;
     bool playing = false;

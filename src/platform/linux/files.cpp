@@ -205,11 +205,9 @@ bool readFile(const std::string& path, std::string& bytes) {
     const int descriptor = open(found.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0) return false;
     struct stat status = {};
-    const bool fits = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                      status.st_size <= kMaxFileBytes;
-    const bool whole = fits && readToEnd(bytes, status.st_size, [&](char* buffer, size_t size) {
-        return readSome(descriptor, buffer, size);
-    });
+    const bool fits = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size <= kMaxFileBytes;
+    const bool whole = fits && readToEnd(bytes, status.st_size,
+                                         [&](char* buffer, size_t size) { return readSome(descriptor, buffer, size); });
     close(descriptor);
     if (!whole) std::string().swap(bytes);
     return whole;

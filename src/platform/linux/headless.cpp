@@ -73,13 +73,19 @@ bool hasSize(const Surface& surface, int width, int height) {
 // Everything behind an open display. No depth or stencil bits: the shows draw flat, and a software
 // driver would keep them in main memory.
 bool makeContext(Surface& surface, int width, int height, std::string& failure) {
+    // clang-format off
     const EGLint configAttributes[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
                                        EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8, EGL_ALPHA_SIZE, 8,
                                        EGL_NONE};
+    // clang-format on
+    // clang-format off
     const EGLint contextAttributes[] = {EGL_CONTEXT_MAJOR_VERSION, 3, EGL_CONTEXT_MINOR_VERSION, 3,
                                         EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
                                         EGL_NONE};
+    // clang-format on
+    // clang-format off
     const EGLint bufferAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
+    // clang-format on
 
     if (!eglInitialize(surface.display, nullptr, nullptr)) return fail("eglInitialize", failure);
     if (!eglBindAPI(EGL_OPENGL_API)) return fail("eglBindAPI", failure);
@@ -96,8 +102,7 @@ bool makeContext(Surface& surface, int width, int height, std::string& failure) 
         return fail("eglMakeCurrent", failure);
     }
     if (!hasSize(surface, width, height)) {
-        failure = "the driver draws no picture of " + std::to_string(width) + "x" +
-                  std::to_string(height) + " pixels";
+        failure = "the driver draws no picture of " + std::to_string(width) + "x" + std::to_string(height) + " pixels";
         return false;
     }
     return true;
@@ -128,8 +133,7 @@ bool openOn(Surface& surface, EGLDisplay display, int width, int height, std::st
 }
 
 bool isSoftware(EGLDeviceEXT device) {
-    const auto query =
-        reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(eglGetProcAddress("eglQueryDeviceStringEXT"));
+    const auto query = reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(eglGetProcAddress("eglQueryDeviceStringEXT"));
     const char* extensions = query ? query(device, EGL_EXTENSIONS) : nullptr;
     return extensions && std::strstr(extensions, "EGL_MESA_device_software");
 }

@@ -53,8 +53,7 @@ SDL_Surface* inksToRgba(const SDL_Surface& inks) {
 SDL_Surface* toRgba(ImageKind kind, SDL_Surface* surface) {
     if (!surface || surface->format->format == SDL_PIXELFORMAT_RGBA32) return surface;
     const bool inks = kind == ImageKind::jpeg && surface->format->BytesPerPixel == 4;
-    SDL_Surface* rgba =
-        inks ? inksToRgba(*surface) : SDL_ConvertSurfaceFormat(surface, SDL_PIXELFORMAT_RGBA32, 0);
+    SDL_Surface* rgba = inks ? inksToRgba(*surface) : SDL_ConvertSurfaceFormat(surface, SDL_PIXELFORMAT_RGBA32, 0);
     SDL_FreeSurface(surface);
     return rgba;
 }
@@ -162,8 +161,7 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     return fits;
 }
 
-bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
-               PixelLayout layout) {
+bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes, PixelLayout layout) {
     bytes.clear();
     if (!fitsImageLimits(width, height)) return false;
     SDL_Surface* surface = surfaceFromRows(pixels, width, height, withAlpha, layout);

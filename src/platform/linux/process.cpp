@@ -15,17 +15,17 @@
 
 struct Process {
     pid_t id = -1;
-    int input = -1;  // its standard input; -1 once closed
-    int errors = -1; // its standard error
+    int input = -1;   // its standard input; -1 once closed
+    int errors = -1;  // its standard error
     std::string said; // the end of what it said there
 };
 
 namespace {
 
-constexpr size_t kKeptBytes = 4096; // of its standard error
-constexpr int kTickMilliseconds = 100; // between looks at `cancelled`
+constexpr size_t kKeptBytes = 4096;     // of its standard error
+constexpr int kTickMilliseconds = 100;  // between looks at `cancelled`
 constexpr int kEndTickMilliseconds = 2; // once it has nothing more to say, which is just before its end
-constexpr int kPipeBytes = 1 << 20; // fewer switches between the two programs; the system may grant less
+constexpr int kPipeBytes = 1 << 20;     // fewer switches between the two programs; the system may grant less
 
 struct Pipe {
     int reading = -1;

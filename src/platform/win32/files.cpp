@@ -82,9 +82,8 @@ bool readFile(const std::string& path, std::string& bytes) {
     // A name on another machine may still be a pipe.
     const bool isFile = GetFileType(file) == FILE_TYPE_DISK && GetFileSizeEx(file, &size);
     const bool fits = isFile && size.QuadPart <= kMaxFileBytes;
-    const bool whole = fits && readToEnd(bytes, size.QuadPart, [&](char* buffer, size_t room) {
-        return readSome(file, buffer, room);
-    });
+    const bool whole = fits && readToEnd(bytes, size.QuadPart,
+                                         [&](char* buffer, size_t room) { return readSome(file, buffer, room); });
     CloseHandle(file);
     if (!whole) std::string().swap(bytes);
     return whole;

@@ -29,14 +29,22 @@ bool fail(const char* step, std::string& failure) {
 
 // No depth or stencil bits: the shows draw flat.
 int findPixelFormat(HDC deviceContext, const WglFunctions& wgl, int doubleBuffered) {
-    const int attributes[] = {WGL_DRAW_TO_PBUFFER_ARB, 1,
-                              WGL_SUPPORT_OPENGL_ARB, 1,
-                              WGL_DOUBLE_BUFFER_ARB, doubleBuffered,
-                              WGL_PIXEL_TYPE_ARB, WGL_TYPE_RGBA_ARB,
-                              WGL_RED_BITS_ARB, 8,
-                              WGL_GREEN_BITS_ARB, 8,
-                              WGL_BLUE_BITS_ARB, 8,
-                              WGL_ALPHA_BITS_ARB, 8,
+    const int attributes[] = {WGL_DRAW_TO_PBUFFER_ARB,
+                              1,
+                              WGL_SUPPORT_OPENGL_ARB,
+                              1,
+                              WGL_DOUBLE_BUFFER_ARB,
+                              doubleBuffered,
+                              WGL_PIXEL_TYPE_ARB,
+                              WGL_TYPE_RGBA_ARB,
+                              WGL_RED_BITS_ARB,
+                              8,
+                              WGL_GREEN_BITS_ARB,
+                              8,
+                              WGL_BLUE_BITS_ARB,
+                              8,
+                              WGL_ALPHA_BITS_ARB,
+                              8,
                               0};
     int format = 0;
     UINT count = 0;

@@ -50,8 +50,8 @@ std::wstring toWide(const std::string& path) {
 Gdiplus::GpStatus copyRowsBottomUp(Gdiplus::GpBitmap* bitmap, DecodedImage& image) {
     const Gdiplus::Rect whole(0, 0, image.width, image.height);
     Gdiplus::BitmapData data = {};
-    const auto status =
-        gdi::GdipBitmapLockBits(bitmap, &whole, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB, &data);
+    const auto status = gdi::GdipBitmapLockBits(bitmap, &whole, Gdiplus::ImageLockModeRead, PixelFormat32bppARGB,
+                                                &data);
     if (status != Gdiplus::Ok) return status;
     const size_t rowBytes = static_cast<size_t>(image.width) * kPixelBytes;
     image.pixels.resize(rowBytes * static_cast<size_t>(image.height));
@@ -161,8 +161,7 @@ bool decodeImage(const std::string& path, DecodedImage& image, std::string& reas
     return decoded;
 }
 
-bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes,
-               PixelLayout layout) {
+bool encodePng(const uint8_t* pixels, int width, int height, bool withAlpha, std::string& bytes, PixelLayout layout) {
     bytes.clear();
     if (!fitsImageLimits(width, height)) return false;
     Rows rows = rowsFor(pixels, width, height, withAlpha, layout);

@@ -25,9 +25,9 @@ struct Process {
 
 namespace {
 
-constexpr size_t kKeptBytes = 4096; // of its standard error
+constexpr size_t kKeptBytes = 4096;      // of its standard error
 constexpr DWORD kTickMilliseconds = 100; // between looks at `cancelled`
-constexpr DWORD kPipeBytes = 1 << 20; // fewer switches between the two programs
+constexpr DWORD kPipeBytes = 1 << 20;    // fewer switches between the two programs
 
 void closeHandle(HANDLE& handle) {
     if (handle && handle != INVALID_HANDLE_VALUE) CloseHandle(handle);

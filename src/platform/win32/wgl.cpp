@@ -68,10 +68,12 @@ void setClassicPixelFormat(HDC deviceContext) {
 }
 
 HGLRC createContext(HDC deviceContext, const WglFunctions& wgl) {
+    // clang-format off
     const int attributes[] = {WGL_CONTEXT_MAJOR_VERSION_ARB, 3,
                               WGL_CONTEXT_MINOR_VERSION_ARB, 3,
                               WGL_CONTEXT_PROFILE_MASK_ARB, WGL_CONTEXT_CORE_PROFILE_BIT_ARB,
                               0};
+    // clang-format on
     const HGLRC context = wgl.createContextAttribs ? wgl.createContextAttribs(deviceContext, nullptr, attributes)
                                                    : wglCreateContext(deviceContext);
     wglMakeCurrent(deviceContext, context);

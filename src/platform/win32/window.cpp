@@ -48,13 +48,20 @@ void setPixelFormat(HDC deviceContext, const WglFunctions& wgl) {
         setClassicPixelFormat(deviceContext);
         return;
     }
-    const int attributes[] = {WGL_DRAW_TO_WINDOW_ARB, 1,
-                              WGL_SUPPORT_OPENGL_ARB, 1,
-                              WGL_DOUBLE_BUFFER_ARB, 1,
-                              WGL_PIXEL_TYPE_ARB, WGL_TYPE_RGBA_ARB,
-                              WGL_COLOR_BITS_ARB, 32,
-                              WGL_DEPTH_BITS_ARB, 24,
-                              WGL_ACCELERATION_ARB, WGL_FULL_ACCELERATION_ARB,
+    const int attributes[] = {WGL_DRAW_TO_WINDOW_ARB,
+                              1,
+                              WGL_SUPPORT_OPENGL_ARB,
+                              1,
+                              WGL_DOUBLE_BUFFER_ARB,
+                              1,
+                              WGL_PIXEL_TYPE_ARB,
+                              WGL_TYPE_RGBA_ARB,
+                              WGL_COLOR_BITS_ARB,
+                              32,
+                              WGL_DEPTH_BITS_ARB,
+                              24,
+                              WGL_ACCELERATION_ARB,
+                              WGL_FULL_ACCELERATION_ARB,
                               0};
     int format = 0;
     UINT count = 0;
@@ -110,9 +117,7 @@ LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         hideCursor();
         SetCursor(nullptr);
         return 1;
-    case WM_KEYDOWN:
-        handleKey(wParam);
-        return 0;
+    case WM_KEYDOWN: handleKey(wParam); return 0;
     default: return DefWindowProcW(window, message, wParam, lParam);
     }
 }

@@ -16,24 +16,42 @@ TEST(Paths, AbsoluteWithDriveOrRoot) {
 TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
     const std::string here = fs::current_path().string();
     const std::pair<std::string, std::string> cases[] = {
-        {"", here}, {"no such/../b.json", here + "/b.json"}, {"a//./b/", here + "/a/b"}, {"C:/x", here + "/C:/x"},
-        {"/a/./b/../../c//d", "/c/d"}, {"/../../x", "/x"}, {"//", "/"}, {"/...", "/..."},
+        {"", here},
+        {"no such/../b.json", here + "/b.json"},
+        {"a//./b/", here + "/a/b"},
+        {"C:/x", here + "/C:/x"},
+        {"/a/./b/../../c//d", "/c/d"},
+        {"/../../x", "/x"},
+        {"//", "/"},
+        {"/...", "/..."},
     };
     for (const auto& [path, expected] : cases) EXPECT_EQ(fullPath(path), expected) << path;
 }
 
 TEST_F(FilesTest, LettersCountOnlyWhereTheNameItselfIsThere) {
-    const char* const files[] = {"logo.png", "Logo.png", "b.TXT", "B.txt", "Data/Pics/other.png", "Data/PICS/second.png",
-                                 "data/pics/Deep.PNG", "  two blanks .txt", "\xC3\x84tna\n1.txt"};
+    const char* const files[] = {"logo.png",
+                                 "Logo.png",
+                                 "b.TXT",
+                                 "B.txt",
+                                 "Data/Pics/other.png",
+                                 "Data/PICS/second.png",
+                                 "data/pics/Deep.PNG",
+                                 "  two blanks .txt",
+                                 "\xC3\x84tna\n1.txt"};
     for (const char* path : files) show.write(path, path);
     const std::pair<std::string, const char*> cases[] = {
-        {"logo.png", "logo.png"}, {"b.txt", "B.txt"}, {"LOGO.PNG", "Logo.png"}, // else in byte order
+        {"logo.png", "logo.png"},
+        {"b.txt", "B.txt"},
+        {"LOGO.PNG", "Logo.png"},                     // else in byte order
         {"Data/Pics/deep.png", "data/pics/Deep.PNG"}, // a directory that lacks the file hides none
         {"./DATA//Pics/./../pICS/DEEP.png", "data/pics/Deep.PNG"},
         {"Data/Pics/missing.png", "(none)"},
-        {"  TWO blanks .txt", "  two blanks .txt"}, {"two blanks .txt", "(none)"},
-        {"\xC3\x84tna\n1.TXT", "\xC3\x84tna\n1.txt"}, {"\xC3\xA4tna\n1.txt", "(none)"}, // no ASCII
-        {std::string("logo.png\0.png", 13), "(none)"}, {std::string(5000, 'a'), "(none)"},
+        {"  TWO blanks .txt", "  two blanks .txt"},
+        {"two blanks .txt", "(none)"},
+        {"\xC3\x84tna\n1.TXT", "\xC3\x84tna\n1.txt"},
+        {"\xC3\xA4tna\n1.txt", "(none)"}, // no ASCII
+        {std::string("logo.png\0.png", 13), "(none)"},
+        {std::string(5000, 'a'), "(none)"},
     };
     for (const auto& [path, text] : cases) EXPECT_EQ(get(root + path), text) << path;
     EXPECT_EQ(locateFile(root + "LOGO.png"), root + "Logo.png");
@@ -70,7 +88,7 @@ TEST_F(FilesTest, PipesDevicesAndOverlongFilesAreNotRead) {
     EXPECT_EQ(get(huge), "(none)");
     std::string bytes;
     EXPECT_FALSE(readFile("/dev/zero", bytes) || readFile("/proc/self/mem", bytes)); // the second is regular
-    EXPECT_TRUE(readFile("/proc/self/status", bytes)); // claims to be empty
+    EXPECT_TRUE(readFile("/proc/self/status", bytes));                               // claims to be empty
     EXPECT_GT(bytes.size(), 100u);
 }
 

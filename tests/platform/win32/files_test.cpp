@@ -20,11 +20,16 @@ TEST(Paths, AbsoluteWithAColonInSecondPlace) {
 TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
     const std::string here = fs::current_path().string();
     const std::pair<std::string, std::string> cases[] = {
-        {"no such/../b.json", here + "\\b.json"}, {"a//./b/", here + "\\a\\b\\"}, {"C:/x/y.json", "C:\\x\\y.json"},
-        {"C:\\a\\.\\b\\..\\..\\c", "C:\\c"}, {"C:\\..\\..\\x", "C:\\x"}, {"\\\\srv\\share/x", "\\\\srv\\share\\x"},
+        {"no such/../b.json", here + "\\b.json"},
+        {"a//./b/", here + "\\a\\b\\"},
+        {"C:/x/y.json", "C:\\x\\y.json"},
+        {"C:\\a\\.\\b\\..\\..\\c", "C:\\c"},
+        {"C:\\..\\..\\x", "C:\\x"},
+        {"\\\\srv\\share/x", "\\\\srv\\share\\x"},
         {"\xC3\x84tna.json", here + "\\\xC3\x84tna.json"},
         {"C:\\" + std::string(256, 'a'), "C:\\" + std::string(256, 'a')}, // with its end it just fits
-        {"C:\\" + std::string(257, 'a'), ""}, {"", ""},
+        {"C:\\" + std::string(257, 'a'), ""},
+        {"", ""},
         {"C:\\" + repeated(256, "\xE6\x97\xA5"), "C:\\" + repeated(256, "\xE6\x97\xA5")}, // what counts is not bytes
         {"C:\\" + repeated(257, "\xE6\x97\xA5"), ""},
     };
@@ -37,13 +42,17 @@ TEST_F(FilesTest, EitherSlashAndAnyCaseLeadToTheSameFile) {
     const std::string deep = repeated(50, "\xE6\x97\xA5") + "/" + repeated(50, "\xE6\x97\xA5"); // 300 bytes
     show.write(deep, deep);
     const std::pair<std::string, const char*> cases[] = {
-        {"logo.PNG", "Logo.png"}, {"data\\PICS/Deep.png", "Data/Pics/deep.PNG"},
+        {"logo.PNG", "Logo.png"},
+        {"data\\PICS/Deep.png", "Data/Pics/deep.PNG"},
         {".\\Data//Pics\\.\\../pics/deep.png", "Data/Pics/deep.PNG"},
-        {"two  blanks.txt", "two  blanks.txt"}, {"two blanks.txt", "(none)"},
+        {"two  blanks.txt", "two  blanks.txt"},
+        {"two blanks.txt", "(none)"},
         {"\xC3\x84tna \xE6\x97\xA5.txt", "\xC3\x84tna \xE6\x97\xA5.txt"}, // narrow text is UTF-8
         {deep, deep.c_str()},
-        {"Data/Pics", "(none)"}, {"*.png", "(none)"},
-        {std::string("Logo.png\0.png", 13), "(none)"}, {std::string(300, 'a'), "(none)"},
+        {"Data/Pics", "(none)"},
+        {"*.png", "(none)"},
+        {std::string("Logo.png\0.png", 13), "(none)"},
+        {std::string(300, 'a'), "(none)"},
     };
     for (const auto& [path, text] : cases) EXPECT_EQ(get(root + path), text) << path;
     EXPECT_TRUE(isDirectory(root + "DATA/pics") && isDirectory(root + "data\\"));

@@ -77,6 +77,19 @@ void finishFrame(Player& player) {
     }
 }
 
-void clearFeedback(Timeline& timeline) {
-    for (RuntimeEntry& entry : timeline.entries) clearFeedback(entry.effect);
+const Timeline& playingTimeline(const Player& player) {
+    return player.timelines[player.part];
+}
+
+void beginPart(Player& player, size_t part) {
+    player.part = part;
+    logAgain(player.stage.parts[part].log);
+    resetEffects(player.stage.parts[part]);
+    resetClocks(player.clocks, playingTimeline(player));
+}
+
+void drawPlayerMoment(Player& player, float delta) {
+    runClocks(player.clocks, playingTimeline(player), delta, player.moment);
+    drawMoment(player.stage, player.stage.parts[player.part], player.moment, shellState().clientWidth,
+               shellState().clientHeight);
 }

@@ -26,4 +26,6 @@ bool stopTimeReached(const Player& player);
 bool hasReached(const Player& player, double time, double end); // seconds; offline to a thousandth of a frame
 void clearFrame();                                              // opaque black
 void finishFrame(Player& player);                               // shows or records it
-void clearFeedback(Timeline& timeline);                         // empties every buffer pass's pictures
+const Timeline& playingTimeline(const Player& player);
+void beginPart(Player& player, size_t part);        // says its load and begins it anew: clocks at 0, no feedback
+void drawPlayerMoment(Player& player, float delta); // runs the clocks and draws

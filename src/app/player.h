@@ -24,10 +24,12 @@ struct Player {
     Surface* surface = nullptr;
     AudioPlayer audio;
     RunClock clock;
-    Timeline timeline;
-    PlayState state;
-    TransitionState transition;
-    TransitionStage stage;
+    Stage stage;
+    std::vector<Timeline> timelines; // one for each part of the stage
+    size_t part = 0;                 // the one that plays: 0, or the scene of a list
+    Clocks clocks;                   // of its entries
+    PlayScratch scratch;
+    Moment moment; // of the current frame
     PlayLog log;
     std::vector<int> scenes;                                   // scratch: indices of active scenes
     size_t nextKey = 0;                                        // of the scripted keys

@@ -1,4 +1,6 @@
 #include "app/loop.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
 #include "platform/files.h"
 #include "platform/shell_state.h"
 #include "timeline/frame.h"
@@ -7,10 +9,29 @@
 
 namespace {
 
-void loadPlayerScene(Player& player, int index) {
+// Makes the effects of every scene; what is to be said of a scene is said when it begins.
+void makeScenes(Player& player) {
+    const int width = shellState().clientWidth, height = shellState().clientHeight;
+    const RuntimeConfig& config = player.config;
+    player.stage.parts.reserve(config.scenes.size());
     keepListings(true);
-    loadScene(player.timeline, player.config, index, shellState().clientWidth, shellState().clientHeight);
+    for (size_t i = 0; i < config.scenes.size(); ++i) {
+        const SceneSpec& scene = config.scenes[i];
+        StagePart& part = player.stage.parts.emplace_back();
+        recordLog(&part.log, true);
+        logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", static_cast<int>(i) + 1,
+                static_cast<int>(config.scenes.size()), orNone(scene.id), static_cast<int>(scene.entries.size()),
+                static_cast<double>(sceneDuration(config, static_cast<int>(i))));
+        makeEffects(player.stage, part, scene.entries, LoadWords::shaders, width, height);
+        recordLog(nullptr);
+        player.timelines.push_back(buildTimeline(part.entries, config));
+        warmUpScene(player.stage, part, player.timelines.back(), width, height);
+    }
     keepListings(false);
+}
+
+void beginScene(Player& player, int index) {
+    beginPart(player, static_cast<size_t>(index));
     jumpClock(player.clock, 0.0);
 }
 
@@ -39,8 +60,10 @@ ScenePosition findScene(const RuntimeConfig& config, double time) {
 void seekInScene(Player& player, const ScenePosition& position) {
     player.passesTime = position.before;
     jumpClock(player.clock, position.time);
-    for (RuntimeEntry& entry : player.timeline.entries) {
-        seekEffect(entry.effect, showTime(player) - std::max(0.0f, entry.entry->delay));
+    const std::vector<RuntimeEntry>& entries = playingTimeline(player).entries;
+    for (size_t i = 0; i < entries.size(); ++i) {
+        const TimelineEntry& entry = *entries[i].entry;
+        seekClock(player.clocks.entries[i], entry.timeScale, showTime(player) - std::max(0.0f, entry.delay));
     }
     restartCounter(player.clock);
 }
@@ -60,14 +83,15 @@ bool advanceScene(Player& player, int& index) {
         if (isOffline(player)) return false; // one pass
         index = 0;
     }
-    loadPlayerScene(player, index);
+    beginScene(player, index);
     jumpClock(player.clock, rest);
     return advanceScene(player, index); // a scene may be shorter than the step
 }
 
 void drawFrame(Player& player, float delta) {
     clearFrame();
-    drawSceneFrame(player.timeline, showTime(player), delta, shellState().clientWidth, shellState().clientHeight);
+    resolveSceneMoment(playingTimeline(player), showTime(player), player.moment);
+    drawPlayerMoment(player, delta);
     finishFrame(player);
 }
 
@@ -76,9 +100,11 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
+    makeScenes(player);
     if (player.audio.ready) playFrom(player.audio, start.before + start.time);
-    loadPlayerScene(player, index);
-    player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
+    player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
+    beginScene(player, index);
+    player.clock = startClock(0.0, player.clocks.rate);
     if (player.options.start) seekInScene(player, start);
     while (beginFrame(player)) {
         if (stopTimeReached(player) || !advanceScene(player, index)) break;
@@ -87,15 +113,16 @@ void playScenes(Player& player) {
 }
 
 void renderSceneStills(Player& player) {
+    makeScenes(player);
     int loaded = -1;
     for (const double time : player.options.stills) {
         pumpMessages(player.surface);
         if (!shellState().running) return;
         const ScenePosition position = findScene(player.config, time);
-        if (position.index != loaded) loadPlayerScene(player, position.index);
+        if (position.index != loaded) beginScene(player, position.index);
         loaded = position.index;
         seekInScene(player, position);
-        clearFeedback(player.timeline);
+        resetEffects(player.stage.parts[player.part]);
         drawFrame(player, 0.0f);
     }
 }

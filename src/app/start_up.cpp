@@ -4,16 +4,12 @@
 #include "app/steering.h"
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
-#include "gpu/program_pool.h"
-#include "gpu/quad.h"
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
-#include "gpu/textures.h"
 #include "platform/files.h"
 #include "platform/image.h"
 #include "platform/shell_state.h"
 #include "text/bitmap_font.h"
-#include "text/color_font.h"
 
 #include <algorithm>
 #include <cmath>
@@ -157,16 +153,10 @@ bool closeOffline(Player& player) {
 }
 
 void shutDown(Player& player) {
-    releaseTransitionStage(player.stage);
     closeAudio(player.audio);
     recordExitReason("main loop finished");
     logLine("[EXIT] %s\n", shellState().exitReason.c_str());
-    releaseTimeline(player.timeline);
-    deleteTextures();
-    deleteBitmapFont();
-    deleteColorFonts();
-    deletePooledPrograms();
-    deleteQuad();
+    releaseStage(player.stage);
     destroySurface(player.surface);
     stopImageDecoding();
     logLine("[DONE]\n");
@@ -191,8 +181,8 @@ int runPlayer(const Options& options) {
     }
     logLine("[GL] %s\n", reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
     logLine("[GL] OpenGL %s\n", reinterpret_cast<const char*>(glGetString(GL_VERSION)));
-    createQuad();
-    loadBitmapFont(player.config.baseDir);
+    player.stage.device = createDevice();
+    loadBitmapFont(player.stage.fonts, player.config.baseDir);
     openMusic(player);
 
     setStopTime(player);

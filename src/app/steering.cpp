@@ -1,5 +1,6 @@
 #include "app/steering.h"
 
+#include "app/loop.h"
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "platform/shell_state.h"
@@ -41,14 +42,17 @@ float clampToRange(const VisualRange& range, float t) {
     return std::max(std::min(t, lastVisibleTime(range)), range.start);
 }
 
-void seekEffects(Timeline& timeline, float t) {
-    for (RuntimeEntry& entry : timeline.entries) seekEffect(entry.effect, t - entry.start);
+void seekClocks(Clocks& clocks, const Timeline& timeline, float t) {
+    for (size_t i = 0; i < timeline.entries.size(); ++i) {
+        const RuntimeEntry& entry = timeline.entries[i];
+        seekClock(clocks.entries[i], entry.entry->timeScale, t - entry.start);
+    }
 }
 
 void seekTo(Player& player, const VisualRange& range, float t) {
     const float target = clampToRange(range, t);
     jumpClock(player.clock, static_cast<double>(target));
-    seekEffects(player.timeline, target);
+    seekClocks(player.clocks, playingTimeline(player), target);
     player.log.lastKey.clear();
     restartCounter(player.clock);
 }
@@ -61,7 +65,7 @@ void applyControls(Player& player, const VisualRange& range) {
     float t = static_cast<float>(player.clock.showTime);
     std::string scene;
     if (shell.pendingSceneStep != 0) {
-        const SceneStep step = stepScene(player.timeline, t, shell.pendingSceneStep);
+        const SceneStep step = stepScene(playingTimeline(player), t, shell.pendingSceneStep);
         t = step.time;
         scene = step.scene;
         shell.pendingSceneStep = 0;
@@ -77,8 +81,8 @@ void applyControls(Player& player, const VisualRange& range) {
     }
 
     if (scene.empty()) {
-        activeScenes(player.timeline, t, player.scenes);
-        if (!player.scenes.empty()) scene = player.timeline.scenes[player.scenes.back()].name;
+        activeScenes(playingTimeline(player), t, player.scenes);
+        if (!player.scenes.empty()) scene = playingTimeline(player).scenes[player.scenes.back()].name;
     }
     logLine("[SEEK] t=%.3fs scene=%s\n", static_cast<double>(t), orNone(scene));
 }

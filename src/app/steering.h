@@ -18,8 +18,8 @@ float clampToRange(const VisualRange& range, float t);
 // The last time that still shows a picture of the range.
 float lastVisibleTime(const VisualRange& range);
 
-// Sets every effect's clock as if it had played since its entry's start.
-void seekEffects(Timeline& timeline, float t);
+// Sets every entry's clock as if it had played since its start.
+void seekClocks(Clocks& clocks, const Timeline& timeline, float t);
 
 // Moves the show to time t (clamped): clock, effects, and a fresh log of what plays.
 void seekTo(Player& player, const VisualRange& range, float t);

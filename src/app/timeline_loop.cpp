@@ -9,17 +9,26 @@
 
 namespace {
 
-void loadPlayerTimeline(Player& player) {
+// Makes the effects and says how that went; what is said is kept for the wraps.
+void makeTimeline(Player& player) {
+    const int width = shellState().clientWidth, height = shellState().clientHeight;
+    const std::vector<TimelineEntry>& entries = player.config.entries;
+    StagePart& part = player.stage.parts.emplace_back();
+    recordLog(&part.log);
     keepListings(true);
-    loadTimeline(player.timeline, player.config, shellState().clientWidth, shellState().clientHeight);
+    logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(entries.size()));
+    makeEffects(player.stage, part, entries, LoadWords::times, width, height);
     keepListings(false);
+    recordLog(nullptr);
+    player.timelines.push_back(buildTimeline(part.entries, player.config));
+    resetClocks(player.clocks, player.timelines.front());
 }
 
 void endTimeline(Player& player, const VisualRange& range) {
     logLine("[TIMELINE] End reached at %.3fs; exiting because loop=false.\n", static_cast<double>(range.end));
     const float t = lastVisibleTime(range);
-    resolvePlayState(player.timeline, t, player.state);
-    logFinalFrame(player.timeline, t, player.state);
+    resolvePlayState(playingTimeline(player), t, player.scratch.state);
+    logFinalFrame(playingTimeline(player), t, player.scratch.state);
     stopRunning("native timeline end");
 }
 
@@ -30,7 +39,7 @@ void wrapTimeline(Player& player, const VisualRange& range) {
     const double t = static_cast<double>(range.start) + rest;
     jumpClock(player.clock, t);
     if (player.audio.ready && playFrom(player.audio, t)) logLine("[AUDIO] Loop seek to %.3fs\n", t);
-    loadPlayerTimeline(player);
+    beginPart(player, 0);
     player.log.lastKey.clear();
 }
 
@@ -49,15 +58,14 @@ bool applyEnd(Player& player, const VisualRange& range) {
 
 // Two scenes that overlap pass into each other; everything else is a plain frame.
 void drawPlaying(Player& player, float t, float delta) {
-    const int width = shellState().clientWidth, height = shellState().clientHeight;
-    if (player.stage.renderer.program && resolveTransition(player.timeline, t, player.transition)) {
-        logTransition(player.log, player.timeline, t, player.transition);
-        drawTransitionFrame(player.stage, player.timeline, player.transition, delta, width, height);
-        return;
+    const Timeline& timeline = playingTimeline(player);
+    resolveMoment(timeline, t, player.stage.transition.program, player.scratch, player.moment);
+    if (player.moment.inTransition) {
+        logTransition(player.log, timeline, t, player.scratch.transition);
+    } else {
+        logPlayState(player.log, timeline, t, player.scratch.state);
     }
-    resolvePlayState(player.timeline, t, player.state);
-    logPlayState(player.log, player.timeline, t, player.state);
-    drawTimelineFrame(player.state, delta, width, height);
+    drawPlayerMoment(player, delta);
 }
 
 void drawFrame(Player& player, const VisualRange& range, float delta) {
@@ -85,8 +93,10 @@ void startMusic(Player& player, const VisualRange& range) {
 
 // Loads the timeline, announces it and starts the music.
 VisualRange prepareTimeline(Player& player) {
-    loadPlayerTimeline(player);
-    initTransitionStage(player.stage, player.config.baseDir, shellState().clientWidth, shellState().clientHeight);
+    const int width = shellState().clientWidth, height = shellState().clientHeight;
+    makeTimeline(player);
+    makeTransition(player.stage, player.config.baseDir, width, height);
+    warmUpTimeline(player.stage, player.stage.parts.front(), player.timelines.front(), width, height);
     const VisualRange range = visualRange(player.config);
     logLine("[TIMELINE] Visual range %.3fs -> %.3fs (duration=%.3fs)\n", static_cast<double>(range.start),
             static_cast<double>(range.end), static_cast<double>(range.duration));
@@ -99,7 +109,8 @@ VisualRange prepareTimeline(Player& player) {
 
 void playTimeline(Player& player) {
     const VisualRange range = prepareTimeline(player);
-    player.clock = startClock(static_cast<double>(range.start), isOffline(player) ? player.options.fps : 0.0);
+    player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
+    player.clock = startClock(static_cast<double>(range.start), player.clocks.rate);
     if (player.options.start) seekTo(player, range, static_cast<float>(*player.options.start));
     while (beginFrame(player)) {
         applyControls(player, range);
@@ -114,7 +125,7 @@ void renderTimelineStills(Player& player) {
         pumpMessages(player.surface);
         if (!shellState().running) return;
         seekTo(player, range, static_cast<float>(time));
-        clearFeedback(player.timeline);
+        resetEffects(player.stage.parts.front());
         drawFrame(player, range, 0.0f);
     }
 }

@@ -20,16 +20,16 @@ BlendBlock readBlend(const JsonValue& params, float duration) {
 
 } // namespace
 
-bool createBlend(const TimelineEntry& entry, Effect& effect) {
+bool createBlend(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     const JsonValue& source = find(entry.params, "source");
     const JsonValue& target = find(entry.params, "target");
     if (source.kind != JsonKind::object || target.kind != JsonKind::object) {
         logLine("    [ERROR] Blend requires params.source and params.target\n");
         return false;
     }
-    if (!createTransitionRenderer(effect.mixer, entry.baseDir, effect.type)) return false;
-    effect.children.push_back(createChild(source, entry, "source"));
-    effect.children.push_back(createChild(target, entry, "target"));
+    if (!createTransitionRenderer(materials.device, effect.mixer, entry.baseDir, effect.type)) return false;
+    effect.children.push_back(createChild(materials, source, entry, "source"));
+    effect.children.push_back(createChild(materials, target, entry, "target"));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kTarget])) {
         logLine("    [ERROR] Blend child failed: source=%s target=%s\n", childType(source).c_str(),
                 childType(target).c_str());
@@ -37,22 +37,15 @@ bool createBlend(const TimelineEntry& entry, Effect& effect) {
     }
     effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);
     effect.blend = readBlend(entry.params, entry.duration);
-    effect.mainProgram = effect.mixer.program;
     return true;
 }
 
-void drawBlend(Effect& effect, int width, int height, const InputTexture* input) {
-    const float progress = std::clamp((effect.localTime - effect.blend.startTime) / effect.blend.blendDuration, 0.0f,
-                                      1.0f);
-    const DrawBinding output = saveBinding();
+void drawBlend(Device& device, Effect& effect, const Draw& draw) {
     for (const Child child : {kSource, kTarget}) {
-        // A child that the other one covers need not be drawn.
-        if (progress == (child == kSource ? 1.0f : 0.0f)) continue;
-        propagateClock(effect, *effect.children[child], effect.localTime);
-        renderToTarget(*effect.children[child], effect.childTargets[child], width, height, input);
+        renderChild(device, *effect.children[child], effect.childTargets[child], draw, draw.time);
     }
-    const GLuint source = effect.childTargets[progress < 1.0f ? kSource : kTarget].texture;
-    const GLuint target = effect.childTargets[progress > 0.0f ? kTarget : kSource].texture;
-    renderTransition(effect.mixer, static_cast<GLuint>(output.framebuffer), width, height, source, target, progress,
-                     effect.mixLook);
+    const float passed = static_cast<float>(draw.time) - effect.blend.startTime;
+    const float progress = std::clamp(passed / effect.blend.blendDuration, 0.0f, 1.0f);
+    renderTransition(device, effect.mixer, draw, effect.childTargets[kSource].texture,
+                     effect.childTargets[kTarget].texture, progress, effect.mixLook);
 }

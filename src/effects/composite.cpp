@@ -2,10 +2,7 @@
 
 #include "foundation/log.h"
 #include "foundation/text.h"
-#include "gpu/gl_functions.h"
 #include "gpu/program.h"
-#include "gpu/program_pool.h"
-#include "gpu/quad.h"
 
 namespace {
 
@@ -23,7 +20,8 @@ JsonValue fallbackChild(const std::string& image) {
 
 } // namespace
 
-std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix) {
+std::unique_ptr<Effect> createChild(const Materials& materials, const JsonValue& json, const TimelineEntry& parent,
+                                    const std::string& suffix) {
     auto child = std::make_unique<Effect>();
     if (parent.depth >= kMaxNesting) {
         logLine("    [WARN] %s_%s is nested deeper than %d effects and left out\n", parent.id.c_str(), suffix.c_str(),
@@ -31,8 +29,8 @@ std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& 
         return child;
     }
     const bool isMissing = json.kind != JsonKind::object;
-    *child = createEffect(isMissing ? deriveChildEntry(fallbackChild(parent.fallbackImage), parent, suffix)
-                                    : deriveChildEntry(json, parent, suffix));
+    *child = createEffect(materials, isMissing ? deriveChildEntry(fallbackChild(parent.fallbackImage), parent, suffix)
+                                               : deriveChildEntry(json, parent, suffix));
     return child;
 }
 
@@ -41,28 +39,36 @@ std::string childType(const JsonValue& json) {
     return orNone(type);
 }
 
-GLuint borrowBlitProgram() {
-    return borrowProgram(kQuadVertexSource, kQuadFragmentSource, "", "chain_blit_image");
+bool createBlit(Device& device, Effect& effect) {
+    effect.blit.program = findProgram(device.programs, {kQuadVertexSource, kQuadFragmentSource}, "chain_blit_image");
+    if (!effect.blit.program) return false;
+    effect.blit.values = makeUniformValues(device.programs, *effect.blit.program);
+    return true;
 }
 
-void propagateClock(const Effect& parent, Effect& child, float parentTime) {
-    child.localTime = parentTime * child.timeScale;
-    child.frameCounter = parent.frameCounter;
+Draw childDraw(const Effect& child, const Draw& parent, double parentTime) {
+    Draw draw = parent;
+    draw.time = parentTime * static_cast<double>(child.timeScale);
+    draw.opacity = child.alpha;
+    return draw;
 }
 
-void renderToTarget(Effect& effect, RenderTarget& target, int width, int height, const InputTexture* input) {
-    const DrawBinding output = saveBinding();
-    beginTarget(target, width, height);
-    glDisable(GL_BLEND);
-    drawEffectPasses(effect, target.width, target.height, input);
-    restoreBinding(output);
+void renderChild(Device& device, Effect& child, RenderTarget& target, const Draw& parent, double parentTime) {
+    renderChild(device, child, target, parent.width, parent.height, parent, parentTime);
 }
 
-void drawPicture(GLuint program, GLuint texture, float alpha) {
-    gl.UseProgram(program);
-    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), alpha);
-    setUniformVec2(standardUniform(program, StandardUniform::uUvScale), 1.0f, 1.0f);
-    setUniformVec2(standardUniform(program, StandardUniform::uUvOffset), 0.0f, 0.0f);
-    bindChannel(program, 0, texture);
-    drawQuad();
+void renderChild(Device& device, Effect& child, RenderTarget& target, int width, int height, const Draw& parent,
+                 double parentTime) {
+    beginTarget(device.textures, target, width, height);
+    drawEffect(device, child, drawInto(target, childDraw(child, parent, parentTime)));
+}
+
+void drawPicture(const Device& device, const Effect& effect, GLuint texture, float alpha) {
+    const UniformTable& uniforms = effect.blit.program->uniforms;
+    useProgram(*effect.blit.program, effect.blit.values);
+    setUniformFloat(standardUniform(uniforms, StandardUniform::uAlpha), alpha);
+    setUniformVec2(standardUniform(uniforms, StandardUniform::uUvScale), 1.0f, 1.0f);
+    setUniformVec2(standardUniform(uniforms, StandardUniform::uUvOffset), 0.0f, 0.0f);
+    bindChannel(uniforms, 0, texture);
+    drawQuad(device.quad);
 }

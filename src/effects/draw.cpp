@@ -7,26 +7,23 @@
 #include "effects/split_effect.h"
 #include "effects/timeline_blend_effect.h"
 
-void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input) {
+void drawEffect(Device& device, Effect& effect, const Draw& draw) {
     if (!isRunnable(effect)) return;
-    if (effect.hasBuffer) drawBufferPass(effect, width, height, input);
-    glViewport(0, 0, width, height);
+    if (hasBuffer(effect)) drawBufferPass(device, effect, draw);
+    Program* const program = effect.main.program;
+    const UniformValues& values = effect.main.values;
     switch (effect.kind) {
     case EffectKind::none: break;
-    case EffectKind::image: drawImageEffect(effect, width, height, input); break;
-    case EffectKind::shader: drawShaderEffect(effect, width, height, input); break;
-    case EffectKind::bitmapText: drawBitmapText(effect.bitmapText, effect.mainProgram, width, height); break;
-    case EffectKind::kineticText:
-        drawKineticText(effect.kineticText, effect.mainProgram, effect.localTime, width, height);
-        break;
-    case EffectKind::caption: drawCaption(effect.caption, effect.mainProgram, effect.localTime, width, height); break;
-    case EffectKind::shapeText:
-        drawShapeText(effect.shapeText, effect.mainProgram, effect.localTime, width, height);
-        break;
-    case EffectKind::blend: drawBlend(effect, width, height, input); break;
-    case EffectKind::timelineBlend: drawTimelineBlend(effect, width, height, input); break;
-    case EffectKind::chain: drawChain(effect, width, height, input); break;
-    case EffectKind::dynamicSplit: drawDynamicSplit(effect, width, height, input); break;
-    case EffectKind::pip: drawPip(effect, width, height, input); break;
+    case EffectKind::image: drawImageEffect(device, effect, draw); break;
+    case EffectKind::shader: drawShaderEffect(device, effect, draw); break;
+    case EffectKind::bitmapText: drawBitmapText(device, effect.bitmapText, *program, values, draw); break;
+    case EffectKind::kineticText: drawKineticText(effect.kineticText, *program, values, draw); break;
+    case EffectKind::caption: drawCaption(effect.caption, *program, values, draw); break;
+    case EffectKind::shapeText: drawShapeText(device, effect.shapeText, *program, values, draw); break;
+    case EffectKind::blend: drawBlend(device, effect, draw); break;
+    case EffectKind::timelineBlend: drawTimelineBlend(device, effect, draw); break;
+    case EffectKind::chain: drawChain(device, effect, draw); break;
+    case EffectKind::dynamicSplit: drawDynamicSplit(device, effect, draw); break;
+    case EffectKind::pip: drawPip(device, effect, draw); break;
     }
 }

@@ -3,9 +3,9 @@
 
 #include "config/timeline_entry.h"
 #include "effects/transition.h"
-#include "gpu/blending.h"
-#include "gpu/render_target.h"
-#include "gpu/uniforms.h"
+#include "gpu/device.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "text/bitmap_text.h"
 #include "text/caption.h"
 #include "text/kinetic_text.h"
@@ -78,24 +78,24 @@ struct PipBlock {
     ChannelBinding image; // belongs to the texture cache; no texture where the inset is a child
 };
 
+// One pass's program with the values that the effect gives it.
+struct EffectProgram {
+    Program* program = nullptr; // the device's; null: none
+    UniformValues values;
+};
+
 struct Effect {
-    EffectKind kind = EffectKind::none;
-    std::string id;
-    std::string type; // lower case
+    EffectKind kind = EffectKind::none; // none: not runnable
+    std::string type;                   // lower case
     float alpha = 1.0f;
     float timeScale = 1.0f;
-    float duration = 5.0f; // seconds
     BlendMode blendMode = BlendMode::alpha;
 
-    // Programs are borrowed from the pool. A kind without a main program of its own has a placeholder in
-    // its place, so that it counts as runnable.
-    GLuint mainProgram = 0; // 0: not runnable
-    GLuint bufferProgram = 0;
-    GLuint blitProgram = 0; // shows a child's picture
-    bool hasBuffer = false; // a buffer pass runs before the main pass
-    Channels channels;      // textures belong to the cache
+    EffectProgram main;
+    EffectProgram buffer; // a pass before the main one, where there is a program
+    EffectProgram blit;   // shows a child's picture
+    Channels channels;    // textures belong to the device
     FitMode fit = FitMode::stretch;
-    bool isDreamEntity = false;
 
     // Of these only the one of the effect's kind is used.
     BitmapText bitmapText;
@@ -119,36 +119,29 @@ struct Effect {
     SplitBlock split;
     SplitUniforms splitUniforms;
     PipBlock pip;
-
-    // The effect's own clock, advanced only while it is drawn.
-    float localTime = 0.0f; // seconds
-    int frameCounter = 0;
 };
 
-// Never passed to GL.
-constexpr GLuint kPlaceholderProgram = ~0u;
+// What effects are made with.
+struct Materials {
+    Device& device;
+    Fonts& fonts;
+    int width = 1; // pixels of the output that they will be drawn for
+    int height = 1;
+};
 
 // Turns an entry into the effect of the kind that its type selects. Needs a current context. Failures are
 // in the log; a failed effect is not runnable and has nothing to release.
-Effect createEffect(const TimelineEntry& entry);
+Effect createEffect(const Materials& materials, const TimelineEntry& entry);
 
 bool isRunnable(const Effect& effect);
+bool hasBuffer(const Effect& effect);
 
-// Gives programs back, deletes every GL object that the effect owns, its children included, and resets the
-// record to its default state, so that releasing twice is harmless.
+// Deletes every GL object that the effect owns, its children included, and resets the record to its default
+// state, so that releasing twice is harmless.
 void releaseEffect(Effect& effect);
 
-// Draws all passes of the effect at its local time into the current target, `width` x `height` pixels,
-// with the blending that is set. `input` (may be null) is the picture of another effect for one of its
-// channels. Leaves the viewport over the whole output.
-void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input);
+// Draws all passes of the effect into the draw's target. What is current besides is left as the last pass had it.
+void drawEffect(Device& device, Effect& effect, const Draw& draw);
 
 // Empties the pictures of every buffer pass, those of children included, as before the first frame.
 void clearFeedback(Effect& effect);
-
-// Sets the effect's clock as if it had been drawn from its start on: `seconds` since then, at 60 frames
-// a second. Negative seconds count as none.
-void seekEffect(Effect& effect, float seconds);
-
-// Lets the frame delta pass on the effect's clock: seconds times its time scale, and one frame.
-void advanceEffect(Effect& effect, float delta);

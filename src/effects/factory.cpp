@@ -8,7 +8,6 @@
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "gpu/program.h"
-#include "gpu/program_pool.h"
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
@@ -47,13 +46,6 @@ EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
     return EffectKind::shader;
 }
 
-// Uniforms keep their values in a program, so what an effect writes only once tells programs apart.
-std::string programSettings(const TimelineEntry& entry) {
-    std::string settings = describeParamUniforms(entry.params);
-    for (const std::string& channel : entry.channels) settings += channel.empty() ? '0' : '1';
-    return settings;
-}
-
 // False when there is no fragment source.
 bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderPair& sources) {
     if (kind == EffectKind::image) {
@@ -71,47 +63,66 @@ bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderPair& source
     return false;
 }
 
-GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertexSource, const std::string& settings) {
-    if (entry.bufferPath.empty()) return 0;
+// A program with the values that the entry's params give it; false, with the driver's words in the log, without one.
+bool buildProgram(const Materials& materials, const TimelineEntry& entry, const ShaderPair& sources,
+                  const std::string& label, EffectProgram& pass) {
+    ProgramTable& programs = materials.device.programs;
+    pass.program = findProgram(programs, sources, label);
+    if (!pass.program) return false;
+    pass.values = makeUniformValues(programs, *pass.program);
+    setParamValues(pass.values, *pass.program, entry.params);
+    return true;
+}
+
+void buildBufferProgram(const Materials& materials, const TimelineEntry& entry, const std::string& vertexSource,
+                        Effect& effect) {
+    if (entry.bufferPath.empty()) return;
     const std::string source = readTextFile(entry.bufferPath);
     if (source.empty()) {
         logLine("    [WARN] BufferA not found: %s\n", entry.bufferPath.c_str());
-        return 0;
+        return;
     }
-    return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
+    buildProgram(materials, entry, {vertexSource, source}, std::string(orNone(entry.type)) + "_Buf", effect.buffer);
 }
 
 // A picture that is not there is no fault; a directory in its place is one, and is said like a broken picture.
-void loadChannel(ChannelBinding& channel, const std::string& path) {
+void loadChannel(TextureCache& textures, ChannelBinding& channel, const std::string& path) {
     if (path.empty()) return;
     const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
     if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
-    const TextureInfo info = loadPicture(path);
+    const TextureInfo info = loadPicture(textures, path);
     channel = {info.texture, info.width, info.height, path};
 }
 
-void loadChannels(const TimelineEntry& entry, Effect& effect) {
+bool wantsChannel0(const Program* program) {
+    return program && samplesChannel0(program->uniforms);
+}
+
+void loadChannels(TextureCache& textures, const TimelineEntry& entry, Effect& effect) {
     for (int i = 0; i < kChannelCount; ++i) {
         const bool useImage = i == 0 && entry.channels[0].empty();
-        loadChannel(effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
+        loadChannel(textures, effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
     }
-    const bool wantsImage = samplesChannel0(effect.mainProgram) || samplesChannel0(effect.bufferProgram);
+    const bool wantsImage = wantsChannel0(effect.main.program) || wantsChannel0(effect.buffer.program);
     if (effect.channels[0].texture || !wantsImage || entry.fallbackImage.empty()) return;
     if (!fileExists(entry.fallbackImage)) return;
-    loadChannel(effect.channels[0], entry.fallbackImage);
+    loadChannel(textures, effect.channels[0], entry.fallbackImage);
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
 
 // What the effect's kind draws with its program; false when that is missing.
-bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
-    const GLuint program = effect.mainProgram;
+bool createKindBlock(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+    Fonts& fonts = materials.fonts;
+    const Program& program = *effect.main.program;
     switch (kind) {
-    case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, entry.params, program);
-    case EffectKind::kineticText: return createKineticText(effect.kineticText, entry.params, entry.baseDir, program);
+    case EffectKind::bitmapText: return createBitmapText(fonts, effect.bitmapText, entry.params, program);
+    case EffectKind::kineticText:
+        return createKineticText(fonts, effect.kineticText, entry.params, entry.baseDir, program);
     case EffectKind::caption:
-        return createCaption(effect.caption, entry.params, effect.type == "creditroll", entry.duration, entry.baseDir,
-                             program);
-    case EffectKind::shapeText: return createShapeText(effect.shapeText, entry.params, entry.baseDir, program);
+        return createCaption(fonts, effect.caption, entry.params, effect.type == "creditroll", entry.duration,
+                             entry.baseDir, program, materials.width, materials.height);
+    case EffectKind::shapeText:
+        return createShapeText(materials.device.textures, effect.shapeText, entry.params, entry.baseDir, program);
     case EffectKind::none:
     case EffectKind::image:
     case EffectKind::shader:
@@ -125,25 +136,18 @@ bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect
 }
 
 // Effects with a main program of their own.
-bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createProgramEffect(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     ShaderPair sources;
     if (!readSources(entry, kind, sources)) return false;
-    const std::string settings = programSettings(entry);
-    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
     if (effect.type == "image") effect.fit = readFitMode(entry.params);
-    effect.isDreamEntity = effect.type == "dreamentity";
-    const bool isWhole = effect.mainProgram && createKindBlock(entry, kind, effect);
-
-    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
-    effect.hasBuffer = effect.bufferProgram != 0;
-    loadChannels(entry, effect);
-    if (!isWhole) return false; // not before all that is wrong with the entry has been said
-    writeParamUniforms(effect.mainProgram, entry.params);
-    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
-    return true;
+    const bool isWhole = buildProgram(materials, entry, sources, orNone(entry.type), effect.main) &&
+                         createKindBlock(materials, entry, kind, effect);
+    buildBufferProgram(materials, entry, sources.vertex, effect);
+    loadChannels(materials.device.textures, entry, effect);
+    return isWhole; // not before all that is wrong with the entry has been said
 }
 
-bool createKind(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createKind(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     switch (kind) {
     case EffectKind::none: return false;
     case EffectKind::image:
@@ -151,29 +155,27 @@ bool createKind(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     case EffectKind::bitmapText:
     case EffectKind::kineticText:
     case EffectKind::caption:
-    case EffectKind::shapeText: return createProgramEffect(entry, kind, effect);
-    case EffectKind::blend: return createBlend(entry, effect);
-    case EffectKind::timelineBlend: return createTimelineBlend(entry, effect);
-    case EffectKind::chain: return createChain(entry, effect);
-    case EffectKind::dynamicSplit: return createDynamicSplit(entry, effect);
-    case EffectKind::pip: return createPip(entry, effect);
+    case EffectKind::shapeText: return createProgramEffect(materials, entry, kind, effect);
+    case EffectKind::blend: return createBlend(materials, entry, effect);
+    case EffectKind::timelineBlend: return createTimelineBlend(materials, entry, effect);
+    case EffectKind::chain: return createChain(materials, entry, effect);
+    case EffectKind::dynamicSplit: return createDynamicSplit(materials, entry, effect);
+    case EffectKind::pip: return createPip(materials, entry, effect);
     }
     return false;
 }
 
 } // namespace
 
-Effect createEffect(const TimelineEntry& entry) {
+Effect createEffect(const Materials& materials, const TimelineEntry& entry) {
     Effect effect;
-    effect.id = entry.id;
     effect.type = toLower(entry.type);
     effect.alpha = entry.alpha;
     effect.timeScale = entry.timeScale;
-    effect.duration = entry.duration;
     effect.blendMode = blendModeFrom(entry.blendMode);
 
     const EffectKind kind = kindOf(entry, effect.type);
-    if (createKind(entry, kind, effect)) {
+    if (createKind(materials, entry, kind, effect)) {
         effect.kind = kind;
         return effect;
     }

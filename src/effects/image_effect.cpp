@@ -1,8 +1,6 @@
 #include "effects/image_effect.h"
 
 #include "foundation/text.h"
-#include "gpu/gl_functions.h"
-#include "gpu/quad.h"
 
 #include <algorithm>
 
@@ -53,20 +51,18 @@ ImageFit fitImage(FitMode mode, int imageWidth, int imageHeight, int targetWidth
     return fit;
 }
 
-void drawImageEffect(const Effect& effect, int width, int height, const InputTexture* input) {
+void drawImageEffect(const Device& device, const Effect& effect, const Draw& draw) {
     const ChannelBinding& image = effect.channels[0];
-    const bool handed = input && input->texture;
-    if (!handed && !image.texture) {
-        gl.UseProgram(0);
-        return;
-    }
-    const GLuint program = effect.mainProgram;
-    gl.UseProgram(program);
-    setStandardUniforms(program, effect.localTime, effect.frameCounter, effect.alpha, width, height);
-    const ImageFit fit = handed ? fitImage(effect.fit, input->width, input->height, width, height)
-                                : fitImage(effect.fit, image.width, image.height, width, height);
-    setUniformVec2(standardUniform(program, StandardUniform::uUvScale), fit.scaleX, fit.scaleY);
-    setUniformVec2(standardUniform(program, StandardUniform::uUvOffset), fit.offsetX, fit.offsetY);
-    bindChannel(program, 0, handed ? input->texture : image.texture);
-    drawQuad();
+    const bool handed = draw.input && draw.input->texture;
+    if (!handed && !image.texture) return;
+    beginDraw(draw);
+    useProgram(*effect.main.program, effect.main.values);
+    const UniformTable& uniforms = effect.main.program->uniforms;
+    setStandardUniforms(uniforms, draw);
+    const ImageFit fit = handed ? fitImage(effect.fit, draw.input->width, draw.input->height, draw.width, draw.height)
+                                : fitImage(effect.fit, image.width, image.height, draw.width, draw.height);
+    setUniformVec2(standardUniform(uniforms, StandardUniform::uUvScale), fit.scaleX, fit.scaleY);
+    setUniformVec2(standardUniform(uniforms, StandardUniform::uUvOffset), fit.offsetX, fit.offsetY);
+    bindChannel(uniforms, 0, handed ? draw.input->texture : image.texture);
+    drawQuad(device.quad);
 }

@@ -15,5 +15,5 @@ struct ImageFit {
 // Sizes in pixels; an aspect with a height of 0 or less counts as 1.
 ImageFit fitImage(FitMode mode, int imageWidth, int imageHeight, int targetWidth, int targetHeight);
 
-// Draws the image of channel 0 into the current target; nothing without one.
-void drawImageEffect(const Effect& effect, int width, int height, const InputTexture* input);
+// Draws the draw's input or the image of channel 0; nothing without either.
+void drawImageEffect(const Device& device, const Effect& effect, const Draw& draw);

@@ -44,17 +44,6 @@ std::string prefixed(const std::string& name) {
     return uniform;
 }
 
-void writeValue(GLuint program, const std::string& name, const ParamValue& value) {
-    if (isStandardUniform(name)) return;
-    const float* c = value.components;
-    switch (value.count) {
-    case 1: setUniformFloat(program, name, c[0]); break;
-    case 2: setUniformVec2(program, name, c[0], c[1]); break;
-    case 3: setUniformVec3(program, name, c[0], c[1], c[2]); break;
-    default: setUniformVec4(program, name, c[0], c[1], c[2], c[3]); break;
-    }
-}
-
 // Calls `use(name, value)` for the first member of each name, where it holds a value for a uniform.
 template <typename Use>
 void forEachParam(const JsonValue& params, Use use) {
@@ -68,24 +57,10 @@ void forEachParam(const JsonValue& params, Use use) {
 
 } // namespace
 
-void writeParamUniforms(GLuint program, const JsonValue& params) {
-    gl.UseProgram(program);
+void setParamValues(UniformValues& values, const Program& program, const JsonValue& params) {
     forEachParam(params, [&](const std::string& name, const ParamValue& value) {
-        writeValue(program, name, value);
-        writeValue(program, prefixed(name), value);
+        const int count = static_cast<int>(value.count);
+        setUniformValue(values, program, name, value.components, count);
+        setUniformValue(values, program, prefixed(name), value.components, count);
     });
-}
-
-std::string describeParamUniforms(const JsonValue& params) {
-    std::string text;
-    forEachParam(params, [&](const std::string& name, const ParamValue& value) {
-        text += name;
-        for (size_t i = 0; i < value.count; ++i) {
-            char number[32];
-            std::snprintf(number, sizeof number, "%c%.9g", i ? ',' : '=', static_cast<double>(value.components[i]));
-            text += number;
-        }
-        text += '\0';
-    });
-    return text;
 }

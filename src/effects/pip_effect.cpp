@@ -3,7 +3,6 @@
 #include "effects/composite.h"
 #include "foundation/log.h"
 #include "foundation/text.h"
-#include "gpu/gl_functions.h"
 #include "gpu/shader_pack.h"
 #include "text/pictures.h"
 
@@ -24,7 +23,7 @@ PipCorner readCorner(const JsonValue& params) {
     return PipCorner::bottomRight;
 }
 
-void loadInsetImage(const TimelineEntry& entry, Effect& effect) {
+void loadInsetImage(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     std::string path = entry.fallbackImage;
     for (const char* key : {"image", "iChannel0"}) {
         const JsonValue& value = find(entry.params, key);
@@ -33,7 +32,7 @@ void loadInsetImage(const TimelineEntry& entry, Effect& effect) {
         break;
     }
     TextureInfo image;
-    if (fileExists(path)) image = loadPicture(path);
+    if (fileExists(path)) image = loadPicture(materials.device.textures, path);
     if (image.texture) {
         effect.pip.image = {image.texture, image.width, image.height, path};
     } else {
@@ -41,8 +40,8 @@ void loadInsetImage(const TimelineEntry& entry, Effect& effect) {
     }
 }
 
-void createInsetChild(const TimelineEntry& entry, Effect& effect) {
-    std::unique_ptr<Effect> inset = createChild(find(entry.params, "pip"), entry, "pip");
+void createInsetChild(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
+    std::unique_ptr<Effect> inset = createChild(materials, find(entry.params, "pip"), entry, "pip");
     if (isRunnable(*inset)) {
         effect.children.push_back(std::move(inset));
         return;
@@ -91,48 +90,45 @@ PipRect pipRect(const PipBlock& pip, int width, int height) {
     return rect;
 }
 
-bool createPip(const TimelineEntry& entry, Effect& effect) {
+bool createPip(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     if (entry.params.kind != JsonKind::object) {
         logLine("    [ERROR] PiP requires params object\n");
         return false;
     }
-    effect.blitProgram = borrowBlitProgram();
-    if (!effect.blitProgram) return false;
-    effect.children.push_back(createChild(find(entry.params, "main"), entry, "main"));
+    if (!createBlit(materials.device, effect)) return false;
+    effect.children.push_back(createChild(materials, find(entry.params, "main"), entry, "main"));
     if (!isRunnable(*effect.children[kMain])) {
         logLine("    [ERROR] PiP main child failed: type=%s\n", childType(find(entry.params, "main")).c_str());
         return false;
     }
     effect.pip = readPip(entry.params);
     if (effect.type == "piptexture") {
-        loadInsetImage(entry, effect);
+        loadInsetImage(materials, entry, effect);
     } else {
-        createInsetChild(entry, effect);
+        createInsetChild(materials, entry, effect);
     }
-    effect.mainProgram = kPlaceholderProgram;
     return true;
 }
 
-void drawPip(Effect& effect, int width, int height, const InputTexture* input) {
-    Effect& main = *effect.children[kMain];
-    propagateClock(effect, main, effect.localTime);
-    renderToTarget(main, effect.childTargets[kMain], width, height, input);
-    drawPicture(effect.blitProgram, effect.childTargets[kMain].texture, 1.0f);
+void drawPip(Device& device, Effect& effect, const Draw& draw) {
+    renderChild(device, *effect.children[kMain], effect.childTargets[kMain], draw, draw.time);
+    beginDraw(draw);
+    drawPicture(device, effect, effect.childTargets[kMain].texture, 1.0f);
 
-    const float alpha = insetAlpha(effect.pip, effect.localTime);
+    const float alpha = insetAlpha(effect.pip, static_cast<float>(draw.time));
     if (alpha <= 0.0f) return;
-    const PipRect rect = pipRect(effect.pip, width, height);
+    const PipRect rect = pipRect(effect.pip, draw.width, draw.height);
     GLuint picture = effect.pip.image.texture;
     if (effect.children.size() > kInset) {
-        Effect& inset = *effect.children[kInset];
-        propagateClock(effect, inset, effect.localTime);
-        renderToTarget(inset, effect.childTargets[kInset], rect.width, rect.height, input);
+        renderChild(device, *effect.children[kInset], effect.childTargets[kInset], rect.width, rect.height, draw,
+                    draw.time);
         picture = effect.childTargets[kInset].texture;
     }
     if (!picture) return;
-    const DrawBinding output = saveBinding();
+    Draw inset = draw;
+    inset.blending = BlendMode::alpha;
+    beginDraw(inset);
     glViewport(rect.x, rect.y, rect.width, rect.height);
-    setBlending(BlendMode::alpha);
-    drawPicture(effect.blitProgram, picture, alpha);
-    restoreBinding(output);
+    drawPicture(device, effect, picture, alpha);
+    glViewport(0, 0, draw.width, draw.height);
 }

@@ -5,9 +5,9 @@
 
 // Fills in an effect whose identity is set; false, with a line in the log, when it cannot run. A missing
 // inset leaves it runnable.
-bool createPip(const TimelineEntry& entry, Effect& effect);
+bool createPip(const Materials& materials, const TimelineEntry& entry, Effect& effect);
 
-void drawPip(Effect& effect, int width, int height, const InputTexture* input);
+void drawPip(Device& device, Effect& effect, const Draw& draw);
 
 // The settings of an entry's "params", clamped.
 PipBlock readPip(const JsonValue& params);

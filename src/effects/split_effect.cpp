@@ -3,9 +3,6 @@
 #include "effects/composite.h"
 #include "foundation/log.h"
 #include "foundation/text.h"
-#include "gpu/gl_functions.h"
-#include "gpu/program_pool.h"
-#include "gpu/quad.h"
 #include "gpu/shader_lookup.h"
 
 #include <algorithm>
@@ -20,11 +17,12 @@ const JsonValue& eitherObject(const JsonValue& params, const char* first, const 
     return value.kind == JsonKind::object ? value : find(params, second);
 }
 
-void writeSplitUniforms(const Effect& effect) {
+void writeSplitUniforms(const Effect& effect, const Draw& draw) {
     const SplitBlock& split = effect.split;
     const SplitUniforms& uniforms = effect.splitUniforms;
-    setUniformFloat(standardUniform(effect.mainProgram, StandardUniform::uAlpha), effect.alpha);
-    setUniformFloat(standardUniform(effect.mainProgram, StandardUniform::uTime), effect.localTime);
+    const UniformTable& table = effect.main.program->uniforms;
+    setUniformFloat(standardUniform(table, StandardUniform::uAlpha), draw.opacity);
+    setUniformFloat(standardUniform(table, StandardUniform::uTime), static_cast<float>(draw.time));
     setUniformFloat(uniforms.position, split.position);
     setUniformFloat(uniforms.amplitude, split.amplitude);
     setUniformFloat(uniforms.speed, split.speed);
@@ -35,8 +33,8 @@ void writeSplitUniforms(const Effect& effect) {
     setUniformInt(uniforms.invert, split.invert ? 1 : 0);
 }
 
-SplitUniforms resolveUniforms(GLuint program) {
-    const auto resolve = [&](const char* name) { return uniformNamed(program, name); };
+SplitUniforms resolveUniforms(const Program& program) {
+    const auto resolve = [&](const char* name) { return uniformNamed(program.uniforms, name); };
     return {resolve("uPosition"),      resolve("uAmplitude"), resolve("uSpeed"), resolve("uAngle"),
             resolve("uWaveFrequency"), resolve("uFeather"),   resolve("uMode"),  resolve("uInvert")};
 }
@@ -66,16 +64,17 @@ SplitBlock readSplit(const JsonValue& params) {
     return split;
 }
 
-bool createDynamicSplit(const TimelineEntry& entry, Effect& effect) {
+bool createDynamicSplit(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     ShaderPair sources;
     if (!readShaderPair(entry.baseDir, "composition", "DynamicSplit", sources)) return false;
-    effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, "", effect.type);
-    if (!effect.mainProgram) return false;
-    effect.splitUniforms = resolveUniforms(effect.mainProgram);
+    effect.main.program = findProgram(materials.device.programs, sources, effect.type);
+    if (!effect.main.program) return false;
+    effect.main.values = makeUniformValues(materials.device.programs, *effect.main.program);
+    effect.splitUniforms = resolveUniforms(*effect.main.program);
     const JsonValue& a = eitherObject(entry.params, "a", "source");
     const JsonValue& b = eitherObject(entry.params, "b", "target");
-    effect.children.push_back(createChild(a, entry, "a"));
-    effect.children.push_back(createChild(b, entry, "b"));
+    effect.children.push_back(createChild(materials, a, entry, "a"));
+    effect.children.push_back(createChild(materials, b, entry, "b"));
     if (!isRunnable(*effect.children[kA]) || !isRunnable(*effect.children[kB])) {
         logLine("    [ERROR] DynamicSplit child failed: a=%s b=%s\n", childType(a).c_str(), childType(b).c_str());
         return false;
@@ -84,17 +83,16 @@ bool createDynamicSplit(const TimelineEntry& entry, Effect& effect) {
     return true;
 }
 
-void drawDynamicSplit(Effect& effect, int width, int height, const InputTexture* input) {
+void drawDynamicSplit(Device& device, Effect& effect, const Draw& draw) {
     for (const Child child : {kA, kB}) {
-        propagateClock(effect, *effect.children[child], effect.localTime);
-        renderToTarget(*effect.children[child], effect.childTargets[child], width, height, input);
+        renderChild(device, *effect.children[child], effect.childTargets[child], draw, draw.time);
     }
-    glViewport(0, 0, width, height);
-    glDisable(GL_DEPTH_TEST);
-    setBlending(effect.blendMode);
-    gl.UseProgram(effect.mainProgram);
-    writeSplitUniforms(effect);
-    bindChannel(effect.mainProgram, 0, effect.childTargets[kA].texture);
-    bindChannel(effect.mainProgram, 1, effect.childTargets[kB].texture);
-    drawQuad();
+    Draw edge = draw;
+    edge.blending = effect.blendMode;
+    beginDraw(edge);
+    useProgram(*effect.main.program, effect.main.values);
+    writeSplitUniforms(effect, draw);
+    bindChannel(effect.main.program->uniforms, 0, effect.childTargets[kA].texture);
+    bindChannel(effect.main.program->uniforms, 1, effect.childTargets[kB].texture);
+    drawQuad(device.quad);
 }

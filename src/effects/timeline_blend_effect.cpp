@@ -24,13 +24,14 @@ float endOf(const BlendStep& step) {
     return step.start + step.duration;
 }
 
-void appendStep(const TimelineEntry& entry, Effect& effect, int index, const JsonValue& json) {
+void appendStep(const Materials& materials, const TimelineEntry& entry, Effect& effect, int index,
+                const JsonValue& json) {
     const JsonValue& description = find(json, "effect");
     if (description.kind != JsonKind::object) {
         logLine("    [WARN] TimelineBlend step %d missing effect object\n", index);
         return;
     }
-    std::unique_ptr<Effect> child = createChild(description, entry, "step" + std::to_string(index));
+    std::unique_ptr<Effect> child = createChild(materials, description, entry, "step" + std::to_string(index));
     if (!isRunnable(*child)) {
         logLine("    [WARN] TimelineBlend step %d failed: type=%s\n", index, childType(description).c_str());
         releaseEffect(*child);
@@ -42,9 +43,9 @@ void appendStep(const TimelineEntry& entry, Effect& effect, int index, const Jso
 }
 
 // The time within the steps, wrapped when they loop.
-float stepTime(const Effect& effect) {
+double stepTime(const Effect& effect, double time) {
     const bool wraps = effect.loopSteps && effect.stepsEnd > kLeastDuration;
-    return wraps ? std::fmod(std::max(effect.localTime, 0.0f), effect.stepsEnd) : effect.localTime;
+    return wraps ? std::fmod(std::max(time, 0.0), static_cast<double>(effect.stepsEnd)) : time;
 }
 
 // The two steps that play at t and start first, -1 where there are none; earlier in the list on ties.
@@ -67,52 +68,53 @@ ActiveSteps findActive(const std::vector<BlendStep>& steps, float t) {
     return active;
 }
 
-void renderStep(Effect& effect, int step, RenderTarget& target, float t, int width, int height,
-                const InputTexture* input) {
-    propagateClock(effect, *effect.children[step], std::max(t - effect.steps[step].start, 0.0f));
-    renderToTarget(*effect.children[step], target, width, height, input);
+void renderStep(Device& device, Effect& effect, int step, RenderTarget& target, double t, const Draw& draw) {
+    const double time = std::max(t - static_cast<double>(effect.steps[step].start), 0.0);
+    renderChild(device, *effect.children[step], target, draw, time);
 }
 
 } // namespace
 
-bool createTimelineBlend(const TimelineEntry& entry, Effect& effect) {
+bool createTimelineBlend(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     const JsonValue& steps = find(entry.params, "steps");
     if (steps.kind != JsonKind::array) {
         logLine("    [ERROR] TimelineBlend requires params.steps\n");
         return false;
     }
-    if (!createTransitionRenderer(effect.mixer, entry.baseDir, effect.type)) return false;
-    for (size_t i = 0; i < steps.items.size(); ++i) appendStep(entry, effect, static_cast<int>(i), steps.items[i]);
+    if (!createTransitionRenderer(materials.device, effect.mixer, entry.baseDir, effect.type)) return false;
+    for (size_t i = 0; i < steps.items.size(); ++i)
+        appendStep(materials, entry, effect, static_cast<int>(i), steps.items[i]);
     if (effect.children.empty()) {
         logLine("    [ERROR] TimelineBlend has no runnable steps\n");
         return false;
     }
-    effect.blitProgram = borrowBlitProgram();
-    if (!effect.blitProgram) return false;
+    if (!createBlit(materials.device, effect)) return false;
     effect.loopSteps = getBool(find(entry.params, "loop"), true);
     effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);
-    effect.mainProgram = effect.mixer.program;
     return true;
 }
 
-void drawTimelineBlend(Effect& effect, int width, int height, const InputTexture* input) {
-    const float t = stepTime(effect);
+void drawTimelineBlend(Device& device, Effect& effect, const Draw& draw) {
+    const double time = stepTime(effect, draw.time);
+    const float t = static_cast<float>(time);
     const ActiveSteps active = findActive(effect.steps, t);
     if (active.first < 0) {
+        beginDraw(draw);
         glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         return;
     }
-    renderStep(effect, active.first, effect.childTargets[0], t, width, height, input);
+    renderStep(device, effect, active.first, effect.childTargets[0], time, draw);
     if (active.second < 0) {
-        drawPicture(effect.blitProgram, effect.childTargets[0].texture, effect.alpha);
+        beginDraw(draw);
+        drawPicture(device, effect, effect.childTargets[0].texture, draw.opacity);
         return;
     }
-    renderStep(effect, active.second, effect.childTargets[1], t, width, height, input);
+    renderStep(device, effect, active.second, effect.childTargets[1], time, draw);
     const BlendStep& first = effect.steps[active.first];
     const BlendStep& second = effect.steps[active.second];
     const float overlap = std::min(endOf(first), endOf(second)) - second.start;
     const float progress = std::clamp((t - second.start) / std::max(overlap, kLeastOverlap), 0.0f, 1.0f);
-    renderTransition(effect.mixer, static_cast<GLuint>(saveBinding().framebuffer), width, height,
-                     effect.childTargets[0].texture, effect.childTargets[1].texture, progress, effect.mixLook);
+    renderTransition(device, effect.mixer, draw, effect.childTargets[0].texture, effect.childTargets[1].texture,
+                     progress, effect.mixLook);
 }

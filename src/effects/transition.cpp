@@ -4,8 +4,6 @@
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "gpu/gl_functions.h"
-#include "gpu/program_pool.h"
-#include "gpu/quad.h"
 #include "gpu/shader_lookup.h"
 
 #include <algorithm>
@@ -40,12 +38,12 @@ void bindPicture(GLenum unit, GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
 }
 
-void buildRenderer(TransitionRenderer& renderer, const ShaderPair& sources, const std::string& label) {
-    renderer.program = borrowProgram(sources.vertex, sources.fragment, "", label);
+void buildRenderer(Device& device, TransitionRenderer& renderer, const ShaderPair& sources, const std::string& label) {
+    renderer.program = findProgram(device.programs, sources, label);
     if (!renderer.program) return;
+    renderer.values = makeUniformValues(device.programs, *renderer.program);
     for (size_t i = 0; i < renderer.uniforms.size(); ++i) {
-        const UniformInfo* uniform = findUniform(renderer.program, kUniformNames[i]);
-        renderer.uniforms[i] = uniform ? *uniform : UniformInfo{};
+        renderer.uniforms[i] = uniformNamed(renderer.program->uniforms, kUniformNames[i]);
     }
 }
 
@@ -99,14 +97,14 @@ TransitionLook readTransitionLook(const std::string& style, const JsonValue& par
     return look;
 }
 
-bool initTransitionRenderer(TransitionRenderer& renderer, const std::string& baseDir) {
+bool initTransitionRenderer(Device& device, TransitionRenderer& renderer, const std::string& baseDir) {
     ShaderPair sources;
     if (!readShaderPair(baseDir, "transition", "Transition", sources)) {
         logLine("[TRANS] shader sources not found in DemoSceneResources/assets/shaders/transition or "
                 "assets/shaders/transition\n");
         return false;
     }
-    buildRenderer(renderer, sources, "transition");
+    buildRenderer(device, renderer, sources, "transition");
     if (!renderer.program) {
         logLine("[TRANS] shader compile/link failed; transitions will cut.\n");
         return false;
@@ -115,26 +113,21 @@ bool initTransitionRenderer(TransitionRenderer& renderer, const std::string& bas
     return true;
 }
 
-bool createTransitionRenderer(TransitionRenderer& renderer, const std::string& baseDir, const std::string& label) {
+bool createTransitionRenderer(Device& device, TransitionRenderer& renderer, const std::string& baseDir,
+                              const std::string& label) {
     ShaderPair sources;
-    if (readShaderPair(baseDir, "transition", "Transition", sources)) buildRenderer(renderer, sources, label);
-    return renderer.program != 0;
+    if (readShaderPair(baseDir, "transition", "Transition", sources)) buildRenderer(device, renderer, sources, label);
+    return renderer.program != nullptr;
 }
 
-void releaseTransitionRenderer(TransitionRenderer& renderer) {
-    returnProgram(renderer.program);
-    renderer = {};
-}
-
-void renderTransition(const TransitionRenderer& renderer, GLuint framebuffer, int width, int height, GLuint from,
+void renderTransition(const Device& device, const TransitionRenderer& renderer, const Draw& draw, GLuint from,
                       GLuint to, float progress, const TransitionLook& look) {
-    gl.BindFramebuffer(GL_FRAMEBUFFER, framebuffer);
-    glViewport(0, 0, width, height);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_BLEND);
-    gl.UseProgram(renderer.program);
-    writeUniforms(renderer, width, height, progress, look);
+    Draw mix = draw;
+    mix.blending = BlendMode::opaque;
+    beginDraw(mix);
+    useProgram(*renderer.program, renderer.values);
+    writeUniforms(renderer, draw.width, draw.height, progress, look);
     bindPicture(GL_TEXTURE0, from);
     bindPicture(GL_TEXTURE1, to);
-    drawQuad();
+    drawQuad(device.quad);
 }

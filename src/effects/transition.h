@@ -2,7 +2,9 @@
 #pragma once
 
 #include "foundation/json.h"
-#include "gpu/uniforms.h"
+#include "gpu/device.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 
 #include <array>
 #include <string>
@@ -43,9 +45,10 @@ enum class TransitionUniform {
     count
 };
 
-// A program of the transition shader, with its uniforms resolved.
+// The program of the transition shader, with its uniforms resolved.
 struct TransitionRenderer {
-    GLuint program = 0; // borrowed; 0: not available
+    Program* program = nullptr; // the device's; null: not available
+    UniformValues values;
     std::array<UniformInfo, static_cast<size_t>(TransitionUniform::count)> uniforms;
 };
 
@@ -56,15 +59,12 @@ int transitionStyleCode(const std::string& name);
 TransitionLook readTransitionLook(const std::string& style, const JsonValue& params);
 
 // Finds and builds the show's transition shader and says how that went; false when there is none.
-bool initTransitionRenderer(TransitionRenderer& renderer, const std::string& baseDir);
+bool initTransitionRenderer(Device& device, TransitionRenderer& renderer, const std::string& baseDir);
 
 // The same for an effect that mixes its children: only the driver's errors are logged, under `label`.
-bool createTransitionRenderer(TransitionRenderer& renderer, const std::string& baseDir, const std::string& label);
+bool createTransitionRenderer(Device& device, TransitionRenderer& renderer, const std::string& baseDir,
+                              const std::string& label);
 
-// Gives the program back; harmless when there is none.
-void releaseTransitionRenderer(TransitionRenderer& renderer);
-
-// Mixes texture `from` into `to` at a progress of 0 to 1 (clamped), over the whole of a framebuffer of
-// width x height pixels. Leaves blending and depth test off.
-void renderTransition(const TransitionRenderer& renderer, GLuint framebuffer, int width, int height, GLuint from,
+// Mixes texture `from` into `to` at a progress of 0 to 1 (clamped), over the whole of the draw's target, unblended.
+void renderTransition(const Device& device, const TransitionRenderer& renderer, const Draw& draw, GLuint from,
                       GLuint to, float progress, const TransitionLook& look);

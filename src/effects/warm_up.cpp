@@ -1,110 +1,105 @@
 #include "effects/warm_up.h"
 
+#include "effects/composite.h"
 #include "effects/pip_effect.h"
 #include "effects/shader_effect.h"
 #include "gpu/gl_functions.h"
-#include "gpu/program_pool.h"
-#include "gpu/quad.h"
-#include "gpu/textures.h"
 
 namespace {
 
-uint32_t warmState(DrawState state, DrawTarget target) {
-    constexpr uint32_t kOffscreenShift = 3; // behind the bits of the draw states
-    return static_cast<uint32_t>(state) << (target == DrawTarget::offscreen ? kOffscreenShift : 0);
+// False when the program has been drawn like that before.
+bool markWarm(Program& program, BlendMode blending, DrawTarget target) {
+    constexpr int kBlendModes = 3;
+    const int bit = static_cast<int>(blending) + (target == DrawTarget::offscreen ? kBlendModes : 0);
+    const uint32_t state = 1u << bit;
+    const bool wasCold = (program.warmStates & state) == 0;
+    program.warmStates |= state;
+    return wasCold;
 }
 
-DrawState blendedState(BlendMode mode) {
-    return mode == BlendMode::additive ? DrawState::additive : DrawState::alpha;
+// Texts set blending as their own params say, whatever the draw asks for.
+BlendMode drawnBlending(const Effect& effect, BlendMode asked) {
+    if (effect.kind == EffectKind::kineticText) return effect.kineticText.params.blendMode;
+    if (effect.kind == EffectKind::caption) return effect.caption.params.blendMode;
+    if (effect.kind == EffectKind::shapeText) return effect.shapeText.params.blendMode;
+    return asked;
 }
 
-// Texts that move set blending as their own params say, whatever is set.
-DrawState drawnState(const Effect& effect, DrawState state) {
-    if (effect.kind == EffectKind::kineticText) return blendedState(effect.kineticText.params.blendMode);
-    if (effect.kind == EffectKind::caption) return blendedState(effect.caption.params.blendMode);
-    if (effect.kind == EffectKind::shapeText) return blendedState(effect.shapeText.params.blendMode);
-    return state;
-}
-
-template <typename Draw>
-void drawOnePixel(DrawState state, Draw draw) {
+template <typename DrawIt>
+void drawOnePixel(DrawIt drawIt) {
     glDisable(GL_DEPTH_TEST);
-    applyDrawState(state);
     glEnable(GL_SCISSOR_TEST);
     glScissor(0, 0, 1, 1);
-    draw();
+    drawIt();
     glDisable(GL_SCISSOR_TEST);
     glFlush();
 }
 
-// Children draw into targets of the size that they will have, blending off; the last of a chain draws where
-// the chain does.
-void warmUpChildren(Effect& effect, DrawState state, DrawTarget drawTarget, int width, int height) {
-    const DrawBinding output = saveBinding();
+// Children draw into targets of the size that they will have, unblended; the last of a chain draws where the chain
+// does.
+void warmUpChildren(Device& device, Effect& effect, DrawTarget drawTarget, const Draw& draw) {
     for (size_t i = 0; i < effect.children.size(); ++i) {
         Effect& child = *effect.children[i];
         if (effect.kind == EffectKind::chain && i > 0) {
-            warmUpEffect(child, state, drawTarget, width, height);
+            warmUpEffect(device, child, drawTarget, draw);
             continue;
         }
         const bool isInset = effect.kind == EffectKind::pip && i > 0;
-        const PipRect size = isInset ? pipRect(effect.pip, width, height) : PipRect{0, 0, width, height};
+        const PipRect size = isInset ? pipRect(effect.pip, draw.width, draw.height)
+                                     : PipRect{0, 0, draw.width, draw.height};
         RenderTarget& target = effect.childTargets[i % effect.childTargets.size()];
         ensureTarget(target, size.width, size.height);
-        bindTarget(target);
-        warmUpEffect(child, DrawState::opaque, DrawTarget::offscreen, size.width, size.height);
-        restoreBinding(output);
+        warmUpEffect(device, child, DrawTarget::offscreen, drawInto(target, draw));
     }
 }
 
+void warmUpBlit(Device& device, const Effect& effect, DrawTarget target, const Draw& draw) {
+    if (!effect.blit.program || !markWarm(*effect.blit.program, draw.blending, target)) return;
+    drawOnePixel([&] {
+        beginDraw(draw);
+        drawPicture(device, effect, effect.childTargets[0].texture, 1.0f);
+    });
+}
+
 // The composite's own passes over its children's pictures.
-void warmUpComposite(Effect& effect, DrawState state, DrawTarget target) {
-    for (const int unit : {1, 0}) {
-        gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
-        glBindTexture(GL_TEXTURE_2D, effect.childTargets[static_cast<size_t>(unit)].texture);
-    }
-    warmUpProgram(effect.mixer.program, DrawState::opaque, target);
-    warmUpProgram(effect.blitProgram, state, target);
-    if (effect.kind == EffectKind::pip) warmUpProgram(effect.blitProgram, DrawState::alpha, target);
-    if (effect.kind == EffectKind::dynamicSplit) warmUpProgram(effect.mainProgram, blendedState(effect), target);
-    bindBlackTexture(1);
-    bindBlackTexture(0);
+void warmUpComposite(Device& device, Effect& effect, DrawTarget target, const Draw& draw) {
+    const GLuint from = effect.childTargets[0].texture, to = effect.childTargets[1].texture;
+    if (effect.mixer.program) warmUpTransition(device, effect.mixer, target, draw, from, to);
+    Draw blended = draw;
+    warmUpBlit(device, effect, target, draw);
+    blended.blending = BlendMode::alpha;
+    if (effect.kind == EffectKind::pip) warmUpBlit(device, effect, target, blended);
+    blended.blending = effect.blendMode;
+    if (effect.kind != EffectKind::dynamicSplit || !markWarm(*effect.main.program, blended.blending, target)) return;
+    drawOnePixel([&] {
+        beginDraw(blended);
+        useProgram(*effect.main.program, effect.main.values);
+        bindChannel(effect.main.program->uniforms, 0, from);
+        bindChannel(effect.main.program->uniforms, 1, to);
+        drawQuad(device.quad);
+    });
 }
 
 } // namespace
 
-DrawState blendedState(const Effect& effect) {
-    return blendedState(effect.blendMode);
-}
-
-void applyDrawState(DrawState state) {
-    switch (state) {
-    case DrawState::opaque: glDisable(GL_BLEND); return;
-    case DrawState::alpha: setBlending(BlendMode::alpha); return;
-    case DrawState::additive: setBlending(BlendMode::additive); return;
-    }
-}
-
-void warmUpEffect(Effect& effect, DrawState state, DrawTarget target, int width, int height) {
+void warmUpEffect(Device& device, Effect& effect, DrawTarget target, const Draw& draw) {
     if (!effect.children.empty()) {
-        warmUpChildren(effect, state, target, width, height);
-        warmUpComposite(effect, state, target);
+        warmUpChildren(device, effect, target, draw);
+        warmUpComposite(device, effect, target, draw);
         return;
     }
-
-    if (effect.hasBuffer) ensureBufferTargets(effect, width, height);
-    const bool mainIsCold = markWarm(effect.mainProgram, warmState(drawnState(effect, state), target));
-    const bool bufferIsCold = effect.hasBuffer &&
-                              markWarm(effect.bufferProgram, warmState(DrawState::opaque, DrawTarget::offscreen));
+    if (!isRunnable(effect)) return;
+    if (hasBuffer(effect)) ensureBufferTargets(effect, draw.width, draw.height);
+    const bool mainIsCold = markWarm(*effect.main.program, drawnBlending(effect, draw.blending), target);
+    const bool bufferIsCold = hasBuffer(effect) &&
+                              markWarm(*effect.buffer.program, BlendMode::opaque, DrawTarget::offscreen);
     if (!mainIsCold && !bufferIsCold) return;
-    drawOnePixel(state, [&] { drawEffectPasses(effect, width, height, nullptr); });
-    if (effect.hasBuffer) clearBufferTargets(effect);
+    drawOnePixel([&] { drawEffect(device, effect, draw); });
+    if (hasBuffer(effect)) clearBufferTargets(effect);
 }
 
-void warmUpProgram(GLuint program, DrawState state, DrawTarget target) {
-    if (!markWarm(program, warmState(state, target))) return;
-    drawOnePixel(state, [&] {
-        gl.UseProgram(program);
-        drawQuad();
-    });
+void warmUpTransition(Device& device, const TransitionRenderer& renderer, DrawTarget target, const Draw& draw,
+                      GLuint from, GLuint to) {
+    if (!markWarm(*renderer.program, BlendMode::opaque, target)) return;
+    drawOnePixel([&] { renderTransition(device, renderer, draw, from, to, 0.5f, {}); });
 }

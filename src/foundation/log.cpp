@@ -1,11 +1,18 @@
 #include "foundation/log.h"
 
+#include <algorithm>
 #include <cstdarg>
-#include <string>
+#include <unordered_set>
 
 namespace {
 
-FILE* currentStream = nullptr; // null: standard output, which is no constant that could stand here
+struct LogState {
+    FILE* stream = nullptr;               // null: standard output, which is no constant that could stand here
+    LogRecord* record = nullptr;          // not owned
+    bool isSilent = false;                // lines go to the record alone
+    std::unordered_set<std::string> said; // keys of logOnce
+};
+LogState state;
 
 bool isControl(unsigned char c) {
     return (c < 32 && c != '\n' && c != '\t') || c == 127;
@@ -23,44 +30,80 @@ void maskControlBytes(char* text, size_t size) {
     }
 }
 
-void writeMessage(FILE* stream, char* text, size_t size) {
-    maskControlBytes(text, size);
-    std::fwrite(text, 1, size, stream);
-    std::fflush(stream);
-}
-
-void printMessage(FILE* stream, const char* format, va_list arguments) {
+std::string formatMessage(const char* format, va_list arguments) {
     char buffer[1024];
     va_list again;
     va_copy(again, arguments);
     const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
+    std::string message(buffer, static_cast<size_t>(std::clamp(length, 0, static_cast<int>(sizeof buffer) - 1)));
     if (length >= static_cast<int>(sizeof buffer)) {
         // vsnprintf also writes a terminator, which a string keeps room for after its last byte.
-        std::string message(static_cast<size_t>(length), '\0');
+        message.resize(static_cast<size_t>(length));
         std::vsnprintf(message.data(), message.size() + 1, format, again);
-        writeMessage(stream, message.data(), message.size());
-    } else if (length > 0) {
-        writeMessage(stream, buffer, static_cast<size_t>(length));
     }
     va_end(again);
+    maskControlBytes(message.data(), message.size());
+    return message;
+}
+
+void write(FILE* stream, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stream);
+    std::fflush(stream);
+}
+
+FILE* logStream() {
+    return state.stream ? state.stream : stdout;
+}
+
+bool isFirst(const std::string& onceKey) {
+    return onceKey.empty() || state.said.insert(onceKey).second;
+}
+
+void say(std::string message, const std::string& onceKey) {
+    if (!state.isSilent && isFirst(onceKey)) write(logStream(), message);
+    if (state.record) state.record->lines.push_back({std::move(message), onceKey});
 }
 
 } // namespace
 
 void setLogStream(FILE* stream) {
-    currentStream = stream;
+    state.stream = stream;
 }
 
 void logLine(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    printMessage(currentStream ? currentStream : stdout, format, arguments);
+    say(formatMessage(format, arguments), {});
     va_end(arguments);
+}
+
+void logOnce(const std::string& key, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    say(formatMessage(format, arguments), key);
+    va_end(arguments);
+}
+
+void forgetOnce() {
+    state.said.clear();
+}
+
+void recordLog(LogRecord* record, bool isSilent) {
+    state.record = record;
+    state.isSilent = record && isSilent;
+}
+
+void logAgain(const LogRecord& record) {
+    std::string text;
+    for (const LogRecord::Line& line : record.lines) {
+        if (isFirst(line.onceKey)) text += line.text;
+    }
+    write(logStream(), text);
 }
 
 void printError(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    printMessage(stderr, format, arguments);
+    write(stderr, formatMessage(format, arguments));
     va_end(arguments);
 }

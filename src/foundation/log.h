@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #if defined(__clang__)
 #define LOG_FORMAT(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))
@@ -20,6 +22,25 @@ void setLogStream(FILE* stream);
 // newline and tab (in UTF-8 also those from U+0080 to U+009F) print as "?": shows come from strangers, and
 // terminals obey escape sequences.
 void logLine(const char* format, ...) LOG_FORMAT(1, 2);
+
+// A line that is said once in a run: of several with the same key only the first. forgetOnce lets all be said again.
+void logOnce(const std::string& key, const char* format, ...) LOG_FORMAT(2, 3);
+void forgetOnce();
+
+// Lines as they were logged, to be logged again.
+struct LogRecord {
+    struct Line {
+        std::string text;
+        std::string onceKey; // of logOnce; empty for the others
+    };
+    std::vector<Line> lines;
+};
+
+// From now on lines are also kept in `record`, or instead of being said only kept; null ends that.
+void recordLog(LogRecord* record, bool isSilent = false);
+
+// Says them all, in one piece.
+void logAgain(const LogRecord& record);
 
 // The same on standard error: what ends the run, and reasons beyond the log's fixed lines.
 void printError(const char* format, ...) LOG_FORMAT(1, 2);

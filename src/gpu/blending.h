@@ -4,6 +4,7 @@
 #include <string>
 
 enum class BlendMode {
+    opaque,   // not at all: it takes its place
     alpha,    // source alpha, one minus source alpha
     additive, // source alpha, one
 };
@@ -11,5 +12,5 @@ enum class BlendMode {
 // "additive", in this spelling, else alpha.
 BlendMode blendModeFrom(const std::string& name);
 
-// Turns blending on with the mode's factors.
+// Sets blending for the draws that follow.
 void setBlending(BlendMode mode);

@@ -9,6 +9,9 @@ bool loadGlFunctions(GlLookup lookup) {
     if (!gl.Name) return false;
     FOR_EACH_GL_FUNCTION(LOAD_GL_FUNCTION)
 #undef LOAD_GL_FUNCTION
+#define LOAD_OPTIONAL_GL_FUNCTION(Type, Name) gl.Name = reinterpret_cast<Type>(lookup("gl" #Name));
+    FOR_EACH_OPTIONAL_GL_FUNCTION(LOAD_OPTIONAL_GL_FUNCTION)
+#undef LOAD_OPTIONAL_GL_FUNCTION
     return true;
 }
 

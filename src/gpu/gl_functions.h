@@ -42,9 +42,15 @@
     X(PFNGLCHECKFRAMEBUFFERSTATUSPROC, CheckFramebufferStatus)                                                         \
     X(PFNGLACTIVETEXTUREPROC, ActiveTexture)
 
+// What every driver has and the player could do without: these may be null.
+#define FOR_EACH_OPTIONAL_GL_FUNCTION(X)                                                                               \
+    X(PFNGLGETUNIFORMFVPROC, GetUniformfv)                                                                             \
+    X(PFNGLGETUNIFORMIVPROC, GetUniformiv)
+
 struct GlFunctions {
 #define DECLARE_GL_FUNCTION(Type, Name) Type Name = nullptr;
     FOR_EACH_GL_FUNCTION(DECLARE_GL_FUNCTION)
+    FOR_EACH_OPTIONAL_GL_FUNCTION(DECLARE_GL_FUNCTION)
 #undef DECLARE_GL_FUNCTION
 };
 

@@ -2,11 +2,6 @@
 
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
-#include "gpu/uniforms.h"
-
-namespace {
-constexpr GLsizei kInfoLogSize = 2048;
-}
 
 const char* const kQuadVertexSource = R"(#version 330 core
 layout(location=0) in vec2 aPos;
@@ -37,52 +32,83 @@ void main() {
 }
 )";
 
-GLuint compileShader(GLenum stage, const std::string& source, const std::string& label) {
+namespace {
+
+constexpr GLsizei kInfoLogSize = 2048;
+
+GLuint startShader(GLenum stage, const std::string& source) {
     const GLuint shader = gl.CreateShader(stage);
     const char* text = source.c_str();
     gl.ShaderSource(shader, 1, &text, nullptr);
     gl.CompileShader(shader);
-    GLint compiled = 0;
-    gl.GetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
-    if (compiled) return shader;
-
-    char infoLog[kInfoLogSize] = {};
-    gl.GetShaderInfoLog(shader, kInfoLogSize, nullptr, infoLog);
-    logLine("[SHADER ERROR] %s:\n%s\n", label.c_str(), infoLog);
-    gl.DeleteShader(shader);
-    return 0;
+    return shader;
 }
 
-GLuint linkProgram(const std::string& vertexSource, const std::string& fragmentSource, const std::string& label) {
-    if (vertexSource.empty() || fragmentSource.empty()) return 0;
-    const GLuint vertex = compileShader(GL_VERTEX_SHADER, vertexSource, label);
-    if (!vertex) return 0;
-    const GLuint fragment = compileShader(GL_FRAGMENT_SHADER, fragmentSource, label);
-    if (!fragment) {
-        gl.DeleteShader(vertex);
-        return 0;
-    }
+bool hasCompiled(GLuint shader, std::string& words) {
+    GLint compiled = 0;
+    gl.GetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
+    if (compiled) return true;
+    char infoLog[kInfoLogSize] = {};
+    gl.GetShaderInfoLog(shader, kInfoLogSize, nullptr, infoLog);
+    words = infoLog;
+    return false;
+}
 
-    GLuint program = gl.CreateProgram();
-    gl.AttachShader(program, vertex);
-    gl.AttachShader(program, fragment);
-    gl.LinkProgram(program);
+bool hasLinked(GLuint program, std::string& words) {
     GLint linked = 0;
     gl.GetProgramiv(program, GL_LINK_STATUS, &linked);
-    if (!linked) {
-        char infoLog[kInfoLogSize] = {};
-        gl.GetProgramInfoLog(program, kInfoLogSize, nullptr, infoLog);
-        logLine("[LINK ERROR] %s:\n%s\n", label.c_str(), infoLog);
-        gl.DeleteProgram(program);
-        program = 0;
+    if (linked) return true;
+    char infoLog[kInfoLogSize] = {};
+    gl.GetProgramInfoLog(program, kInfoLogSize, nullptr, infoLog);
+    words = infoLog;
+    return false;
+}
+
+} // namespace
+
+ProgramBuild startProgram(const ShaderPair& sources) {
+    ProgramBuild build;
+    build.vertex = startShader(GL_VERTEX_SHADER, sources.vertex);
+    build.fragment = startShader(GL_FRAGMENT_SHADER, sources.fragment);
+    build.program = gl.CreateProgram();
+    gl.AttachShader(build.program, build.vertex);
+    gl.AttachShader(build.program, build.fragment);
+    gl.LinkProgram(build.program);
+    return build;
+}
+
+bool finishProgram(ProgramBuild& build, Program& program, ProgramFailure& failure) {
+    failure = {};
+    // Of two stages that do not compile the first is reported, and a link that lacks a stage is not.
+    const bool compiled = hasCompiled(build.vertex, failure.words) && hasCompiled(build.fragment, failure.words);
+    failure.isLink = compiled && !hasLinked(build.program, failure.words);
+    gl.DeleteShader(build.vertex);
+    gl.DeleteShader(build.fragment);
+    const bool whole = compiled && !failure.isLink;
+    if (whole) {
+        program.handle = build.program;
+        program.uniforms = readUniforms(build.program);
+    } else {
+        gl.DeleteProgram(build.program);
     }
-    gl.DeleteShader(vertex);
-    gl.DeleteShader(fragment);
+    build = {};
+    return whole;
+}
+
+void logProgramFailure(const ProgramFailure& failure, const std::string& label) {
+    logLine("[%s ERROR] %s:\n%s\n", failure.isLink ? "LINK" : "SHADER", label.c_str(), failure.words.c_str());
+}
+
+Program linkProgram(const std::string& vertexSource, const std::string& fragmentSource, const std::string& label) {
+    Program program;
+    if (vertexSource.empty() || fragmentSource.empty()) return program;
+    ProgramBuild build = startProgram({vertexSource, fragmentSource});
+    ProgramFailure failure;
+    if (!finishProgram(build, program, failure)) logProgramFailure(failure, label);
     return program;
 }
 
-void deleteProgram(GLuint program) {
-    if (!program) return;
-    forgetProgramUniforms(program);
-    gl.DeleteProgram(program);
+void deleteProgram(Program& program) {
+    if (program.handle) gl.DeleteProgram(program.handle);
+    program = {};
 }

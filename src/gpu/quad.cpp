@@ -13,16 +13,10 @@ constexpr float kVertices[kVertexCount * 4] = {
     -1, -1, 0, 0, 1, 1,  1, 1, -1, 1, 0, 1,
 };
 
-struct Quad {
-    GLuint vertexArray = 0;
-    GLuint buffer = 0;
-};
-
-Quad quad;
-
 } // namespace
 
-void createQuad() {
+Quad createQuad() {
+    Quad quad;
     gl.GenVertexArrays(1, &quad.vertexArray);
     gl.BindVertexArray(quad.vertexArray);
     gl.GenBuffers(1, &quad.buffer);
@@ -32,14 +26,15 @@ void createQuad() {
     gl.VertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, kStride, nullptr);
     gl.EnableVertexAttribArray(1);
     gl.VertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, kStride, reinterpret_cast<const void*>(2 * sizeof(float)));
+    return quad;
 }
 
-void drawQuad() {
+void drawQuad(const Quad& quad) {
     gl.BindVertexArray(quad.vertexArray);
     glDrawArrays(GL_TRIANGLES, 0, kVertexCount);
 }
 
-void deleteQuad() {
+void deleteQuad(Quad& quad) {
     if (quad.vertexArray) gl.DeleteVertexArrays(1, &quad.vertexArray);
     if (quad.buffer) gl.DeleteBuffers(1, &quad.buffer);
     quad = {};

@@ -2,6 +2,13 @@
 // 0..1, position at attribute location 0 and texture coordinates at 1.
 #pragma once
 
-void createQuad();
-void drawQuad(); // with the current program, target and state
-void deleteQuad();
+#include "platform/gl.h"
+
+struct Quad {
+    GLuint vertexArray = 0; // owned; 0: none
+    GLuint buffer = 0;      // owned
+};
+
+Quad createQuad();
+void drawQuad(const Quad& quad); // with the current program, target and state
+void deleteQuad(Quad& quad);     // and resets the record

@@ -1,7 +1,6 @@
 #include "gpu/render_target.h"
 
 #include "gpu/gl_functions.h"
-#include "gpu/textures.h"
 
 #include <algorithm>
 
@@ -52,33 +51,12 @@ void bindTarget(const RenderTarget& target) {
     glViewport(0, 0, target.width, target.height);
 }
 
-void beginTarget(RenderTarget& target, int width, int height) {
+void beginTarget(TextureCache& textures, RenderTarget& target, int width, int height) {
     ensureTarget(target, width, height);
-    bindBlackTexture(1);
-    bindBlackTexture(0);
+    bindBlackTexture(textures, 1);
+    bindBlackTexture(textures, 0);
     bindTarget(target);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glDisable(GL_DEPTH_TEST);
-}
-
-DrawBinding saveBinding() {
-    DrawBinding binding;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &binding.framebuffer);
-    glGetIntegerv(GL_VIEWPORT, binding.viewport);
-    binding.blending = glIsEnabled(GL_BLEND);
-    glGetIntegerv(GL_BLEND_SRC_RGB, &binding.sourceFactor);
-    glGetIntegerv(GL_BLEND_DST_RGB, &binding.destinationFactor);
-    return binding;
-}
-
-void restoreBinding(const DrawBinding& binding) {
-    gl.BindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(binding.framebuffer));
-    glViewport(binding.viewport[0], binding.viewport[1], binding.viewport[2], binding.viewport[3]);
-    glBlendFunc(static_cast<GLenum>(binding.sourceFactor), static_cast<GLenum>(binding.destinationFactor));
-    if (binding.blending) {
-        glEnable(GL_BLEND);
-    } else {
-        glDisable(GL_BLEND);
-    }
 }

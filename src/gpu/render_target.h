@@ -1,6 +1,7 @@
 // Offscreen colour targets: an RGBA8 texture, linear and clamped, with its framebuffer.
 #pragma once
 
+#include "gpu/textures.h"
 #include "platform/gl.h"
 
 struct RenderTarget {
@@ -31,16 +32,4 @@ void bindTarget(const RenderTarget& target);
 
 // Makes a target of that size current for a whole new picture: transparent black, depth test off. It is taken off
 // texture units 0 and 1, where the frame before may have left it: what is drawn into must not be sampled.
-void beginTarget(RenderTarget& target, int width, int height);
-
-// What an offscreen draw disturbs: framebuffer, viewport and blending.
-struct DrawBinding {
-    GLint framebuffer = 0;
-    GLint viewport[4] = {};
-    bool blending = false;
-    GLint sourceFactor = 0;
-    GLint destinationFactor = 0;
-};
-
-DrawBinding saveBinding();
-void restoreBinding(const DrawBinding& binding);
+void beginTarget(TextureCache& textures, RenderTarget& target, int width, int height);

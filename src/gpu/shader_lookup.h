@@ -5,6 +5,7 @@
 #pragma once
 
 #include "config/timeline_entry.h"
+#include "gpu/program.h"
 
 #include <string>
 
@@ -21,12 +22,6 @@ std::string glitchShaderName(const std::string& style);
 // For entries of type "glitch": the style's fragment shader with its own vertex shader or the family's.
 // Paths stay as they were when no root has the fragment shader.
 void resolveGlitchShaders(TimelineEntry& entry, const std::string& baseDir);
-
-// Sources of a vertex and a fragment shader that belong together.
-struct ShaderPair {
-    std::string vertex;
-    std::string fragment;
-};
 
 // Reads `name`.vert and `name`.frag from the first root whose `directory` has both; false when no root has
 // them or one is empty.

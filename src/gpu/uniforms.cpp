@@ -23,11 +23,6 @@ constexpr StandardUniform kChannel0Names[] = {
     StandardUniform::uBackground, StandardUniform::uTexA, StandardUniform::uInputTex,
 };
 
-std::unordered_map<GLuint, UniformTable>& tables() {
-    static std::unordered_map<GLuint, UniformTable> instance;
-    return instance;
-}
-
 bool isIntLike(GLenum type) {
     switch (type) {
     case GL_INT:
@@ -60,26 +55,16 @@ void resolveChannelResolutions(GLuint program, UniformTable& table) {
     }
 }
 
-UniformTable buildTable(GLuint program) {
-    UniformTable table;
-    GLint count = 0, maxLength = 0;
-    gl.GetProgramiv(program, GL_ACTIVE_UNIFORMS, &count);
-    gl.GetProgramiv(program, GL_ACTIVE_UNIFORM_MAX_LENGTH, &maxLength);
-    std::vector<char> buffer(static_cast<size_t>(std::max(maxLength, 0)) + 1);
-    for (GLint i = 0; i < count; ++i) {
-        UniformInfo info;
-        gl.GetActiveUniform(program, static_cast<GLuint>(i), static_cast<GLsizei>(buffer.size()), nullptr, &info.size,
-                            &info.type, buffer.data());
-        if (char* bracket = std::strstr(buffer.data(), "[0]")) *bracket = '\0';
-        info.location = gl.GetUniformLocation(program, buffer.data());
-        if (info.location >= 0) table.byName.emplace(buffer.data(), info);
+bool isFloatLike(GLenum type) {
+    return type == GL_FLOAT || type == GL_FLOAT_VEC2 || type == GL_FLOAT_VEC3 || type == GL_FLOAT_VEC4;
+}
+
+void readInitial(GLuint program, UniformInfo& uniform) {
+    if (isFloatLike(uniform.type) && gl.GetUniformfv) {
+        gl.GetUniformfv(program, uniform.location, uniform.initial.data());
+    } else if (isIntLike(uniform.type) && gl.GetUniformiv) {
+        gl.GetUniformiv(program, uniform.location, &uniform.initialInt);
     }
-    for (size_t i = 0; i < table.standard.size(); ++i) {
-        const auto found = table.byName.find(kStandardNames[i]);
-        if (found != table.byName.end()) table.standard[i] = found->second;
-    }
-    resolveChannelResolutions(program, table);
-    return table;
 }
 
 const UniformInfo& standardOf(const UniformTable& table, StandardUniform name) {
@@ -91,59 +76,39 @@ void bindTextureUnit(int unit, GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
 }
 
-void bindChannel(const UniformTable& table, int channel, GLuint texture) {
-    if (!texture || channel < 0 || channel >= kChannelCount) return;
-    bindTextureUnit(channel, texture);
-    const int iChannel = static_cast<int>(StandardUniform::iChannel0) + channel;
-    setUniformInt(standardOf(table, static_cast<StandardUniform>(iChannel)), channel);
-    if (channel == 0) {
-        for (const StandardUniform name : kChannel0Names) setUniformInt(standardOf(table, name), 0);
-    }
-    if (channel == 1) setUniformInt(standardOf(table, StandardUniform::uTexB), 1);
-}
-
 int inputChannel(const InputTexture& input) {
     return std::clamp(input.channel, 0, kChannelCount - 1);
 }
 
-void setChannelResolutions(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
-                           const InputTexture* input) {
-    for (int i = 0; i < kChannelCount; ++i) {
-        if (table.channelResolution[i] < 0) continue;
-        int width = channels[i].texture ? channels[i].width : defaultWidth;
-        int height = channels[i].texture ? channels[i].height : defaultHeight;
-        if (input && input->texture && inputChannel(*input) == i) {
-            width = input->width > 0 ? input->width : defaultWidth;
-            height = input->height > 0 ? input->height : defaultHeight;
-        }
-        gl.Uniform2f(table.channelResolution[i], static_cast<float>(width), static_cast<float>(height));
-        // Elements declared as another type make GL raise an error, which must not be taken for
-        // anybody else's later on.
-        if (!table.channelResolutionIsVec2) glGetError();
-    }
-}
-
 } // namespace
 
-const UniformTable& uniformTable(GLuint program) {
-    const auto found = tables().find(program);
-    if (found != tables().end()) return found->second;
-    return tables().emplace(program, buildTable(program)).first->second;
+UniformTable readUniforms(GLuint program) {
+    UniformTable table;
+    GLint count = 0, maxLength = 0;
+    gl.GetProgramiv(program, GL_ACTIVE_UNIFORMS, &count);
+    gl.GetProgramiv(program, GL_ACTIVE_UNIFORM_MAX_LENGTH, &maxLength);
+    std::vector<char> buffer(static_cast<size_t>(std::max(maxLength, 0)) + 1);
+    for (GLint i = 0; i < count; ++i) {
+        UniformInfo info;
+        gl.GetActiveUniform(program, static_cast<GLuint>(i), static_cast<GLsizei>(buffer.size()), nullptr, &info.size,
+                            &info.type, buffer.data());
+        if (char* bracket = std::strstr(buffer.data(), "[0]")) *bracket = '\0';
+        info.location = gl.GetUniformLocation(program, buffer.data());
+        if (info.location < 0) continue;
+        readInitial(program, info);
+        table.byName.emplace(buffer.data(), info);
+    }
+    for (size_t i = 0; i < table.standard.size(); ++i) {
+        const auto found = table.byName.find(kStandardNames[i]);
+        if (found != table.byName.end()) table.standard[i] = found->second;
+    }
+    resolveChannelResolutions(program, table);
+    return table;
 }
 
-void forgetProgramUniforms(GLuint program) {
-    if (program) tables().erase(program);
-}
-
-const UniformInfo* findUniform(GLuint program, const std::string& name) {
-    const UniformTable& table = uniformTable(program);
+UniformInfo uniformNamed(const UniformTable& table, const std::string& name) {
     const auto found = table.byName.find(name);
-    return found == table.byName.end() ? nullptr : &found->second;
-}
-
-UniformInfo uniformNamed(GLuint program, const std::string& name) {
-    const UniformInfo* uniform = findUniform(program, name);
-    return uniform ? *uniform : UniformInfo{};
+    return found == table.byName.end() ? UniformInfo{} : found->second;
 }
 
 bool isStandardUniform(const std::string& name) {
@@ -151,9 +116,7 @@ bool isStandardUniform(const std::string& name) {
            std::find(std::begin(kStandardNames), std::end(kStandardNames), name) != std::end(kStandardNames);
 }
 
-bool samplesChannel0(GLuint program) {
-    if (!program) return false;
-    const UniformTable& table = uniformTable(program);
+bool samplesChannel0(const UniformTable& table) {
     return std::any_of(std::begin(kChannel0Names), std::end(kChannel0Names),
                        [&](StandardUniform name) { return standardOf(table, name).type == GL_SAMPLER_2D; });
 }
@@ -200,28 +163,22 @@ bool setUniformVec2(const UniformInfo& uniform, float x, float y) {
     return setUniformVec4(uniform, x, y, 0.0f, 1.0f);
 }
 
-bool setUniformFloat(GLuint program, const std::string& name, float value) {
-    return setUniformFloat(uniformNamed(program, name), value);
+bool hasSetter(const UniformInfo& uniform) {
+    return uniform.location >= 0 && (isFloatLike(uniform.type) || isIntLike(uniform.type));
 }
 
-bool setUniformInt(GLuint program, const std::string& name, int value) {
-    return setUniformInt(uniformNamed(program, name), value);
+void resetUniform(const UniformInfo& uniform) {
+    const std::array<float, 4>& value = uniform.initial;
+    if (uniform.type == GL_FLOAT) {
+        setUniformFloat(uniform, value[0]);
+    } else if (isFloatLike(uniform.type)) {
+        setUniformVec4(uniform, value[0], value[1], value[2], value[3]);
+    } else if (isIntLike(uniform.type)) {
+        setUniformInt(uniform, uniform.initialInt);
+    }
 }
 
-bool setUniformVec2(GLuint program, const std::string& name, float x, float y) {
-    return setUniformVec2(uniformNamed(program, name), x, y);
-}
-
-bool setUniformVec3(GLuint program, const std::string& name, float x, float y, float z) {
-    return setUniformVec3(uniformNamed(program, name), x, y, z);
-}
-
-bool setUniformVec4(GLuint program, const std::string& name, float x, float y, float z, float w) {
-    return setUniformVec4(uniformNamed(program, name), x, y, z, w);
-}
-
-void setStandardUniforms(GLuint program, float time, int frame, float alpha, int width, int height) {
-    const UniformTable& table = uniformTable(program);
+void setStandardUniforms(const UniformTable& table, float time, int frame, float alpha, int width, int height) {
     const float w = static_cast<float>(width), h = static_cast<float>(height);
     setUniformVec3(standardOf(table, StandardUniform::iResolution), w, h, 1.0f);
     setUniformVec3(standardOf(table, StandardUniform::uResolution), w, h, 1.0f);
@@ -232,29 +189,47 @@ void setStandardUniforms(GLuint program, float time, int frame, float alpha, int
     setUniformVec2(standardOf(table, StandardUniform::iMouse), 0.0f, 0.0f);
 }
 
-const UniformInfo& standardUniform(GLuint program, StandardUniform name) {
-    return standardOf(uniformTable(program), name);
+const UniformInfo& standardUniform(const UniformTable& table, StandardUniform name) {
+    return standardOf(table, name);
 }
 
-void bindChannel(GLuint program, int channel, GLuint texture) {
-    bindChannel(uniformTable(program), channel, texture);
+void bindChannel(const UniformTable& table, int channel, GLuint texture) {
+    if (!texture || channel < 0 || channel >= kChannelCount) return;
+    bindTextureUnit(channel, texture);
+    const int iChannel = static_cast<int>(StandardUniform::iChannel0) + channel;
+    setUniformInt(standardOf(table, static_cast<StandardUniform>(iChannel)), channel);
+    if (channel == 0) {
+        for (const StandardUniform name : kChannel0Names) setUniformInt(standardOf(table, name), 0);
+    }
+    if (channel == 1) setUniformInt(standardOf(table, StandardUniform::uTexB), 1);
 }
 
-void bindChannels(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,
+void bindChannels(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
                   const InputTexture* input) {
-    const UniformTable& table = uniformTable(program);
     for (int i = 0; i < kChannelCount; ++i) bindChannel(table, i, channels[i].texture);
     if (input && input->texture) bindChannel(table, inputChannel(*input), input->texture);
     setChannelResolutions(table, channels, defaultWidth, defaultHeight, input);
 }
 
-void setChannelResolutions(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,
+void setChannelResolutions(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
                            const InputTexture* input) {
-    setChannelResolutions(uniformTable(program), channels, defaultWidth, defaultHeight, input);
+    for (int i = 0; i < kChannelCount; ++i) {
+        if (table.channelResolution[i] < 0) continue;
+        int width = channels[i].texture ? channels[i].width : defaultWidth;
+        int height = channels[i].texture ? channels[i].height : defaultHeight;
+        if (input && input->texture && inputChannel(*input) == i) {
+            width = input->width > 0 ? input->width : defaultWidth;
+            height = input->height > 0 ? input->height : defaultHeight;
+        }
+        gl.Uniform2f(table.channelResolution[i], static_cast<float>(width), static_cast<float>(height));
+        // Elements declared as another type make GL raise an error, which must not be taken for
+        // anybody else's later on.
+        if (!table.channelResolutionIsVec2) glGetError();
+    }
 }
 
-void bindBufferTexture(GLuint program, GLuint texture) {
+void bindBufferTexture(const UniformTable& table, GLuint texture) {
     if (!texture) return;
     bindTextureUnit(kBufferUnit, texture);
-    setUniformInt(standardUniform(program, StandardUniform::uBufferA), kBufferUnit);
+    setUniformInt(standardUniform(table, StandardUniform::uBufferA), kBufferUnit);
 }

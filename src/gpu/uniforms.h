@@ -15,6 +15,9 @@ struct UniformInfo {
     GLint location = -1; // negative: not declared
     GLenum type = 0;
     GLint size = 0; // array elements
+    // What it begins with: 0, or what the shader says. Floats for GL_FLOAT and its vectors, else one integer.
+    std::array<float, 4> initial = {};
+    GLint initialInt = 0;
 };
 
 constexpr int kBufferUnit = kChannelCount; // texture unit of the buffer pass's picture, behind the channels
@@ -44,6 +47,7 @@ enum class StandardUniform {
     count
 };
 
+// Of one program, read once when it is linked.
 struct UniformTable {
     std::unordered_map<std::string, UniformInfo> byName; // arrays under their bare name
     std::array<UniformInfo, static_cast<size_t>(StandardUniform::count)> standard;
@@ -68,21 +72,16 @@ struct InputTexture {
     int channel = 0; // clamped to 0..3
 };
 
-// Built on first request and kept until the program is deleted.
-const UniformTable& uniformTable(GLuint program);
-void forgetProgramUniforms(GLuint program); // 0 is ignored
+UniformTable readUniforms(GLuint program);
 
-// Null when the program does not declare the name.
-const UniformInfo* findUniform(GLuint program, const std::string& name);
-
-// The same by value; with location -1 when it is not declared. For those who write it every frame.
-UniformInfo uniformNamed(GLuint program, const std::string& name);
+// With location -1 when the program does not declare the name. For those who write it every frame.
+UniformInfo uniformNamed(const UniformTable& table, const std::string& name);
 
 // True for a name that the player writes itself, so that a show cannot.
 bool isStandardUniform(const std::string& name);
 
 // Whether the program samples channel 0 under any of its names.
-bool samplesChannel0(GLuint program);
+bool samplesChannel0(const UniformTable& table);
 
 // Setters by resolved uniform; true when something was written. Floats go to int-like uniforms (int, bool,
 // samplers, integer samplers) rounded to nearest, halves away from zero. A vector is cut or filled up with
@@ -93,30 +92,29 @@ bool setUniformVec2(const UniformInfo& uniform, float x, float y);
 bool setUniformVec3(const UniformInfo& uniform, float x, float y, float z);
 bool setUniformVec4(const UniformInfo& uniform, float x, float y, float z, float w);
 
-// The same by name.
-bool setUniformFloat(GLuint program, const std::string& name, float value);
-bool setUniformInt(GLuint program, const std::string& name, int value);
-bool setUniformVec2(GLuint program, const std::string& name, float x, float y);
-bool setUniformVec3(GLuint program, const std::string& name, float x, float y, float z);
-bool setUniformVec4(GLuint program, const std::string& name, float x, float y, float z, float w);
+// Whether there is a setter for its type.
+bool hasSetter(const UniformInfo& uniform);
+
+// Sets it to what it began with.
+void resetUniform(const UniformInfo& uniform);
 
 // Resolution in pixels, time in seconds, alpha 0..1, under both families of names.
-void setStandardUniforms(GLuint program, float time, int frame, float alpha, int width, int height);
+void setStandardUniforms(const UniformTable& table, float time, int frame, float alpha, int width, int height);
 
 // A standard uniform of a program, with location -1 when it is not declared.
-const UniformInfo& standardUniform(GLuint program, StandardUniform name);
+const UniformInfo& standardUniform(const UniformTable& table, StandardUniform name);
 
 // Binds a texture to unit `channel` (0 to 3) and points the channel's samplers there. Texture 0 changes
 // nothing: the unit keeps what it had.
-void bindChannel(GLuint program, int channel, GLuint texture);
+void bindChannel(const UniformTable& table, int channel, GLuint texture);
 
 // All channels, then `input` (may be null) over its channel, then their resolutions.
-void bindChannels(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,
+void bindChannels(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
                   const InputTexture* input);
 
 // iChannelResolution: each channel's size in pixels, the default size where it has no texture.
-void setChannelResolutions(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,
+void setChannelResolutions(const UniformTable& table, const Channels& channels, int defaultWidth, int defaultHeight,
                            const InputTexture* input);
 
 // Binds the buffer pass's picture as uBufferA, on a unit of its own; texture 0 changes nothing.
-void bindBufferTexture(GLuint program, GLuint texture);
+void bindBufferTexture(const UniformTable& table, GLuint texture);

@@ -4,6 +4,7 @@
 #include "foundation/json.h"
 #include "foundation/log.h"
 #include "gpu/shader_pack.h"
+#include "text/fonts.h"
 
 #include <algorithm>
 #include <array>
@@ -16,8 +17,6 @@ struct BitmapGlyph {
     int code = 0;
     std::array<GLint, kBitmapGlyphRows> rows{}; // top first
 };
-
-GLuint glyphTexture = 0;
 
 bool isFiniteNumber(const JsonValue& value) {
     return value.kind == JsonKind::number && std::isfinite(value.number);
@@ -68,8 +67,7 @@ std::vector<BitmapGlyph> readGlyphs(const JsonValue& root, const std::string& pa
 
 } // namespace
 
-void loadBitmapFont(const std::string& baseDir) {
-    if (glyphTexture) return;
+void loadBitmapFont(Fonts& fonts, const std::string& baseDir) {
     const std::string path = findFont(baseDir);
     if (path.empty()) {
         logLine("[FONT] bitmapfont.json not found\n");
@@ -86,12 +84,8 @@ void loadBitmapFont(const std::string& baseDir) {
     for (const BitmapGlyph& glyph : glyphs) {
         std::copy(glyph.rows.begin(), glyph.rows.end(), texels.begin() + glyph.code * kBitmapGlyphRows);
     }
-    glyphTexture = createIntegerTexture(texels.data(), static_cast<int>(texels.size()));
+    fonts.bitmapGlyphs = createIntegerTexture(texels.data(), static_cast<int>(texels.size()));
     logLine("[FONT] Loaded %d glyphs (maxCode=%d)\n", static_cast<int>(glyphs.size()), maxCode);
-}
-
-GLuint bitmapGlyphTexture() {
-    return glyphTexture;
 }
 
 GLuint createIntegerTexture(const GLint* texels, int width) {
@@ -105,9 +99,4 @@ GLuint createIntegerTexture(const GLint* texels, int width) {
     glTexImage1D(GL_TEXTURE_1D, 0, GL_R32I, width, 0, GL_RED_INTEGER, GL_INT, texels);
     glBindTexture(GL_TEXTURE_1D, 0);
     return texture;
-}
-
-void deleteBitmapFont() {
-    if (glyphTexture) glDeleteTextures(1, &glyphTexture);
-    glyphTexture = 0;
 }

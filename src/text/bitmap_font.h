@@ -5,18 +5,14 @@
 
 #include <string>
 
+struct Fonts;
+
 constexpr int kBitmapGlyphRows = 7;
 
-// Loads "bitmapfont.json" of a show once per process; without a usable one the glyph texture stays 0. Glyphs
-// whose code is too high for the driver's largest texture are left out, which the log says. Needs a current
-// context.
-void loadBitmapFont(const std::string& baseDir);
-
-// R32I, 1D: texel code * 7 + r holds row r, top first, of the glyph with that code. 0: not loaded.
-GLuint bitmapGlyphTexture();
+// Loads "bitmapfont.json" of a show into `bitmapGlyphs`; without a usable one that stays 0. It is R32I, 1D: texel
+// code * 7 + r holds row r, top first, of the glyph with that code. Glyphs whose code is too high for the driver's
+// largest texture are left out, which the log says. Needs a current context.
+void loadBitmapFont(Fonts& fonts, const std::string& baseDir);
 
 // A 1D texture of that kind, nearest and clamped, with `width` texels. Leaves no 1D texture bound.
 GLuint createIntegerTexture(const GLint* texels, int width);
-
-// Deletes the texture: at shutdown.
-void deleteBitmapFont();

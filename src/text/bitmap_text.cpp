@@ -1,7 +1,6 @@
 #include "text/bitmap_text.h"
 
 #include "gpu/gl_functions.h"
-#include "gpu/quad.h"
 #include "text/bitmap_font.h"
 
 #include <algorithm>
@@ -13,8 +12,8 @@ void readColor(const JsonValue& value, float missing, std::array<float, 4>& colo
     for (size_t i = 0; i < color.size(); ++i) color[i] = getFinite(value.items[i], missing);
 }
 
-BitmapTextUniforms resolveUniforms(GLuint program) {
-    const auto resolve = [&](const char* name) { return uniformNamed(program, name); };
+BitmapTextUniforms resolveUniforms(const Program& program) {
+    const auto resolve = [&](const char* name) { return uniformNamed(program.uniforms, name); };
     return {resolve("uTextColor"),  resolve("uBgColor"), resolve("uTextPos"),
             resolve("uScale"),      resolve("uSpacing"), resolve("uLineSpacing"),
             resolve("uTextLength"), resolve("uTextTex"), resolve("uGlyphTex")};
@@ -53,23 +52,25 @@ BitmapTextParams parseBitmapTextParams(const JsonValue& params) {
     return result;
 }
 
-bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program) {
+bool createBitmapText(const Fonts& fonts, BitmapText& text, const JsonValue& params, const Program& program) {
     text.params = parseBitmapTextParams(params);
-    text.params.program = program;
     text.uniforms = resolveUniforms(program);
     text.alpha = std::clamp(getFinite(find(params, "alpha"), 1.0f), 0.0f, 1.0f);
     text.textLength = static_cast<int>(text.params.text.size());
     text.codeTexture = createCodeTexture(text.params.text);
+    text.glyphTexture = fonts.bitmapGlyphs;
     return true;
 }
 
-void drawBitmapText(const BitmapText& text, GLuint program, int width, int height) {
+void drawBitmapText(const Device& device, const BitmapText& text, Program& program, const UniformValues& values,
+                    const Draw& draw) {
     const BitmapTextParams& params = text.params;
     const BitmapTextUniforms& uniforms = text.uniforms;
-    gl.UseProgram(program);
-    setUniformVec2(standardUniform(program, StandardUniform::iResolution), static_cast<float>(width),
-                   static_cast<float>(height));
-    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), text.alpha);
+    Draw own = draw;
+    own.opacity = text.alpha;
+    beginDraw(own);
+    useProgram(program, values);
+    setStandardUniforms(program.uniforms, own);
     setColor(uniforms.textColor, params.textColor);
     setColor(uniforms.bgColor, params.bgColor);
     setUniformVec2(uniforms.textPos, params.textPosX, params.textPosY);
@@ -77,10 +78,9 @@ void drawBitmapText(const BitmapText& text, GLuint program, int width, int heigh
     setUniformFloat(uniforms.spacing, params.spacing);
     setUniformFloat(uniforms.lineSpacing, params.lineSpacing);
     setUniformInt(uniforms.textLength, std::min(text.textLength, kMaxBitmapText));
-    const GLuint glyphs = bitmapGlyphTexture();
-    if (glyphs) bindTexture1D(1, glyphs, uniforms.glyphTex);
+    if (text.glyphTexture) bindTexture1D(1, text.glyphTexture, uniforms.glyphTex);
     bindTexture1D(0, text.codeTexture, uniforms.textTex);
-    drawQuad();
+    drawQuad(device.quad);
 }
 
 void releaseBitmapText(BitmapText& text) {

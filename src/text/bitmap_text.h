@@ -2,8 +2,11 @@
 #pragma once
 
 #include "foundation/json.h"
-#include "gpu/uniforms.h"
+#include "gpu/device.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "platform/gl.h"
+#include "text/fonts.h"
 
 #include <array>
 #include <string>
@@ -11,7 +14,6 @@
 constexpr int kMaxBitmapText = 512; // bytes that reach the shader
 
 struct BitmapTextParams {
-    GLuint program = 0; // borrowed
     std::string text = "HELLO";
     std::array<float, 4> textColor = {1.0f, 1.0f, 1.0f, 1.0f}; // R, G, B, A
     std::array<float, 4> bgColor = {0.0f, 0.0f, 0.0f, 0.0f};
@@ -30,9 +32,10 @@ struct BitmapTextUniforms {
 struct BitmapText {
     BitmapTextParams params;
     BitmapTextUniforms uniforms;
-    float alpha = 1.0f;     // 0..1, over both colours
-    GLuint codeTexture = 0; // owned; R32I, 1D, kMaxBitmapText texels: the text's bytes, then spaces
-    int textLength = 0;     // bytes, of all the text
+    float alpha = 1.0f;      // 0..1, over both colours
+    GLuint codeTexture = 0;  // owned; R32I, 1D, kMaxBitmapText texels: the text's bytes, then spaces
+    GLuint glyphTexture = 0; // the font's, not owned; 0: none
+    int textLength = 0;      // bytes, of all the text
 };
 
 // Every key that is missing, of another kind or not finite keeps its default. A colour needs an array of at
@@ -40,11 +43,11 @@ struct BitmapText {
 BitmapTextParams parseBitmapTextParams(const JsonValue& params);
 
 // Reads an entry's "params" and uploads the text for a linked program.
-bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program);
+bool createBitmapText(const Fonts& fonts, BitmapText& text, const JsonValue& params, const Program& program);
 
-// Draws into the current target, `width` x `height` pixels, with the blending that is set. Uses texture
-// units 0 (the text) and 1 (the font).
-void drawBitmapText(const BitmapText& text, GLuint program, int width, int height);
+// Uses texture units 0 (the text) and 1 (the font).
+void drawBitmapText(const Device& device, const BitmapText& text, Program& program, const UniformValues& values,
+                    const Draw& draw);
 
 // Deletes the texture and resets the record.
 void releaseBitmapText(BitmapText& text);

@@ -30,20 +30,17 @@ void layout(Caption& caption, int width, int height) {
 
 } // namespace
 
-bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
-                   const std::string& baseDir, GLuint program) {
+bool createCaption(Fonts& fonts, Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
+                   const std::string& baseDir, const Program& program, int width, int height) {
     caption.params = readCaptionParams(params, isCreditRoll);
     caption.duration = clockDuration(params, duration);
-    if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
-    caption.letters = &readCaptionFont(caption.font);
-    caption.fontTexture = uniformNamed(program, "uFontTexture");
-    caption.atlasSize = uniformNamed(program, "uAtlasSize");
-    caption.cellSize = uniformNamed(program, "uCellSize");
+    if (!loadColorFont(fonts, baseDir, caption.params.fontPath, caption.font)) return false;
+    caption.letters = &fonts.colorFonts.find(caption.font.jsonPath)->second.letters;
+    caption.fontTexture = uniformNamed(program.uniforms, "uFontTexture");
+    caption.atlasSize = uniformNamed(program.uniforms, "uAtlasSize");
+    caption.cellSize = uniformNamed(program.uniforms, "uCellSize");
     caption.stream = createVertexStream({2, 2, 1, 4, 1});
-    // While a show loads the viewport is the output.
-    GLint viewport[4] = {};
-    glGetIntegerv(GL_VIEWPORT, viewport);
-    layout(caption, viewport[2], viewport[3]);
+    layout(caption, width, height);
     return true;
 }
 
@@ -61,14 +58,15 @@ void buildCaption(Caption& caption, float time, int width, int height) {
     if (caption.vertices.empty()) appendNothing(caption.vertices);
 }
 
-void drawCaption(Caption& caption, GLuint program, float time, int width, int height) {
-    if (!program || !caption.font.texture) return;
-    buildCaption(caption, time, width, height);
-    setBlending(caption.params.blendMode);
-    gl.UseProgram(program);
-    const float w = static_cast<float>(width), h = static_cast<float>(height);
-    setUniformVec2(standardUniform(program, StandardUniform::uResolution), w, h);
-    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), caption.params.alpha);
+void drawCaption(Caption& caption, Program& program, const UniformValues& values, const Draw& draw) {
+    if (!caption.font.texture) return;
+    buildCaption(caption, static_cast<float>(draw.time), draw.width, draw.height);
+    Draw own = draw;
+    own.blending = caption.params.blendMode;
+    own.opacity = caption.params.alpha;
+    beginDraw(own);
+    useProgram(program, values);
+    setStandardUniforms(program.uniforms, own);
     setUniformInt(caption.fontTexture, 0);
     setUniformVec2(caption.atlasSize, static_cast<float>(caption.font.textureWidth),
                    static_cast<float>(caption.font.textureHeight));

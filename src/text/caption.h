@@ -2,11 +2,12 @@
 #pragma once
 
 #include "foundation/json.h"
-#include "gpu/uniforms.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "gpu/vertex_stream.h"
 #include "text/caption_params.h"
-#include "text/color_font.h"
 #include "text/credit_roll.h"
+#include "text/fonts.h"
 #include "text/lower_third.h"
 
 #include <vector>
@@ -29,15 +30,15 @@ struct Caption {
 };
 
 // Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-// `duration` is the entry's, in seconds; 0 or less has no end. Lays out for the size of the viewport.
-bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
-                   const std::string& baseDir, GLuint program);
+// `duration` is the entry's, in seconds; 0 or less has no end. Lays out for an output of that size, in pixels.
+bool createCaption(Fonts& fonts, Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
+                   const std::string& baseDir, const Program& program, int width, int height);
 
 // Lays out for an output of `width` x `height` pixels, unless it is laid out for that already, and fills
 // `vertices` with what is seen at `time` seconds; never with nothing. Needs no context.
 void buildCaption(Caption& caption, float time, int width, int height);
 
-// Draws the caption at `time` seconds into the current target, `width` x `height` pixels. Sets blending.
-void drawCaption(Caption& caption, GLuint program, float time, int width, int height);
+// Blends as the caption's own params say.
+void drawCaption(Caption& caption, Program& program, const UniformValues& values, const Draw& draw);
 
 void releaseCaption(Caption& caption);

@@ -8,7 +8,7 @@ namespace {
 constexpr uint8_t kInkAlpha = 112;       // glow and soft edges lie below
 constexpr float kLetterGap = 0.2f;       // between the ink of two letters, in capitals' heights
 constexpr float kSpaceWidth = 0.66f;     // likewise
-constexpr size_t kMostTexels = 1u << 24; // a larger atlas is not read back
+constexpr size_t kMostTexels = 1u << 24; // a larger atlas is not looked through
 constexpr float kMostShrink = 0.5f;
 constexpr size_t kMaxLineLetters = 512;
 constexpr float kFarthestTexel = 1 << 20; // of a cell that is drawn: shaders count texels in whole numbers
@@ -23,12 +23,6 @@ void include(Ink& ink, int x, int y) {
         return;
     }
     ink = {std::min(ink.left, x), std::max(ink.right, x), std::min(ink.top, y), std::max(ink.bottom, y)};
-}
-
-// Reading an atlas back stalls the driver, and a show that loops makes its captions anew.
-std::unordered_map<std::string, CaptionFont>& measuredFonts() {
-    static std::unordered_map<std::string, CaptionFont> instance; // by description
-    return instance;
 }
 
 // Of a cell, all that is not clear, and of that what counts as ink.
@@ -127,22 +121,6 @@ size_t behindCharacter(const CaptionFont& font, std::string_view text, size_t at
     return at;
 }
 
-// The pixels of the font's texture; empty where they are too many.
-std::vector<uint8_t> readAtlas(const ColorFont& font) {
-    std::vector<uint8_t> pixels;
-    GLint width = 0, height = 0;
-    glBindTexture(GL_TEXTURE_2D, font.texture);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
-    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    const bool asSaid = width > 0 && height > 0 && width == font.textureWidth && height == font.textureHeight;
-    const size_t texels = asSaid ? static_cast<size_t>(width) * static_cast<size_t>(height) : 0;
-    if (texels > 0 && texels <= kMostTexels) {
-        pixels.resize(texels * 4);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    }
-    return pixels;
-}
-
 } // namespace
 
 CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>& pixels) {
@@ -153,7 +131,7 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
     caption.cellHeight = static_cast<float>(font.cellHeight);
     std::array<Ink, 256> inks;
     const size_t texels = static_cast<size_t>(font.textureWidth) * static_cast<size_t>(font.textureHeight);
-    const bool hasPixels = pixels.size() >= texels * 4;
+    const bool hasPixels = texels <= kMostTexels && pixels.size() >= texels * 4;
     for (const auto& [c, glyph] : font.glyphs) {
         const float most = 4.0f * caption.cellWidth;
         const float advance = std::isfinite(glyph.advance) ? std::clamp(glyph.advance, 0.0f, most) : 0.0f;
@@ -179,16 +157,6 @@ CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>
     caption.capHeight = static_cast<float>(capitals.bottom - capitals.top + 1);
     setByInk(caption, inks);
     return caption;
-}
-
-const CaptionFont& readCaptionFont(const ColorFont& font) {
-    const auto known = measuredFonts().find(font.jsonPath);
-    if (known != measuredFonts().end()) return known->second;
-    return measuredFonts()[font.jsonPath] = measureCaptionFont(font, readAtlas(font));
-}
-
-void forgetCaptionFonts() {
-    measuredFonts().clear();
 }
 
 std::vector<std::string> captionLines(const CaptionFont& font, std::string_view text, size_t maxLines) {

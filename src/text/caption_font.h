@@ -32,13 +32,6 @@ struct CaptionFont {
 // texture. Without pixels (empty) every glyph keeps its cell and its advance.
 CaptionFont measureCaptionFont(const ColorFont& font, const std::vector<uint8_t>& pixels);
 
-// The same with the pixels of the font's texture, read once for all captions; stays where it is until
-// forgetCaptionFonts. Needs a current context.
-const CaptionFont& readCaptionFont(const ColorFont& font);
-
-// Forgets what was measured: when the atlases go.
-void forgetCaptionFonts();
-
 // A text's lines, at most `maxLines`, as bytes that all have a glyph: backslash + 'n' breaks the line as a
 // newline does, a tab is a space, and what the font lacks is '?' (one for a character of several bytes) or,
 // where it has none, nothing.

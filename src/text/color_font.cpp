@@ -8,7 +8,7 @@
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
 #include "platform/image.h"
-#include "text/caption_font.h"
+#include "text/fonts.h"
 
 #include <algorithm>
 #include <array>
@@ -21,16 +21,6 @@ constexpr const char* kDefaultFont = "assets/fonts/color/demo_neon_32.json";
 constexpr size_t kMaxPathBytes = 4096;       // no system opens a longer one
 constexpr int64_t kMaxAtlasTexels = 1 << 27; // of all fonts together: half a gigabyte
 constexpr uint8_t kFaintestInk = 8;          // alpha that does not count as ink yet
-
-struct FontCache {
-    std::unordered_map<std::string, ColorFont> byPath; // of the description
-    int64_t texels = 0;
-};
-
-FontCache& cache() {
-    static FontCache instance;
-    return instance;
-}
 
 std::string withSystemSeparators(const std::string& path) {
     if (path.size() > kMaxPathBytes) return {};
@@ -125,14 +115,14 @@ void makeGlyphs(ColorFont& font, int glyphCount) {
 }
 
 // Empty when the driver takes the picture, else why not.
-std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
+std::string uploadAtlas(Fonts& fonts, const DecodedImage& image, ColorFont& font) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
     if (std::max(image.width, image.height) > limit) {
         return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
     }
     const int64_t texels = int64_t{image.width} * image.height;
-    if (cache().texels + texels > kMaxAtlasTexels) {
+    if (fonts.atlasTexels + texels > kMaxAtlasTexels) {
         return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) +
                " megapixels";
     }
@@ -152,32 +142,33 @@ std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
         font.texture = 0;
         return "the driver has no memory for it";
     }
-    cache().texels += texels;
+    fonts.atlasTexels += texels;
     return {};
 }
 
 // The font of a description that exists; its texture is 0 on failure.
-ColorFont readFont(const std::string& baseDir, const std::string& jsonPath) {
-    ColorFont font;
+LoadedColorFont readFont(Fonts& fonts, const std::string& baseDir, const std::string& jsonPath) {
+    LoadedColorFont loaded;
+    ColorFont& font = loaded.font;
     const std::string text = readTextFile(jsonPath);
-    if (text.empty()) return font;
+    if (text.empty()) return loaded;
     const JsonValue root = parseJson(text);
-    if (root.kind != JsonKind::object) return font;
+    if (root.kind != JsonKind::object) return loaded;
     const std::string texture = getString(find(root, "texture"), "");
     readDescription(root, font);
     font.jsonPath = jsonPath;
     font.texturePath = resolveFontTexturePath(texture, jsonPath, baseDir);
     if (font.texturePath.empty()) {
         logLine("[KTEXT] Color font texture not found: %.1024s\n", texture.c_str());
-        return font;
+        return loaded;
     }
     DecodedImage image;
     std::string reason;
-    if (decodeImage(font.texturePath, image, reason)) reason = uploadAtlas(image, font);
+    if (decodeImage(font.texturePath, image, reason)) reason = uploadAtlas(fonts, image, font);
     if (!font.texture) {
         logLine("[KTEXT] Failed to load texture: %s\n", font.texturePath.c_str());
         printError("%s: %s\n", font.texturePath.c_str(), reason.c_str());
-        return font;
+        return loaded;
     }
     font.textureWidth = image.width;
     font.textureHeight = image.height;
@@ -186,7 +177,8 @@ ColorFont readFont(const std::string& baseDir, const std::string& jsonPath) {
     font.lineAdvance = inkHeight > 0 ? std::max(static_cast<float>(inkHeight) + 2.0f, 1.0f)
                                      : static_cast<float>(font.cellHeight);
     makeGlyphs(font, glyphCount);
-    return font;
+    loaded.letters = measureCaptionFont(font, image.pixels);
+    return loaded;
 }
 
 } // namespace
@@ -215,20 +207,20 @@ std::string resolveFontTexturePath(const std::string& texture, const std::string
     });
 }
 
-bool loadColorFont(const std::string& baseDir, const std::string& fontPath, ColorFont& font) {
+bool loadColorFont(Fonts& fonts, const std::string& baseDir, const std::string& fontPath, ColorFont& font) {
     if (font.texture) return true;
     const std::string jsonPath = resolveColorFontPath(fontPath, baseDir);
     if (jsonPath.empty()) {
         logLine("[KTEXT] Color font json not found: %.1024s\n", fontPath.c_str());
         return false;
     }
-    auto known = cache().byPath.find(jsonPath);
-    if (known == cache().byPath.end()) {
-        ColorFont loaded = readFont(baseDir, jsonPath);
-        if (!loaded.texture) return false;
-        known = cache().byPath.emplace(jsonPath, std::move(loaded)).first;
+    auto known = fonts.colorFonts.find(jsonPath);
+    if (known == fonts.colorFonts.end()) {
+        LoadedColorFont loaded = readFont(fonts, baseDir, jsonPath);
+        if (!loaded.font.texture) return false;
+        known = fonts.colorFonts.emplace(jsonPath, std::move(loaded)).first;
     }
-    font = known->second;
+    font = known->second.font;
     logLine("[KTEXT] Loaded color font: %s (%d glyphs, %dx%d, cell=%dx%d, lineAdvance=%.1f)\n",
             font.texturePath.c_str(), countGlyphs(font), font.textureWidth, font.textureHeight, font.cellWidth,
             font.cellHeight, static_cast<double>(font.lineAdvance));
@@ -237,10 +229,4 @@ bool loadColorFont(const std::string& baseDir, const std::string& fontPath, Colo
 
 void releaseColorFont(ColorFont& font) {
     font = {};
-}
-
-void deleteColorFonts() {
-    for (const auto& [path, font] : cache().byPath) glDeleteTextures(1, &font.texture);
-    cache() = {};
-    forgetCaptionFonts();
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <unordered_map>
 
+struct Fonts;
+
 struct ColorGlyph {
     float u0 = 0.0f, v0 = 0.0f, u1 = 0.0f, v1 = 0.0f; // texture coordinates: left, bottom, right, top
     float advance = 0.0f;                             // pixels
@@ -38,12 +40,9 @@ std::string resolveColorFontPath(const std::string& fontPath, const std::string&
 std::string resolveFontTexturePath(const std::string& texture, const std::string& jsonPath, const std::string& baseDir);
 
 // True at once when the font is loaded already. False, with one line in the log and the texture 0, when it
-// cannot be loaded; a description that is empty or no object says nothing. The atlas is decoded once per
-// process: effects that use the same font share its texture. Needs a current context.
-bool loadColorFont(const std::string& baseDir, const std::string& fontPath, ColorFont& font);
+// cannot be loaded; a description that is empty or no object says nothing. The atlas is decoded once:
+// effects that use the same font share its texture. Needs a current context.
+bool loadColorFont(Fonts& fonts, const std::string& baseDir, const std::string& fontPath, ColorFont& font);
 
 // Resets the record; the atlas stays for the next effect that uses it.
 void releaseColorFont(ColorFont& font);
-
-// Deletes every atlas: at shutdown, when no font is in use.
-void deleteColorFonts();

@@ -1,17 +1,15 @@
 #include "text/kinetic_text.h"
 
-#include "gpu/blending.h"
 #include "gpu/gl_functions.h"
 
 #include <utility>
 
 namespace {
 
-KineticUniforms resolveUniforms(GLuint program) {
-    return {uniformNamed(program, "iResolution"),    uniformNamed(program, "uFontTexture"),
-            uniformNamed(program, "uAlpha"),         uniformNamed(program, "uTextureTexelSize"),
-            uniformNamed(program, "uRenderMode"),    uniformNamed(program, "uGlowColor"),
-            uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius")};
+KineticUniforms resolveUniforms(const Program& program) {
+    const auto resolve = [&](const char* name) { return uniformNamed(program.uniforms, name); };
+    return {resolve("uFontTexture"), resolve("uTextureTexelSize"), resolve("uRenderMode"),
+            resolve("uGlowColor"),   resolve("uGlowIntensity"),    resolve("uGlowRadius")};
 }
 
 void drawGlow(const KineticText& text) {
@@ -26,15 +24,16 @@ void drawGlow(const KineticText& text) {
 
 } // namespace
 
-bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program) {
+bool createKineticText(Fonts& fonts, KineticText& text, const JsonValue& params, const std::string& baseDir,
+                       const Program& program) {
     ColorFont font;
     const std::string fontPath = getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str());
-    if (!loadColorFont(baseDir, fontPath, font)) return false;
+    if (!loadColorFont(fonts, baseDir, fontPath, font)) return false;
     createKineticText(text, params, std::move(font), program);
     return true;
 }
 
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program) {
+void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, const Program& program) {
     text.params = parseKineticTextParams(params);
     text.font = std::move(font);
     text.layout = layoutKineticText(text.params, text.font);
@@ -43,16 +42,19 @@ void createKineticText(KineticText& text, const JsonValue& params, ColorFont fon
     text.stream = createVertexStream({2, 2, 1});
 }
 
-void drawKineticText(KineticText& text, GLuint program, float time, int width, int height) {
-    if (!program || !text.font.texture) return;
-    buildKineticGeometry(text.params, text.layout, time, width, height, text.geometry);
+void drawKineticText(KineticText& text, Program& program, const UniformValues& values, const Draw& draw) {
+    if (!text.font.texture) return;
+    const float time = static_cast<float>(draw.time);
+    buildKineticGeometry(text.params, text.layout, time, draw.width, draw.height, text.geometry);
     if (text.geometry.glyphs.empty() && text.geometry.glow.empty()) return;
 
-    setBlending(text.params.blendMode);
-    gl.UseProgram(program);
-    setUniformVec2(text.uniforms.resolution, static_cast<float>(width), static_cast<float>(height));
+    Draw own = draw;
+    own.blending = text.params.blendMode;
+    own.opacity = text.params.alpha;
+    beginDraw(own);
+    useProgram(program, values);
+    setStandardUniforms(program.uniforms, own);
     setUniformInt(text.uniforms.fontTexture, 0);
-    setUniformFloat(text.uniforms.alpha, text.params.alpha);
     setUniformVec2(text.uniforms.texelSize, text.layout.texelU, text.layout.texelV);
     gl.ActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, text.font.texture);
@@ -60,7 +62,6 @@ void drawKineticText(KineticText& text, GLuint program, float time, int width, i
     drawGlow(text);
     setUniformInt(text.uniforms.renderMode, 0);
     drawVertexStream(text.stream, text.geometry.glyphs);
-    gl.UseProgram(0);
 }
 
 void releaseKineticText(KineticText& text) {

@@ -2,14 +2,15 @@
 #pragma once
 
 #include "foundation/json.h"
-#include "gpu/uniforms.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "gpu/vertex_stream.h"
-#include "text/color_font.h"
+#include "text/fonts.h"
 #include "text/kinetic_geometry.h"
 
 // Of a text's program, resolved when it is made.
 struct KineticUniforms {
-    UniformInfo resolution, fontTexture, alpha, texelSize, renderMode, glowColor, glowIntensity, glowRadius;
+    UniformInfo fontTexture, texelSize, renderMode, glowColor, glowIntensity, glowRadius;
 };
 
 struct KineticText {
@@ -22,12 +23,13 @@ struct KineticText {
 };
 
 // Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program);
+bool createKineticText(Fonts& fonts, KineticText& text, const JsonValue& params, const std::string& baseDir,
+                       const Program& program);
 
 // The same with a font that is loaded already; it is taken over.
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program);
+void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, const Program& program);
 
-// Draws the text at `time` seconds into the current target, `width` x `height` pixels. Sets blending.
-void drawKineticText(KineticText& text, GLuint program, float time, int width, int height);
+// Blends as the text's own params say.
+void drawKineticText(KineticText& text, Program& program, const UniformValues& values, const Draw& draw);
 
 void releaseKineticText(KineticText& text);

@@ -26,34 +26,35 @@ void flipRows(SvgMask& mask) {
 
 } // namespace
 
-TextureInfo loadPicture(const std::string& path) {
-    if (!endsWith(toLower(path), ".svg")) return loadTexture(path);
-    if (const TextureInfo* found = findTexture(path)) return *found;
+TextureInfo loadPicture(TextureCache& textures, const std::string& path) {
+    if (!endsWith(toLower(path), ".svg")) return loadTexture(textures, path);
+    if (const TextureInfo* found = findTexture(textures, path)) return *found;
     SvgDrawing drawing;
     SvgMask mask;
     if (!loadSvg(path, "", drawing) || !rasterizeDrawing(drawing, pictureWidth(drawing.bounds), kPictureSide, mask)) {
         return reportMissingTexture(path);
     }
     flipRows(mask);
-    return addTexture(path, path, mask.pixels.data(), mask.width, mask.height);
+    return addTexture(textures, path, path, mask.pixels.data(), mask.width, mask.height);
 }
 
-bool loadLogo(const std::string& svgPath, const std::string& baseDir, int width, int height, bool withGlow,
-              LogoTextures& logo) {
+bool loadLogo(TextureCache& textures, const std::string& svgPath, const std::string& baseDir, int width, int height,
+              bool withGlow, LogoTextures& logo) {
     logo = {};
     const std::string path = resolveSvgPath(svgPath, baseDir);
     const std::string key = path + "\nmask " + std::to_string(width) + "x" + std::to_string(height);
     const std::string glowKey = key + " glow";
-    if (const TextureInfo* mask = findTexture(key)) logo.mask = *mask;
-    if (const TextureInfo* glow = findTexture(glowKey); glow && withGlow) logo.glow = *glow;
+    if (const TextureInfo* mask = findTexture(textures, key)) logo.mask = *mask;
+    if (const TextureInfo* glow = findTexture(textures, glowKey); glow && withGlow) logo.glow = *glow;
     if (!logo.mask.texture || (withGlow && !logo.glow.texture)) {
         SvgMask mask;
         if (!rasterizeSvg(svgPath, baseDir, width, height, mask)) return false;
-        if (!logo.mask.texture) logo.mask = addTexture(key, path, mask.pixels.data(), mask.width, mask.height);
+        if (!logo.mask.texture)
+            logo.mask = addTexture(textures, key, path, mask.pixels.data(), mask.width, mask.height);
         if (!logo.mask.texture) return false;
         if (withGlow) {
             const GlowMask glow = makeGlowMask(mask);
-            logo.glow = addTexture(glowKey, path + " (glow)", glow.pixels.data(), glow.width, glow.height);
+            logo.glow = addTexture(textures, glowKey, path + " (glow)", glow.pixels.data(), glow.width, glow.height);
         }
     }
     if (logo.glow.texture) logo.glowPlace = glowPlace(logo.mask.width, logo.mask.height);

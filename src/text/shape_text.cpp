@@ -1,7 +1,6 @@
 #include "text/shape_text.h"
 
 #include "gpu/gl_functions.h"
-#include "gpu/quad.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,8 +30,8 @@ ShapeAnimation animationFrom(const std::string& name) {
     return name == "reveal" ? ShapeAnimation::reveal : ShapeAnimation::still;
 }
 
-ShapeTextUniforms resolveUniforms(GLuint program) {
-    const auto named = [&](const char* name) { return uniformNamed(program, name); };
+ShapeTextUniforms resolveUniforms(const Program& program) {
+    const auto named = [&](const char* name) { return uniformNamed(program.uniforms, name); };
     ShapeTextUniforms u;
     u.rect = named("uRect");
     u.rotation = named("uRotation");
@@ -71,21 +70,21 @@ void setLook(const ShapeText& shape, float time, int width, int height) {
     setUniformFloat(u.scanSpeed, params.scanSpeed);
 }
 
-void bindTexture(int unit, const UniformInfo& sampler, GLuint texture) {
+void bindTexture(TextureCache& textures, int unit, const UniformInfo& sampler, GLuint texture) {
     if (texture) {
         gl.ActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
         glBindTexture(GL_TEXTURE_2D, texture);
     } else {
-        bindBlackTexture(unit);
+        bindBlackTexture(textures, unit);
     }
     setUniformInt(sampler, unit);
 }
 
-void bindLogo(const ShapeText& shape) {
+void bindLogo(TextureCache& textures, const ShapeText& shape) {
     const ShapeTextUniforms& u = shape.uniforms;
     const LogoTextures& logo = shape.logo;
-    if (u.glowMask.location >= 0) bindTexture(kGlowUnit, u.glowMask, logo.glow.texture);
-    bindTexture(kMaskUnit, u.mask, logo.mask.texture);
+    if (u.glowMask.location >= 0) bindTexture(textures, kGlowUnit, u.glowMask, logo.glow.texture);
+    bindTexture(textures, kMaskUnit, u.mask, logo.mask.texture);
     const float maskWidth = static_cast<float>(logo.mask.width), maskHeight = static_cast<float>(logo.mask.height);
     setUniformVec2(u.texelSize, 1.0f / maskWidth, 1.0f / maskHeight);
     const GlowPlace& place = logo.glowPlace;
@@ -122,12 +121,13 @@ ShapeTextParams parseShapeTextParams(const JsonValue& json) {
     return params;
 }
 
-bool createShapeText(ShapeText& shape, const JsonValue& params, const std::string& baseDir, GLuint program) {
+bool createShapeText(TextureCache& textures, ShapeText& shape, const JsonValue& params, const std::string& baseDir,
+                     const Program& program) {
     shape.params = parseShapeTextParams(params);
     shape.uniforms = resolveUniforms(program);
     const bool withGlow = shape.uniforms.glowMask.location >= 0;
     const ShapeTextParams& p = shape.params;
-    return loadLogo(p.svgPath, baseDir, p.rasterWidth, p.rasterHeight, withGlow, shape.logo);
+    return loadLogo(textures, p.svgPath, baseDir, p.rasterWidth, p.rasterHeight, withGlow, shape.logo);
 }
 
 ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int height) {
@@ -158,12 +158,16 @@ float shapeTextReveal(const ShapeText& shape, float time) {
     return std::min(time * shape.params.revealSpeed, kFullReveal);
 }
 
-void drawShapeText(const ShapeText& shape, GLuint program, float time, int width, int height) {
+void drawShapeText(Device& device, const ShapeText& shape, Program& program, const UniformValues& values,
+                   const Draw& draw) {
     if (!shape.logo.mask.texture) return;
-    setBlending(shape.params.blendMode);
-    gl.UseProgram(program);
-    setStandardUniforms(program, time, 0, shape.params.alpha, width, height);
-    setLook(shape, time, width, height);
-    bindLogo(shape);
-    drawQuad();
+    Draw own = draw;
+    own.blending = shape.params.blendMode;
+    own.opacity = shape.params.alpha;
+    beginDraw(own);
+    useProgram(program, values);
+    setStandardUniforms(program.uniforms, own);
+    setLook(shape, static_cast<float>(draw.time), draw.width, draw.height);
+    bindLogo(device.textures, shape);
+    drawQuad(device.quad);
 }

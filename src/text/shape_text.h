@@ -2,8 +2,9 @@
 #pragma once
 
 #include "foundation/json.h"
-#include "gpu/blending.h"
-#include "gpu/uniforms.h"
+#include "gpu/device.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "text/pictures.h"
 
 #include <array>
@@ -72,7 +73,8 @@ struct ShapeRect {
 ShapeTextParams parseShapeTextParams(const JsonValue& params);
 
 // Reads an entry's "params" and rasterizes the logo for a linked program; false when there is none.
-bool createShapeText(ShapeText& shape, const JsonValue& params, const std::string& baseDir, GLuint program);
+bool createShapeText(TextureCache& textures, ShapeText& shape, const JsonValue& params, const std::string& baseDir,
+                     const Program& program);
 
 // Where the logo is at `time` seconds in an output of width x height pixels, before it is rotated.
 ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int height);
@@ -82,10 +84,10 @@ ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int heigh
 constexpr float kFullReveal = 1.08f;
 float shapeTextReveal(const ShapeText& shape, float time);
 
-// Draws the logo at `time` seconds into the current target, `width` x `height` pixels. Sets blending. The
-// shader gets the standard uniforms and
+// Blends as the logo's own params say. The shader gets the standard uniforms and
 //   uRect (left, bottom, width, height; shares of the output, y up), uRotation (degrees), uReveal,
 //   uFillColor, uGlowColor, uGlow, uEdge, uWaveAmount, uWaveSpeed, uScanSpeed as in "params",
 //   uMask (first texel row: the logo's top), uTexelSize (1 / its size),
 //   uGlowMask (GlowMask; black when it has none), uGlowMap (GlowPlace: scale, offset).
-void drawShapeText(const ShapeText& shape, GLuint program, float time, int width, int height);
+void drawShapeText(Device& device, const ShapeText& shape, Program& program, const UniformValues& values,
+                   const Draw& draw);

@@ -1,63 +1,95 @@
 #include "timeline/frame.h"
 
 #include "effects/warm_up.h"
-#include "gpu/gl_functions.h"
 
 #include <algorithm>
 
-void drawEffect(Effect& effect, float delta, int width, int height) {
-    advanceEffect(effect, delta);
-    drawEffectPasses(effect, width, height, nullptr);
+namespace {
+
+Draw drawOf(const MomentEntry& playing, GLuint framebuffer, int width, int height) {
+    Draw draw;
+    draw.framebuffer = framebuffer;
+    draw.width = width;
+    draw.height = height;
+    draw.blending = playing.blending;
+    draw.time = playing.time;
+    draw.frame = playing.frame;
+    draw.opacity = playing.opacity;
+    return draw;
 }
 
-void drawTimelineFrame(const PlayState& state, float delta, int width, int height) {
-    if (state.base) {
-        applyDrawState(timelineDrawState(*state.base));
-        drawEffect(state.base->effect, delta, width, height);
+void drawEntries(Stage& stage, StagePart& part, const std::vector<MomentEntry>& entries, GLuint framebuffer, int width,
+                 int height) {
+    for (const MomentEntry& playing : entries) {
+        drawEffect(stage.device, part.effects[static_cast<size_t>(playing.entry)],
+                   drawOf(playing, framebuffer, width, height));
     }
-    for (RuntimeEntry* overlay : state.overlays) {
-        applyDrawState(timelineDrawState(*overlay));
-        drawEffect(overlay->effect, delta, width, height);
+}
+
+void drawScene(Stage& stage, StagePart& part, const std::vector<MomentEntry>& entries, RenderTarget& target, int width,
+               int height) {
+    beginTarget(stage.device.textures, target, width, height);
+    drawEntries(stage, part, entries, target.framebuffer, width, height);
+}
+
+void warmUpEntry(Stage& stage, StagePart& part, size_t index, bool isBase, DrawTarget kind, Draw draw) {
+    Effect& effect = part.effects[index];
+    draw.blending = isBase ? BlendMode::opaque : effect.blendMode;
+    draw.opacity = effect.alpha;
+    warmUpEffect(stage.device, effect, kind, draw);
+}
+
+// Scenes that pass into each other are drawn into targets meanwhile.
+void warmUpForTransitions(Stage& stage, StagePart& part, const Timeline& timeline, const Draw& screen) {
+    if (stage.transition.program) {
+        warmUpTransition(stage.device, stage.transition, DrawTarget::screen, screen, stage.outgoing.texture,
+                         stage.incoming.texture);
+    }
+    const std::vector<bool> overlaps = findOverlaps(timeline);
+    if (!stage.transition.program || std::find(overlaps.begin(), overlaps.end(), true) == overlaps.end()) return;
+    for (size_t i = 0; i < timeline.entries.size(); ++i) {
+        const RuntimeEntry& entry = timeline.entries[i];
+        if (entry.scene < 0 || !overlaps[static_cast<size_t>(entry.scene)]) continue;
+        warmUpEntry(stage, part, i, !entry.overlay, DrawTarget::offscreen, drawInto(stage.outgoing, screen));
     }
 }
 
-void renderSceneToTarget(const PlayState& state, RenderTarget& target, float delta, int width, int height) {
-    beginTarget(target, width, height);
-    drawTimelineFrame(state, delta, width, height);
-    gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
-    glViewport(0, 0, width, height);
+} // namespace
+
+void drawMoment(Stage& stage, StagePart& part, const Moment& moment, int width, int height) {
+    resetTextureUnits(stage.device.textures);
+    if (!moment.inTransition) {
+        drawEntries(stage, part, moment.entries, 0, width, height);
+        return;
+    }
+    drawScene(stage, part, moment.entries, stage.outgoing, width, height);
+    drawScene(stage, part, moment.incoming, stage.incoming, width, height);
+    Draw mix;
+    mix.width = width;
+    mix.height = height;
+    renderTransition(stage.device, stage.transition, mix, stage.outgoing.texture, stage.incoming.texture,
+                     moment.progress, moment.look);
 }
 
-void drawTransitionFrame(TransitionStage& stage, const Timeline& timeline, const TransitionState& state, float delta,
-                         int width, int height) {
-    renderSceneToTarget(state.out, stage.outgoing, delta, width, height);
-    renderSceneToTarget(state.in, stage.incoming, delta, width, height);
-    renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, state.progress,
-                     timeline.scenes[state.outgoing].transition);
+void warmUpTimeline(Stage& stage, StagePart& part, const Timeline& timeline, int width, int height) {
+    resetTextureUnits(stage.device.textures);
+    Draw screen;
+    screen.width = width;
+    screen.height = height;
+    for (size_t i = 0; i < timeline.entries.size(); ++i) {
+        warmUpEntry(stage, part, i, !timeline.entries[i].overlay, DrawTarget::screen, screen);
+    }
+    warmUpForTransitions(stage, part, timeline, screen);
+    resetTextureUnits(stage.device.textures);
 }
 
-bool initTransitionStage(TransitionStage& stage, const std::string& baseDir, int width, int height) {
-    if (!initTransitionRenderer(stage.renderer, baseDir)) return false;
-    ensureTarget(stage.outgoing, width, height);
-    ensureTarget(stage.incoming, width, height);
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(0, 0, 1, 1);
-    renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, 0.5f, {});
-    glDisable(GL_SCISSOR_TEST);
-    return true;
-}
-
-void releaseTransitionStage(TransitionStage& stage) {
-    releaseTransitionRenderer(stage.renderer);
-    deleteTarget(stage.outgoing);
-    deleteTarget(stage.incoming);
-}
-
-void drawSceneFrame(Timeline& timeline, float sceneTime, float delta, int width, int height) {
-    for (RuntimeEntry& entry : timeline.entries) {
-        const float start = std::max(0.0f, entry.entry->delay);
-        if (sceneTime < start || (entry.duration > 0.0f && sceneTime > start + entry.duration)) continue;
-        applyDrawState(sceneDrawState(timeline, entry));
-        drawEffect(entry.effect, delta, width, height);
+void warmUpScene(Stage& stage, StagePart& part, const Timeline& timeline, int width, int height) {
+    resetTextureUnits(stage.device.textures);
+    Draw screen;
+    screen.width = width;
+    screen.height = height;
+    for (size_t i = 0; i < timeline.entries.size(); ++i) {
+        const bool isBase = i == 0 && !timeline.entries[i].overlay;
+        warmUpEntry(stage, part, i, isBase, DrawTarget::screen, screen);
     }
 }

@@ -73,11 +73,11 @@ bool isTimeActive(const RuntimeEntry& entry, float t) {
     return t >= entry.start && (entry.duration <= 0.0f || t < entry.start + entry.duration);
 }
 
-RuntimeEntry* selectBaseEntry(Timeline& timeline, float t, int scene) {
-    RuntimeEntry* active = nullptr;
-    RuntimeEntry* past = nullptr;
-    RuntimeEntry* earliest = nullptr;
-    for (RuntimeEntry& entry : timeline.entries) {
+const RuntimeEntry* selectBaseEntry(const Timeline& timeline, float t, int scene) {
+    const RuntimeEntry* active = nullptr;
+    const RuntimeEntry* past = nullptr;
+    const RuntimeEntry* earliest = nullptr;
+    for (const RuntimeEntry& entry : timeline.entries) {
         if (entry.overlay || !isInScene(entry, scene)) continue;
         if (!earliest || entry.start < earliest->start) earliest = &entry;
         if (entry.start > t) continue;
@@ -88,9 +88,9 @@ RuntimeEntry* selectBaseEntry(Timeline& timeline, float t, int scene) {
     return past ? past : earliest;
 }
 
-void selectOverlays(Timeline& timeline, float t, std::vector<RuntimeEntry*>& overlays, int scene) {
+void selectOverlays(const Timeline& timeline, float t, std::vector<const RuntimeEntry*>& overlays, int scene) {
     overlays.clear();
-    for (RuntimeEntry& entry : timeline.entries) {
+    for (const RuntimeEntry& entry : timeline.entries) {
         if (entry.overlay && isInScene(entry, scene) && isTimeActive(entry, t)) overlays.push_back(&entry);
     }
     std::sort(overlays.begin(), overlays.end(), [](const RuntimeEntry* a, const RuntimeEntry* b) {
@@ -100,7 +100,7 @@ void selectOverlays(Timeline& timeline, float t, std::vector<RuntimeEntry*>& ove
     });
 }
 
-void resolvePlayState(Timeline& timeline, float t, PlayState& state, int scene) {
+void resolvePlayState(const Timeline& timeline, float t, PlayState& state, int scene) {
     state.base = selectBaseEntry(timeline, t, scene);
     selectOverlays(timeline, t, state.overlays, scene);
 }
@@ -114,7 +114,7 @@ void activeScenes(const Timeline& timeline, float t, std::vector<int>& scenes) {
     }
 }
 
-bool resolveTransition(Timeline& timeline, float t, TransitionState& state) {
+bool resolveTransition(const Timeline& timeline, float t, TransitionState& state) {
     activeScenes(timeline, t, state.active);
     if (state.active.size() < 2) return false;
     state.outgoing = state.active[0];

@@ -10,8 +10,8 @@ constexpr int kAllScenes = -2; // filter: entries of every scene and of none
 
 // What plays at a time. The lists keep their memory from frame to frame.
 struct PlayState {
-    RuntimeEntry* base = nullptr;
-    std::vector<RuntimeEntry*> overlays; // in drawing order
+    const RuntimeEntry* base = nullptr;
+    std::vector<const RuntimeEntry*> overlays; // in drawing order
 };
 
 // Two scenes, one passing into the other.
@@ -36,18 +36,19 @@ bool isTimeActive(const RuntimeEntry& entry, float t);
 // The base entry at t among the non-overlay entries of `scene` (an index into Timeline::scenes, or
 // kAllScenes); null when there is none. Latest start that plays, else latest start that is past, else
 // earliest start; the first in the list on ties.
-RuntimeEntry* selectBaseEntry(Timeline& timeline, float t, int scene = kAllScenes);
+const RuntimeEntry* selectBaseEntry(const Timeline& timeline, float t, int scene = kAllScenes);
 
 // The overlays that play at t, by layer, then by start, then in the order of the list.
-void selectOverlays(Timeline& timeline, float t, std::vector<RuntimeEntry*>& overlays, int scene = kAllScenes);
+void selectOverlays(const Timeline& timeline, float t, std::vector<const RuntimeEntry*>& overlays,
+                    int scene = kAllScenes);
 
-void resolvePlayState(Timeline& timeline, float t, PlayState& state, int scene = kAllScenes);
+void resolvePlayState(const Timeline& timeline, float t, PlayState& state, int scene = kAllScenes);
 
 // Indices into Timeline::scenes of the scenes with an entry that plays at t, in the table's order.
 void activeScenes(const Timeline& timeline, float t, std::vector<int>& scenes);
 
 // The transition at t between the two scenes that play and start first; false when fewer than two play.
-bool resolveTransition(Timeline& timeline, float t, TransitionState& state);
+bool resolveTransition(const Timeline& timeline, float t, TransitionState& state);
 
 void logTransition(PlayLog& log, const Timeline& timeline, float t, const TransitionState& state);
 

@@ -1,38 +1,11 @@
 #include "timeline/timeline.h"
 
-#include "foundation/log.h"
-#include "foundation/text.h"
-#include "gpu/textures.h"
-
 #include <algorithm>
 #include <limits>
 #include <string_view>
 #include <unordered_map>
 
 namespace {
-
-// Kinds of a renderer that drew on the processor; there is no shader for them.
-bool isCpuOnly(const std::string& type) {
-    return type == "neon_text" || type == "chaineffect5lines" || type == "rotatingcube";
-}
-
-bool skipCpuOnly(const TimelineEntry& entry) {
-    if (!isCpuOnly(entry.type)) return false;
-    logLine("  [SKIP] %s (CPU-only, not supported)\n", entry.type.c_str());
-    return true;
-}
-
-void appendEntry(Timeline& timeline, const TimelineEntry& entry) {
-    Effect effect = createEffect(entry);
-    if (!isRunnable(effect)) {
-        logLine("  [SKIP] %s (shader failed)\n", orNone(entry.type));
-        releaseEffect(effect);
-        return;
-    }
-    logLine("  [OK] %s%s\n", orNone(entry.type), effect.hasBuffer ? " (+BufferA)" : "");
-    timeline.entries.push_back(
-        {&entry, entry.start, entry.duration, entry.layer, entry.overlay, -1, std::move(effect)});
-}
 
 void extendSpan(SceneSpan& span, const RuntimeEntry& entry, bool first) {
     span.start = first ? entry.start : std::min(span.start, entry.start);
@@ -74,7 +47,18 @@ void buildScenes(Timeline& timeline, const RuntimeConfig& config) {
     }
 }
 
-// For each scene whether another one plays at the same time at some point.
+} // namespace
+
+Timeline buildTimeline(std::span<const TimelineEntry* const> entries, const RuntimeConfig& config) {
+    Timeline timeline;
+    timeline.entries.reserve(entries.size());
+    for (const TimelineEntry* entry : entries) {
+        timeline.entries.push_back({entry, entry->start, entry->duration, entry->layer, entry->overlay, -1});
+    }
+    buildScenes(timeline, config);
+    return timeline;
+}
+
 std::vector<bool> findOverlaps(const Timeline& timeline) {
     const std::vector<SceneSpan>& scenes = timeline.scenes;
     std::vector<float> ends;
@@ -92,66 +76,6 @@ std::vector<bool> findOverlaps(const Timeline& timeline) {
     return overlaps;
 }
 
-// Scenes that pass into each other are drawn into targets meanwhile.
-void warmUpForTransitions(Timeline& timeline, int width, int height) {
-    const std::vector<bool> overlaps = findOverlaps(timeline);
-    if (std::find(overlaps.begin(), overlaps.end(), true) == overlaps.end()) return;
-    const DrawBinding output = saveBinding();
-    RenderTarget target = createRenderTarget(width, height);
-    bindTarget(target);
-    for (RuntimeEntry& entry : timeline.entries) {
-        if (entry.scene < 0 || !overlaps[entry.scene]) continue;
-        warmUpEffect(entry.effect, timelineDrawState(entry), DrawTarget::offscreen, width, height);
-    }
-    restoreBinding(output);
-    deleteTarget(target);
-    bindBlackTextures();
-}
-
-} // namespace
-
-void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, int height) {
-    releaseTimeline(timeline);
-    bindBlackTextures();
-    logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(config.entries.size()));
-    timeline.entries.reserve(config.entries.size());
-    for (const TimelineEntry& entry : config.entries) {
-        if (skipCpuOnly(entry)) continue;
-        logLine("  [LOAD] t=%.3fs dur=%.3fs scene=%s type=%s\n", static_cast<double>(entry.start),
-                static_cast<double>(entry.duration), orNone(entry.scene), orNone(entry.type));
-        appendEntry(timeline, entry);
-    }
-    buildScenes(timeline, config);
-    for (RuntimeEntry& entry : timeline.entries) {
-        warmUpEffect(entry.effect, timelineDrawState(entry), DrawTarget::screen, width, height);
-    }
-    warmUpForTransitions(timeline, width, height);
-}
-
-void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int width, int height) {
-    releaseTimeline(timeline);
-    bindBlackTextures();
-    if (index < 0 || index >= static_cast<int>(config.scenes.size())) return;
-    const SceneSpec& scene = config.scenes[index];
-    logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
-            orNone(scene.id), static_cast<int>(scene.entries.size()),
-            static_cast<double>(sceneDuration(config, index)));
-    timeline.entries.reserve(scene.entries.size());
-    for (const TimelineEntry& entry : scene.entries) {
-        if (skipCpuOnly(entry)) continue;
-        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(entry.vertPath), orNone(entry.fragPath));
-        appendEntry(timeline, entry);
-    }
-    for (RuntimeEntry& entry : timeline.entries) {
-        warmUpEffect(entry.effect, sceneDrawState(timeline, entry), DrawTarget::screen, width, height);
-    }
-}
-
-void releaseTimeline(Timeline& timeline) {
-    for (RuntimeEntry& entry : timeline.entries) releaseEffect(entry.effect);
-    timeline = {};
-}
-
 float sceneDuration(const RuntimeConfig& config, int index) {
     float duration = 0.0f;
     if (index < 0 || index >= static_cast<int>(config.scenes.size())) return duration;
@@ -163,13 +87,4 @@ float sceneDuration(const RuntimeConfig& config, int index) {
 
 const SceneSpan& sceneOf(const Timeline& timeline, const RuntimeEntry& entry) {
     return entry.scene < 0 ? timeline.unnamedScene : timeline.scenes[entry.scene];
-}
-
-DrawState timelineDrawState(const RuntimeEntry& entry) {
-    return entry.overlay ? blendedState(entry.effect) : DrawState::opaque;
-}
-
-DrawState sceneDrawState(const Timeline& timeline, const RuntimeEntry& entry) {
-    const bool isBase = !entry.overlay && &entry == timeline.entries.data();
-    return isBase ? DrawState::opaque : blendedState(entry.effect);
 }

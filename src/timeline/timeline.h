@@ -1,10 +1,10 @@
-// The runtime timeline: the entries that loaded, each with the effect that draws it, and their scenes.
+// The timeline: the entries that can play, and their scenes. Nothing here knows GL.
 #pragma once
 
 #include "config/runtime_config.h"
-#include "effects/effect.h"
-#include "effects/warm_up.h"
+#include "effects/transition.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,7 +15,6 @@ struct RuntimeEntry {
     int layer = 0;
     bool overlay = false;
     int scene = -1; // index into Timeline::scenes; -1 without a scene name
-    Effect effect;  // owned
 };
 
 // A scene's name with the time from its first entry's start to its last entry's end, never before 0.
@@ -34,14 +33,8 @@ struct Timeline {
     SceneSpan unnamedScene;            // the entries without a scene name
 };
 
-// Rebuild the timeline from the configuration's flat entries, or from the entries of one scene (an index
-// past the last loads nothing). Effects are destroyed first and created anew; each is drawn once for an
-// output of that size, so that its first frame is a steady one. What fails is logged and left out.
-void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, int height);
-void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int width, int height);
-
-// Destroys every effect and empties the timeline.
-void releaseTimeline(Timeline& timeline);
+// The timeline of those entries of a configuration that can play, the flat ones or one scene's.
+Timeline buildTimeline(std::span<const TimelineEntry* const> entries, const RuntimeConfig& config);
 
 // Seconds until the last entry of a scene ends, delays included; 0 for an empty scene.
 float sceneDuration(const RuntimeConfig& config, int index);
@@ -49,7 +42,5 @@ float sceneDuration(const RuntimeConfig& config, int index);
 // The span of an entry's scene, the unnamed one included.
 const SceneSpan& sceneOf(const Timeline& timeline, const RuntimeEntry& entry);
 
-// The blending that an entry is drawn with: overlays on the flat timeline; in a scene of the list every
-// entry but the first one, and that too when it is an overlay.
-DrawState timelineDrawState(const RuntimeEntry& entry);
-DrawState sceneDrawState(const Timeline& timeline, const RuntimeEntry& entry);
+// For each scene whether another one plays at the same time at some point.
+std::vector<bool> findOverlaps(const Timeline& timeline);

@@ -1,6 +1,6 @@
 // How fast a busy logo becomes a mask: a made-up one of 500 KB, a hundred times what most logos have.
-#include "text/glow_mask.h"
-#include "text/svg_mask.h"
+#include "picture/glow_mask.h"
+#include "picture/svg_mask.h"
 
 #include <benchmark/benchmark.h>
 

@@ -11,7 +11,7 @@
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
-#include "text/pictures.h"
+#include "picture/pictures.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "foundation/log.h"
 #include "foundation/text.h"
 #include "gpu/shader_pack.h"
-#include "text/pictures.h"
+#include "picture/pictures.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 #include "gpu/device.h"
 #include "gpu/draw.h"
 #include "gpu/uniform_values.h"
-#include "text/pictures.h"
+#include "picture/pictures.h"
 
 #include <array>
 #include <string>

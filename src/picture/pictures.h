@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gpu/textures.h"
-#include "text/glow_mask.h"
+#include "picture/glow_mask.h"
 
 #include <string>
 

@@ -4,7 +4,7 @@
 // it takes one.
 #pragma once
 
-#include "text/svg_mask.h"
+#include "picture/svg_mask.h"
 
 #include <cstdint>
 #include <vector>

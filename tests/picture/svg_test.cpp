@@ -1,8 +1,8 @@
 #include "support/log_capture.h"
 #include "support/temp_show.h"
 
-#include "text/glow_mask.h"
-#include "text/svg_mask.h"
+#include "picture/glow_mask.h"
+#include "picture/svg_mask.h"
 
 #include <algorithm>
 #include <cmath>

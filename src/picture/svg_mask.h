@@ -1,7 +1,7 @@
 // Vector logos as masks: the contours of an SVG file, fitted into a raster and filled without softness.
 #pragma once
 
-#include "text/svg_path.h"
+#include "picture/svg_path.h"
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
-#include "text/pictures.h"
+#include "picture/pictures.h"
 
 #include "foundation/text.h"
-#include "text/glow_mask.h"
-#include "text/svg_mask.h"
+#include "picture/glow_mask.h"
+#include "picture/svg_mask.h"
 
 #include <algorithm>
 #include <cmath>

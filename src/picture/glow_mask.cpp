@@ -1,4 +1,4 @@
-#include "text/glow_mask.h"
+#include "picture/glow_mask.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "text/svg_mask.h"
+#include "picture/svg_mask.h"
 
 #include "config/paths.h"
 #include "foundation/log.h"

@@ -1,4 +1,4 @@
-#include "text/svg_path.h"
+#include "picture/svg_path.h"
 
 #include <algorithm>
 #include <charconv>

@@ -4,7 +4,7 @@
 #include "config/runtime_config.h"
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
-#include "gpu/quad.h"
+#include "effects/stage.h"
 #include "gpu/shader_lookup.h"
 #include "platform/window.h"
 
@@ -18,13 +18,15 @@ inline void silenceLog() {
     setLogStream(std::fopen("/dev/null", "w"));
 }
 
-// Opens the one context of the process.
-inline void openContext(int width, int height) {
+// Opens the one context of the process, with an empty stage.
+inline Stage& openContext(int width, int height) {
     static Surface* surface = nullptr;
-    if (surface) return;
+    static Stage stage;
+    if (surface) return stage;
     surface = createHeadlessSurface(width, height);
     if (!surface || !loadGlFunctions(glLookup(surface))) std::abort();
-    createQuad();
+    stage.device = createDevice();
+    return stage;
 }
 
 // Stays behind in the system's folder for temporary files.

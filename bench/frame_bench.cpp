@@ -1,7 +1,7 @@
 // What a frame costs: the player's share beside the bare GL calls, first draws, loop wraps, resolution.
 #include "bench_show.h"
 
-#include "gpu/program.h"
+#include "gpu/program_table.h"
 #include "timeline/frame.h"
 
 #include <benchmark/benchmark.h>
@@ -43,6 +43,43 @@ RuntimeConfig stackedShow(const BenchShow& show) {
     return show.load("{\"entries\": [" + entries + "]}");
 }
 
+// A show on the stage, to be drawn frame by frame.
+struct Playing {
+    Stage& stage;
+    Timeline timeline;
+    Clocks clocks;
+    PlayScratch scratch;
+    Moment moment;
+    PlayLog log;
+};
+
+Playing load(const RuntimeConfig& config, bool warm = true) {
+    Stage& stage = openContext(kSide, kSide);
+    Playing playing = {stage, loadTimeline(stage, config, kSide, kSide), {}, {}, {}, {}};
+    makeTransition(stage, config.baseDir, kSide, kSide);
+    if (warm) warmUpTimeline(stage, stage.parts.back(), playing.timeline, kSide, kSide);
+    resetClocks(playing.clocks, playing.timeline);
+    return playing;
+}
+
+// The next show finds an empty stage, but the programs that the driver has seen.
+void unload(Playing& playing) {
+    for (Effect& effect : playing.stage.parts.back().effects) releaseEffect(effect);
+    playing.stage.parts.clear();
+    playing.stage.transition = {};
+}
+
+void drawFrame(Playing& playing, float t) {
+    resolveMoment(playing.timeline, t, playing.stage.transition.program, playing.scratch, playing.moment);
+    if (playing.moment.inTransition) {
+        logTransition(playing.log, playing.timeline, t, playing.scratch.transition);
+    } else {
+        logPlayState(playing.log, playing.timeline, t, playing.scratch.state);
+    }
+    runClocks(playing.clocks, playing.timeline, 0.001f, playing.moment);
+    drawMoment(playing.stage, playing.stage.parts.back(), playing.moment, kSide, kSide);
+}
+
 void beginFrame() {
     glViewport(0, 0, kSide, kSide);
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
@@ -54,29 +91,23 @@ void playerFrame(benchmark::State& state) {
     openContext(kSide, kSide);
     BenchShow show;
     const RuntimeConfig config = stackedShow(show);
-    Timeline timeline;
-    PlayState playState;
-    PlayLog log;
-    loadTimeline(timeline, config, kSide, kSide);
+    Playing playing = load(config);
     float t = 0.0f;
     for (auto _ : state) {
-        t += 0.001f;
         beginFrame();
-        resolvePlayState(timeline, t, playState);
-        logPlayState(log, timeline, t, playState);
-        drawTimelineFrame(playState, 0.001f, kSide, kSide);
+        drawFrame(playing, t += 0.001f);
         glFinish();
     }
-    releaseTimeline(timeline);
+    unload(playing);
 }
 BENCHMARK(playerFrame)->Name("frame/player");
 
 // The same picture by the calls that nobody could leave out.
 void bareFrame(benchmark::State& state) {
-    openContext(kSide, kSide);
+    const Quad& quad = openContext(kSide, kSide).device.quad;
     BenchShow show;
     struct Layer {
-        GLuint program;
+        Program program;
         GLint time, alpha, resolution;
     };
     std::vector<Layer> layers;
@@ -86,9 +117,10 @@ void bareFrame(benchmark::State& state) {
             std::ifstream file(path, std::ios::binary);
             return std::string(std::istreambuf_iterator<char>(file), {});
         };
-        const GLuint program = linkProgram(read(entry.vertPath), read(entry.fragPath), "bare");
-        layers.push_back({program, gl.GetUniformLocation(program, "uTime"), gl.GetUniformLocation(program, "uAlpha"),
-                          gl.GetUniformLocation(program, "uResolution")});
+        Program program = linkProgram(read(entry.vertPath), read(entry.fragPath), "bare");
+        const GLuint handle = program.handle;
+        layers.push_back({std::move(program), gl.GetUniformLocation(handle, "uTime"),
+                          gl.GetUniformLocation(handle, "uAlpha"), gl.GetUniformLocation(handle, "uResolution")});
     }
     float t = 0.0f;
     for (auto _ : state) {
@@ -102,30 +134,17 @@ void bareFrame(benchmark::State& state) {
                 glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
             }
             glViewport(0, 0, kSide, kSide);
-            gl.UseProgram(layers[i].program);
+            gl.UseProgram(layers[i].program.handle);
             gl.Uniform2f(layers[i].resolution, kSide, kSide);
             gl.Uniform1f(layers[i].time, t);
             gl.Uniform1f(layers[i].alpha, 0.5f);
-            drawQuad();
+            drawQuad(quad);
         }
         glFinish();
     }
-    for (const Layer& layer : layers) deleteProgram(layer.program);
+    for (Layer& layer : layers) deleteProgram(layer.program);
 }
 BENCHMARK(bareFrame)->Name("frame/bare calls");
-
-// The effects of a configuration as loadTimeline makes them, but without their warm-up.
-void loadCold(Timeline& timeline, const RuntimeConfig& config) {
-    for (const TimelineEntry& entry : config.entries) {
-        RuntimeEntry runtime;
-        runtime.entry = &entry;
-        runtime.start = entry.start;
-        runtime.duration = entry.duration;
-        runtime.overlay = entry.overlay;
-        runtime.effect = createEffect(entry);
-        timeline.entries.push_back(std::move(runtime));
-    }
-}
 
 // The first frame after loading, with a shader that the driver has never seen; loading is not timed.
 void firstFrame(benchmark::State& state, bool warm) {
@@ -139,22 +158,15 @@ void firstFrame(benchmark::State& state, bool warm) {
         show.writeShader(type, fragment);
         const RuntimeConfig config = show.load("{\"entries\": [" + entryJson(type, 0.0, 10.0, 0) + ", " +
                                                entryJson(type, 0.0, 10.0, 1) + "]}");
-        Timeline timeline;
-        PlayState playState;
-        if (warm) {
-            loadTimeline(timeline, config, kSide, kSide);
-        } else {
-            loadCold(timeline, config);
-        }
+        Playing playing = load(config, warm);
         glFinish();
 
         const auto start = std::chrono::steady_clock::now();
         beginFrame();
-        resolvePlayState(timeline, 1.0f, playState);
-        drawTimelineFrame(playState, 0.001f, kSide, kSide);
+        drawFrame(playing, 1.0f);
         glFinish();
         state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-        releaseTimeline(timeline);
+        unload(playing);
     }
 }
 BENCHMARK_CAPTURE(firstFrame, warm, true)
@@ -174,33 +186,35 @@ void steadyFrame(benchmark::State& state) {
     show.writeShader("steady", kFragment);
     const RuntimeConfig config = show.load("{\"entries\": [" + entryJson("steady", 0.0, 10.0, 0) + ", " +
                                            entryJson("steady", 0.0, 10.0, 1) + "]}");
-    Timeline timeline;
-    PlayState playState;
-    loadTimeline(timeline, config, kSide, kSide);
+    Playing playing = load(config);
     for (auto _ : state) {
         beginFrame();
-        resolvePlayState(timeline, 1.0f, playState);
-        drawTimelineFrame(playState, 0.001f, kSide, kSide);
+        drawFrame(playing, 1.0f);
         glFinish();
     }
-    releaseTimeline(timeline);
+    unload(playing);
 }
 BENCHMARK(steadyFrame)->Name("scene/steady frame")->Unit(benchmark::kMicrosecond);
 
-// Every effect destroyed and created anew.
+// What a loop does at its end: everything begins anew, and the log says so.
 void loopWrap(benchmark::State& state) {
     openContext(kSide, kSide);
     BenchShow show;
-    const RuntimeConfig config = stackedShow(show);
-    Timeline timeline;
-    loadTimeline(timeline, config, kSide, kSide);
+    show.writeShader("layer", kFragment);
+    std::string entries;
+    for (int i = 0; i < state.range(0); ++i) entries += (i ? ", " : "") + entryJson("layer", 0.1 * i, 1.0, i % 5);
+    const RuntimeConfig config = show.load("{\"entries\": [" + entries + "]}");
+    Playing playing = load(config);
     for (auto _ : state) {
-        loadTimeline(timeline, config, kSide, kSide);
+        StagePart& part = playing.stage.parts.back();
+        logAgain(part.log);
+        resetEffects(part);
+        resetClocks(playing.clocks, playing.timeline);
         glFinish();
     }
-    releaseTimeline(timeline);
+    unload(playing);
 }
-BENCHMARK(loopWrap)->Name("scene/loop wrap")->Unit(benchmark::kMicrosecond);
+BENCHMARK(loopWrap)->Name("scene/loop wrap")->Unit(benchmark::kMicrosecond)->Arg(200)->Arg(1000);
 
 // --- Passes through targets ---
 
@@ -221,23 +235,14 @@ void transitionFrame(benchmark::State& state) {
     show.writeShader("layer", kFragment);
     const RuntimeConfig config = show.load("{\"entries\": [" + entryJson("layer", 0.0, 1000.0, 0, "one") + ", " +
                                            entryJson("layer", 0.0, 1000.0, 0, "two") + "]}");
-    Timeline timeline;
-    TransitionState transition;
-    TransitionStage stage;
-    PlayLog log;
-    loadTimeline(timeline, config, kSide, kSide);
-    initTransitionRenderer(stage.renderer, config.baseDir);
+    Playing playing = load(config);
     float t = 0.0f;
     for (auto _ : state) {
-        t += 0.001f;
         beginFrame();
-        resolveTransition(timeline, t, transition);
-        logTransition(log, timeline, t, transition);
-        drawTransitionFrame(stage, timeline, transition, 0.001f, kSide, kSide);
+        drawFrame(playing, t += 0.001f);
         glFinish();
     }
-    releaseTimeline(timeline);
-    releaseTransitionStage(stage);
+    unload(playing);
 }
 BENCHMARK(transitionFrame)->Name("passes/transition, player");
 
@@ -254,40 +259,39 @@ void nestedBlend(benchmark::State& state) {
             json + "}}";
     }
     const RuntimeConfig config = show.load("{\"entries\": [" + json + "]}");
-    Timeline timeline;
-    PlayState playState;
-    loadTimeline(timeline, config, kSide, kSide);
+    Playing playing = load(config);
     for (auto _ : state) {
         beginFrame();
-        resolvePlayState(timeline, 1.0f, playState);
-        drawTimelineFrame(playState, 0.001f, kSide, kSide);
+        drawFrame(playing, 1.0f);
         glFinish();
     }
-    releaseTimeline(timeline);
+    unload(playing);
 }
 BENCHMARK(nestedBlend)->Name("passes/five blends deep, player");
 
 // Programs and targets of the bare loops below.
 struct BarePasses {
-    GLuint shader = 0, mix = 0;
+    Quad quad;
+    Program shader, mix;
     GLint time = -1, alpha = -1, resolution = -1, progress = -1;
     std::vector<RenderTarget> targets;
 };
 
 BarePasses makeBarePasses(int targets) {
     BarePasses bare;
+    bare.quad = openContext(kSide, kSide).device.quad;
     bare.shader = linkProgram(kQuadVertexSource,
                               std::string("#version 330 core\nin vec2 vUV;\nout vec4 colour;\nuniform float uTime;\n"
                                           "uniform float uAlpha;\nuniform vec2 uResolution;\n") +
                                   kFragment,
                               "bare");
     bare.mix = linkProgram(kQuadVertexSource, kMixFragment, "bare");
-    bare.time = gl.GetUniformLocation(bare.shader, "uTime");
-    bare.alpha = gl.GetUniformLocation(bare.shader, "uAlpha");
-    bare.resolution = gl.GetUniformLocation(bare.shader, "uResolution");
-    bare.progress = gl.GetUniformLocation(bare.mix, "progress");
-    gl.UseProgram(bare.mix);
-    gl.Uniform1i(gl.GetUniformLocation(bare.mix, "texB"), 1);
+    bare.time = gl.GetUniformLocation(bare.shader.handle, "uTime");
+    bare.alpha = gl.GetUniformLocation(bare.shader.handle, "uAlpha");
+    bare.resolution = gl.GetUniformLocation(bare.shader.handle, "uResolution");
+    bare.progress = gl.GetUniformLocation(bare.mix.handle, "progress");
+    gl.UseProgram(bare.mix.handle);
+    gl.Uniform1i(gl.GetUniformLocation(bare.mix.handle, "texB"), 1);
     for (int i = 0; i < targets; ++i) bare.targets.push_back(createRenderTarget(kSide, kSide));
     return bare;
 }
@@ -296,23 +300,23 @@ void bareShaderPass(const BarePasses& bare, const RenderTarget& target, float t)
     bindTarget(target);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    gl.UseProgram(bare.shader);
+    gl.UseProgram(bare.shader.handle);
     gl.Uniform2f(bare.resolution, kSide, kSide);
     gl.Uniform1f(bare.time, t);
     gl.Uniform1f(bare.alpha, 0.5f);
-    drawQuad();
+    drawQuad(bare.quad);
 }
 
 void bareMixPass(const BarePasses& bare, GLuint framebuffer, GLuint from, GLuint to) {
     gl.BindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glViewport(0, 0, kSide, kSide);
-    gl.UseProgram(bare.mix);
+    gl.UseProgram(bare.mix.handle);
     gl.Uniform1f(bare.progress, 0.5f);
     gl.ActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, from);
     gl.ActiveTexture(GL_TEXTURE1);
     glBindTexture(GL_TEXTURE_2D, to);
-    drawQuad();
+    drawQuad(bare.quad);
 }
 
 void deleteBarePasses(BarePasses& bare) {
@@ -369,7 +373,7 @@ void resolution(benchmark::State& state) {
         entry.duration = 0.5f;
         entry.overlay = i % 4 != 0;
         entry.layer = static_cast<int>(i * 7 % 13);
-        timeline.entries.push_back(std::move(entry));
+        timeline.entries.push_back(entry);
     }
     PlayState playState;
     PlayLog log;

@@ -12,14 +12,14 @@ int main(int argc, char** argv) {
     constexpr int kWidth = 320, kHeight = 180;
     Surface* surface = createHeadlessSurface(kWidth, kHeight);
     if (argc < 2 || !surface || !loadGlFunctions(glLookup(surface))) return 1;
-    createQuad();
-    const GLuint program = linkProgram(kQuadVertexSource,
+    Quad quad = createQuad();
+    const Program program = linkProgram(kQuadVertexSource,
                                        "#version 330 core\nin vec2 vUV; out vec4 colour;\n"
                                        "void main() { colour = vec4(0.5 + 0.5 * sin(vUV.xyx * 9.0), 1.0); }\n",
                                        "minimal");
-    gl.UseProgram(program);
+    gl.UseProgram(program.handle);
     glViewport(0, 0, kWidth, kHeight);
-    drawQuad();
+    drawQuad(quad);
     std::vector<unsigned char> pixels(kWidth * kHeight * 4);
     glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
     std::FILE* file = std::fopen(argv[1], "wb");

@@ -44,14 +44,14 @@ constexpr const char* kPresets[] = {"", "ultrafast", "veryfast", "fast"};
 int renderPlainly(const std::string& folder, int frames, const std::string& preset) {
     Surface* surface = createHeadlessSurface(kWidth, kHeight);
     if (!surface || !loadGlFunctions(glLookup(surface))) return 1;
-    createQuad();
+    const Quad quad = createQuad();
     const auto read = [&](const std::string& name) {
         std::ifstream file(folder + name, std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
     };
     const std::string stem = "/assets/shaders/lone/lone";
-    const GLuint program = linkProgram(read(stem + ".vert"), read(stem + ".frag"), "lone");
-    const GLint time = gl.GetUniformLocation(program, "uTime");
+    const Program program = linkProgram(read(stem + ".vert"), read(stem + ".frag"), "lone");
+    const GLint time = gl.GetUniformLocation(program.handle, "uTime");
     const std::string size = std::to_string(kWidth) + "x" + std::to_string(kHeight);
     const std::string input = "-f rawvideo -pix_fmt rgba -s " + size + " -r " + std::to_string(kFps) + " -i - ";
     const std::string command = "ffmpeg -v error -y " + input + "-vf vflip -c:v libx264 -preset " + preset +
@@ -60,11 +60,11 @@ int renderPlainly(const std::string& folder, int frames, const std::string& pres
     if (!output) return 1;
     constexpr size_t kRow = kWidth * 4;
     std::vector<unsigned char> pixels(kRow * kHeight), upright(preset.empty() ? pixels.size() : 0);
-    gl.UseProgram(program);
+    gl.UseProgram(program.handle);
     glViewport(0, 0, kWidth, kHeight);
     for (int frame = 0; frame < frames; ++frame) {
         gl.Uniform1f(time, static_cast<float>(frame) / kFps);
-        drawQuad();
+        drawQuad(quad);
         glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
         const std::vector<unsigned char>& picture = upright.empty() ? pixels : upright; // ffmpeg turns them
         for (size_t y = 0; y * kRow < upright.size(); ++y) {

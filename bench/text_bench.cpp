@@ -91,8 +91,8 @@ BENCHMARK_CAPTURE(copyVertices, with glow, true);
 
 // A frame of the text, or of the vertices that it had at one moment.
 void frame(benchmark::State& state, bool isBuilt) {
-    openContext(kSide, kSide);
-    const GLuint program = linkProgram(
+    Stage& stage = openContext(kSide, kSide);
+    Program program = linkProgram(
         "#version 330 core\nlayout(location = 0) in vec2 p;\nlayout(location = 1) in vec2 t;\nlayout(location = 2) in float a;\n"
         "out vec3 v;\nuniform vec2 iResolution;\n"
         "void main() { v = vec3(t, a); gl_Position = vec4(p / iResolution * 2.0 - 1.0, 0.0, 1.0); }\n",
@@ -107,13 +107,17 @@ void frame(benchmark::State& state, bool isBuilt) {
                  texels.data());
     KineticText text;
     createKineticText(text, makeParams("wave", true), std::move(font), program);
-    float time = 0.2f;
-    drawKineticText(text, program, time, kSide, kSide);
+    const UniformValues values = makeUniformValues(stage.device.programs, program);
+    Draw draw;
+    draw.width = draw.height = kSide;
+    draw.time = 0.2;
+    drawKineticText(text, program, values, draw);
     for (auto _ : state) {
         if (isBuilt) {
-            drawKineticText(text, program, time += 0.016f, kSide, kSide);
+            draw.time += 0.016;
+            drawKineticText(text, program, values, draw);
         } else {
-            gl.UseProgram(program);
+            gl.UseProgram(program.handle);
             drawVertexStream(text.stream, text.geometry.glow);
             drawVertexStream(text.stream, text.geometry.glyphs);
         }

@@ -1,6 +1,4 @@
 #include "app/loop.h"
-#include "foundation/log.h"
-#include "foundation/text.h"
 #include "platform/files.h"
 #include "platform/shell_state.h"
 #include "timeline/frame.h"
@@ -10,22 +8,12 @@
 namespace {
 
 // Makes the effects of every scene; what is to be said of a scene is said when it begins.
-void makeScenes(Player& player) {
+void loadScenes(Player& player) {
     const int width = shellState().clientWidth, height = shellState().clientHeight;
-    const RuntimeConfig& config = player.config;
-    player.stage.parts.reserve(config.scenes.size());
     keepListings(true);
-    for (size_t i = 0; i < config.scenes.size(); ++i) {
-        const SceneSpec& scene = config.scenes[i];
-        StagePart& part = player.stage.parts.emplace_back();
-        recordLog(&part.log, true);
-        logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", static_cast<int>(i) + 1,
-                static_cast<int>(config.scenes.size()), orNone(scene.id), static_cast<int>(scene.entries.size()),
-                static_cast<double>(sceneDuration(config, static_cast<int>(i))));
-        makeEffects(player.stage, part, scene.entries, LoadWords::shaders, width, height);
-        recordLog(nullptr);
-        player.timelines.push_back(buildTimeline(part.entries, config));
-        warmUpScene(player.stage, part, player.timelines.back(), width, height);
+    for (size_t i = 0; i < player.config.scenes.size(); ++i) {
+        player.timelines.push_back(loadScene(player.stage, player.config, static_cast<int>(i), width, height));
+        warmUpScene(player.stage, player.stage.parts[i], player.timelines[i], width, height);
     }
     keepListings(false);
 }
@@ -100,7 +88,7 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
-    makeScenes(player);
+    loadScenes(player);
     if (player.audio.ready) playFrom(player.audio, start.before + start.time);
     player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
     beginScene(player, index);
@@ -113,7 +101,7 @@ void playScenes(Player& player) {
 }
 
 void renderSceneStills(Player& player) {
-    makeScenes(player);
+    loadScenes(player);
     int loaded = -1;
     for (const double time : player.options.stills) {
         pumpMessages(player.surface);

@@ -9,21 +9,6 @@
 
 namespace {
 
-// Makes the effects and says how that went; what is said is kept for the wraps.
-void makeTimeline(Player& player) {
-    const int width = shellState().clientWidth, height = shellState().clientHeight;
-    const std::vector<TimelineEntry>& entries = player.config.entries;
-    StagePart& part = player.stage.parts.emplace_back();
-    recordLog(&part.log);
-    keepListings(true);
-    logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(entries.size()));
-    makeEffects(player.stage, part, entries, LoadWords::times, width, height);
-    keepListings(false);
-    recordLog(nullptr);
-    player.timelines.push_back(buildTimeline(part.entries, player.config));
-    resetClocks(player.clocks, player.timelines.front());
-}
-
 void endTimeline(Player& player, const VisualRange& range) {
     logLine("[TIMELINE] End reached at %.3fs; exiting because loop=false.\n", static_cast<double>(range.end));
     const float t = lastVisibleTime(range);
@@ -94,7 +79,10 @@ void startMusic(Player& player, const VisualRange& range) {
 // Loads the timeline, announces it and starts the music.
 VisualRange prepareTimeline(Player& player) {
     const int width = shellState().clientWidth, height = shellState().clientHeight;
-    makeTimeline(player);
+    keepListings(true);
+    player.timelines.push_back(loadTimeline(player.stage, player.config, width, height));
+    keepListings(false);
+    resetClocks(player.clocks, player.timelines.front());
     makeTransition(player.stage, player.config.baseDir, width, height);
     warmUpTimeline(player.stage, player.stage.parts.front(), player.timelines.front(), width, height);
     const VisualRange range = visualRange(player.config);

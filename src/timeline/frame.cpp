@@ -1,6 +1,7 @@
 #include "timeline/frame.h"
 
 #include "effects/warm_up.h"
+#include "foundation/text.h"
 
 #include <algorithm>
 
@@ -55,6 +56,27 @@ void warmUpForTransitions(Stage& stage, StagePart& part, const Timeline& timelin
 }
 
 } // namespace
+
+Timeline loadTimeline(Stage& stage, const RuntimeConfig& config, int width, int height) {
+    StagePart& part = stage.parts.emplace_back();
+    recordLog(&part.log);
+    logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(config.entries.size()));
+    makeEffects(stage, part, config.entries, LoadWords::times, width, height);
+    recordLog(nullptr);
+    return buildTimeline(part.entries, config);
+}
+
+Timeline loadScene(Stage& stage, const RuntimeConfig& config, int index, int width, int height) {
+    const SceneSpec& scene = config.scenes[static_cast<size_t>(index)];
+    StagePart& part = stage.parts.emplace_back();
+    recordLog(&part.log, true);
+    logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
+            orNone(scene.id), static_cast<int>(scene.entries.size()),
+            static_cast<double>(sceneDuration(config, index)));
+    makeEffects(stage, part, scene.entries, LoadWords::shaders, width, height);
+    recordLog(nullptr);
+    return buildTimeline(part.entries, config);
+}
 
 void drawMoment(Stage& stage, StagePart& part, const Moment& moment, int width, int height) {
     resetTextureUnits(stage.device.textures);

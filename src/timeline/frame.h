@@ -4,6 +4,12 @@
 #include "effects/stage.h"
 #include "timeline/moment.h"
 
+// Make the effects of the flat timeline, or of one scene of a list, as a further part of the stage, for an output of
+// width x height pixels, and give the timeline of those that can play. What fails is logged and left out. The log of
+// a timeline is said and kept, that of a scene only kept: to be said when the scene begins.
+Timeline loadTimeline(Stage& stage, const RuntimeConfig& config, int width, int height);
+Timeline loadScene(Stage& stage, const RuntimeConfig& config, int index, int width, int height);
+
 // Draws into framebuffer 0, width x height pixels, which has been cleared.
 void drawMoment(Stage& stage, StagePart& part, const Moment& moment, int width, int height);
 

@@ -1,7 +1,7 @@
 #include "support/gl_test.h"
 #include "support/log_capture.h"
 
-#include "gpu/program_pool.h"
+#include "gpu/program_table.h"
 
 namespace {
 
@@ -23,26 +23,23 @@ TEST_F(ProgramTest, ReportsWhatFailsOnceAndUnderItsLabel) {
     };
     for (const auto& c : cases) {
         const LogCapture log;
-        EXPECT_EQ(linkProgram(c.vertex, c.fragment, "beacon"), 0u);
+        EXPECT_EQ(linkProgram(c.vertex, c.fragment, "beacon").handle, 0u);
         EXPECT_TRUE(log.text().starts_with(c.opening)) << log.text();
         EXPECT_EQ(log.text().find("ERROR]", 9), std::string::npos) << log.text();
         EXPECT_GT(log.text().size(), std::string(c.opening).size() + 1) << "the driver's words are missing";
     }
 }
 
-TEST_F(ProgramTest, PoolLendsAProgramToOneEffectAtATime) {
-    const GLuint first = borrowProgram(kQuadVertexSource, kRed, "speed=1", "a");
-    const GLuint second = borrowProgram(kQuadVertexSource, kRed, "speed=1", "b");
-    EXPECT_TRUE(first && second && first != second);
-    returnProgram(first);
-    EXPECT_NE(borrowProgram(kQuadVertexSource, kRed, "speed=2", "c"), first) << "its uniforms hold other values";
-    EXPECT_EQ(borrowProgram(kQuadVertexSource, kRed, "speed=1", "d"), first);
-
-    EXPECT_TRUE(markWarm(first, 1));
-    EXPECT_FALSE(markWarm(first, 1));
-    EXPECT_TRUE(markWarm(first, 2)) << "another draw state is cold";
-    EXPECT_TRUE(markWarm(second, 1));
-    deletePooledPrograms();
+TEST_F(ProgramTest, FailuresAreKeptAndSaidEachTime) {
+    ProgramTable table;
+    for (const char* label : {"a", "b"}) {
+        const LogCapture log;
+        requestProgram(table, {kQuadVertexSource, "no shader"});
+        EXPECT_EQ(findProgram(table, {kQuadVertexSource, "no shader"}, label), nullptr);
+        EXPECT_TRUE(log.text().starts_with("[SHADER ERROR] " + std::string(label) + ":\n")) << log.text();
+    }
+    EXPECT_EQ(table.bySources.size(), 1u);
+    deletePrograms(table);
 }
 
 TEST_F(ProgramTest, TargetsAreKeptWhileTheirSizeStands) {

@@ -1,9 +1,8 @@
 // A real GL 3.3 core context without a display, and the pixels that are drawn in it.
 #pragma once
 
+#include "gpu/device.h"
 #include "gpu/gl_functions.h"
-#include "gpu/program.h"
-#include "gpu/quad.h"
 #include "gpu/render_target.h"
 #include "platform/shell_state.h"
 #include "platform/window.h"
@@ -25,10 +24,10 @@ protected:
     static void SetUpTestSuite() {
         ASSERT_NE(surface(), nullptr);
         ASSERT_TRUE(loadGlFunctions(glLookup(surface())));
-        createQuad();
+        device = createDevice();
     }
 
-    static void TearDownTestSuite() { deleteQuad(); }
+    static void TearDownTestSuite() { deleteDevice(device); }
 
     void SetUp() override {
         gl.BindFramebuffer(GL_FRAMEBUFFER, 0);
@@ -72,7 +71,7 @@ protected:
     }
 
     // Program of a fragment shader given without its version line.
-    static GLuint link(const std::string& fragment) {
+    static Program link(const std::string& fragment) {
         return linkProgram(kQuadVertexSource, "#version 330 core\n" + fragment, "test");
     }
 
@@ -87,6 +86,8 @@ protected:
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
         return texture;
     }
+
+    static inline Device device;
 };
 
 #define EXPECT_PIXEL(actual, ...) expectPixel(actual, __VA_ARGS__, __LINE__) // braces hold commas

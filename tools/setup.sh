@@ -12,6 +12,8 @@ kPlayerPackages=(
 kContactSheetPackages=(imagemagick fonts-dejavu-core ffmpeg)
 # xvfb-run needs xauth, which xvfb only recommends.
 kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
+# The fuzzer comes with clang; llvm counts the lines that it reaches.
+kFuzzPackages=(clang libclang-rt-dev llvm)
 # The Windows player is built here too, and tested under Wine. libgl1 brings the OpenGL that Wine hands on; with a
 # window manager windows are closed and fill the screen as on a desktop.
 kWindowsPackages=(g++-mingw-w64-x86-64-posix cmake ninja-build)

@@ -11,7 +11,8 @@ KineticUniforms resolveUniforms(GLuint program) {
     return {uniformNamed(program, "iResolution"),    uniformNamed(program, "uFontTexture"),
             uniformNamed(program, "uAlpha"),         uniformNamed(program, "uTextureTexelSize"),
             uniformNamed(program, "uRenderMode"),    uniformNamed(program, "uGlowColor"),
-            uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius")};
+            uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius"),
+            uniformNamed(program, "uGlowPad")};
 }
 
 void drawGlow(const KineticText& text) {
@@ -21,6 +22,7 @@ void drawGlow(const KineticText& text) {
     setUniformVec3(text.uniforms.glowColor, params.glowColor[0], params.glowColor[1], params.glowColor[2]);
     setUniformFloat(text.uniforms.glowIntensity, params.glowIntensity);
     setUniformFloat(text.uniforms.glowRadius, params.glowRadius);
+    setUniformFloat(text.uniforms.glowPad, glowPad(params));
     drawVertexStream(text.stream, text.geometry.glow);
 }
 

@@ -9,7 +9,7 @@
 
 // Of a text's program, resolved when it is made.
 struct KineticUniforms {
-    UniformInfo resolution, fontTexture, alpha, texelSize, renderMode, glowColor, glowIntensity, glowRadius;
+    UniformInfo resolution, fontTexture, alpha, texelSize, renderMode, glowColor, glowIntensity, glowRadius, glowPad;
 };
 
 struct KineticText {

@@ -380,6 +380,16 @@ TEST_F(KineticPictures, GlowSurroundsItsGlyphAlone) {
     EXPECT_LT(at(68, 50)[2], 12);
     EXPECT_PIXEL(at(67, 50), Pixel{0, 0, 0, 255});
 
+    // Half as large again, from (75, 13) to (105, 73): the halo begins at the letter's new outline, as wide as before.
+    std::vector<Pixel> halo;
+    for (int x = 67; x < 80; ++x) halo.push_back(at(x, 50));
+    clear(0, 0, 0, 1);
+    drawText(still(glow + R"("text": "A", "animation": "punch", "punchAmount": 0.5)"), makeFont(), 0.0f);
+    for (int i = 0; i < 13; ++i) {
+        EXPECT_TRUE(isNear(at(62 + i, 43), halo[i], 12)) << i;
+        EXPECT_TRUE(isNear(at(90, i), halo[i], 12)) << i;
+    }
+
     clear(0, 0, 0, 1);
     drawText(glow + R"("text": "A", "outlineGlowIntensity": 0)");
     EXPECT_PIXEL(at(90, 50), Pixel{255, 0, 0, 255});

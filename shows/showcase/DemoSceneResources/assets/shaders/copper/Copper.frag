@@ -29,7 +29,7 @@ vec2 wordAt(vec2 p) {
 
 void main() {
     float aspect = iResolution.x / iResolution.y;
-    float lines = iResolution.y / max(2.0, floor(iResolution.y / uLines + 0.5));
+    float lines = iResolution.y / max(2.0, floor(iResolution.y / uLines + 0.501));
     float y = (floor(vUV.y * lines) + 0.5) / lines - 0.5;
     float x = (vUV.x - 0.5) * aspect;
     float beat = exp(-4.0 * fract(iTime * 2.0));

@@ -51,5 +51,5 @@ void main() {
         colour += light * 0.42 * grid * smoothstep(9.0, 0.6, depth);
     }
     colour += light * 0.9 * exp(-abs(p.y) * iResolution.y * 0.5) * exp(-p.x * p.x * 1.6);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

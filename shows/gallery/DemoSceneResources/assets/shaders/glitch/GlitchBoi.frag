@@ -94,5 +94,5 @@ void main() {
     colour += tint * 0.06 * refresh;
     vec2 corner = vUV - 0.5;
     colour *= 1.02 - 0.35 * dot(corner, corner);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -85,5 +85,5 @@ void main() {
     float edge = step(1.0 - thin, f) * step(above, depth);
     float speed = abs(slide(slab, time + 0.02) - slide(slab, time)) * 30.0;
     colour = mix(colour, mix(kBone, kEmber, min(speed, 1.0)), edge * 0.75);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

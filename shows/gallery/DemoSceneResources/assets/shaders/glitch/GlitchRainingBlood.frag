@@ -108,5 +108,5 @@ void main() {
     blood *= 1.0 - 0.45 * smoothstep(0.55, 1.0, length(wet.xy));
     blood += kFresh * 0.5 * pool * smoothstep(0.25, 0.05, abs(bulge - 0.45));
     colour = mix(colour, blood, wet.z * 0.94);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -408,5 +408,5 @@ void main() {
     a.rgb = mix(a.rgb, tone.rgb * (0.15 + grey), tone.a) * shadeA + liftA;
     b.rgb *= shadeB;
     vec4 c = mix(a, b, w);
-    fragColor = vec4(mix(c.rgb, veil.rgb, veil.a) + glow, c.a);
+    fragColor = vec4(clamp(mix(c.rgb, veil.rgb, veil.a) + glow, 0.0, 1.0), c.a);
 }

@@ -92,5 +92,5 @@ void main() {
     // The furnace at the far end.
     float core = smoothstep(5.0, kFar, depth);
     colour += kEmber * core * (0.8 + 0.4 * pulse) + kHot * pow(core, 3.0) * (0.5 + 0.4 * pulse);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

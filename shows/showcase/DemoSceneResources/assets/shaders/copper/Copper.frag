@@ -75,5 +75,5 @@ void main() {
     float cover = max(word.x, open);
     vec3 halo = mix(kEmber, kSteel, cold) * word.y * (1.0 - word.x) * (0.5 + 0.7 * beat);
     colour = mix(mix(kInk, colour, 0.035) + halo * (1.0 - open), colour, cover);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

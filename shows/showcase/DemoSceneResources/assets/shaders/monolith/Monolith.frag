@@ -45,7 +45,7 @@ float world(vec3 p) {
     vec2 cell = floor(p.xz / kCell + 0.5);
     vec3 q = p;
     q.xz -= cell * kCell;
-    float h = hash(cell.x, cell.y, 1.0), g = fract(h * 64.0), size = 1.0;
+    float h = hash(cell.x, cell.y, 4.0), g = fract(h * 64.0), size = 1.0;
     if (abs(cell.x) < 0.5) {
         // The lane on the axis is kept free but for the great sword.
         if (abs(cell.y - 4.0) > 0.5) return 2.0 * kCell;
@@ -136,5 +136,5 @@ void main() {
         colour += under * kEmber * 0.28 * smoothstep(0.45, 1.0, glitter) * exp(-water * 0.05);
     }
     colour += kEmber * 0.05 * beat;
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

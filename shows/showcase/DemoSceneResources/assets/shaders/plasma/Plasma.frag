@@ -74,5 +74,5 @@ void main() {
     colour += kSteel * 0.5 * cold * crust;
     colour += vec3(1.0, 0.82, 0.62) * hard * (0.25 + 0.5 * heat);
     colour += kEmber * 0.25 * ripple;
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -68,5 +68,5 @@ void main() {
     // One half of each blade is ground darker, as on a real edge.
     colour *= 1.0 + 0.16 * cover.r * smoothstep(0.0, -0.03, d.r);
     colour = mix(colour, gem, cover.b);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

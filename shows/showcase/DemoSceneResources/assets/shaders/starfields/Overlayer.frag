@@ -36,8 +36,8 @@ vec3 hash3(vec2 p) {
 float noise(vec2 p) {
     vec2 i = floor(p), f = fract(p);
     f = f * f * (3.0 - 2.0 * f);
-    return mix(mix(hash(i.x, i.y, 4.0), hash(i.x + 1.0, i.y, 4.0), f.x),
-               mix(hash(i.x, i.y + 1.0, 4.0), hash(i.x + 1.0, i.y + 1.0, 4.0), f.x), f.y);
+    return mix(mix(hash(i.x, i.y, 7.0), hash(i.x + 1.0, i.y, 7.0), f.x),
+               mix(hash(i.x, i.y + 1.0, 7.0), hash(i.x + 1.0, i.y + 1.0, 7.0), f.x), f.y);
 }
 
 // -1..1, in place of a sine where the shape of the swing does not show.
@@ -101,5 +101,5 @@ void main() {
     light += uStars * kSteel * 0.1 * smoke * smoothstep(-0.3, 0.6, p.y);
     light += uStars * stars(p, t) * smoothstep(-0.45, 0.2, p.y);
     light += embers(p, t);
-    fragColor = vec4(kInk * uGround + light, uAlpha);
+    fragColor = vec4(min(kInk * uGround + light, 1.0), uAlpha);
 }

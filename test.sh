@@ -4,12 +4,13 @@ set -euo pipefail
 
 usage() {
     cat <<'TEXT'
-Usage: ./test.sh [--linux | --asan | --windows] [ctest options...]
+Usage: ./test.sh [--linux | --asan | --fuzz | --windows] [ctest options...]
 
 Builds everything in build/release and runs all tests; then the same for Windows, in build/windows, under Wine on
 an X server of its own. --linux and --windows leave the other system out. With --asan the build in build/asan,
-which has the address and undefined-behaviour sanitizers, is used instead. With CI=true in the environment all
-three are built and tested, and compiler warnings are errors.
+which has the address and undefined-behaviour sanitizers, is used instead. With --fuzz the fuzz targets are built by
+clang in build/fuzz, and run their seeds and old finds once each. With CI=true in the environment all four are built
+and tested, and compiler warnings are errors.
 
 Packages that are missing on a Debian system are installed first, through sudo where needed.
 TEXT
@@ -23,7 +24,7 @@ presets=(release windows)
 # The optimizer's warnings about sanitized code are not dependable, so only the other builds are strict.
 strict=()
 if [[ ${CI-} == true ]]; then
-    presets=(release asan windows)
+    presets=(release asan fuzz windows)
     strict=(-DQUILLON_WERROR=ON)
 fi
 case ${1-} in
@@ -31,7 +32,7 @@ case ${1-} in
     usage
     exit
     ;;
---asan | --windows)
+--asan | --fuzz | --windows)
     presets=("${1#--}")
     shift
     ;;
@@ -45,6 +46,7 @@ esac
 export ASAN_OPTIONS=detect_leaks=0${ASAN_OPTIONS:+:$ASAN_OPTIONS}
 
 packages=("${kPlayerPackages[@]}" "${kContactSheetPackages[@]}" "${kTestPackages[@]}")
+[[ " ${presets[*]} " != *" fuzz "* ]] || packages+=("${kFuzzPackages[@]}")
 [[ " ${presets[*]} " != *" windows "* ]] || packages+=("${kWindowsPackages[@]}" "${kWineTestPackages[@]}")
 installMissing "${packages[@]}"
 
@@ -54,6 +56,7 @@ for preset in "${presets[@]}"; do
     case $preset in
     release) configure release -DQUILLON_TESTS=ON -DQUILLON_BENCH=ON "${strict[@]}" ;;
     asan) configure asan ;;
+    fuzz) configure fuzz "${strict[@]}" ;;
     windows)
         configure windows -DQUILLON_TESTS=ON "${strict[@]}"
         desktop=("$root/tools/desktop.sh")

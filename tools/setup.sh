@@ -10,8 +10,10 @@ kPlayerPackages=(
     libegl1 libegl-mesa0 libgl1 libgl1-mesa-dri
 )
 kContactSheetPackages=(imagemagick fonts-dejavu-core ffmpeg)
-# xvfb-run needs xauth, which xvfb only recommends.
-kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg)
+# xvfb-run needs xauth, which xvfb only recommends. mesa-vulkan-drivers is a second GL driver, zink on lavapipe.
+kTestPackages=(libgtest-dev libbenchmark-dev xvfb xauth xdotool python3 ffmpeg mesa-vulkan-drivers)
+# The fuzzer comes with clang; llvm counts the lines that it reaches.
+kFuzzPackages=(clang libclang-rt-dev llvm)
 # The Windows player is built here too, and tested under Wine. libgl1 brings the OpenGL that Wine hands on; with a
 # window manager windows are closed and fill the screen as on a desktop.
 kWindowsPackages=(g++-mingw-w64-x86-64-posix cmake ninja-build)

@@ -88,7 +88,7 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
-    loadScenes(player);
+    loadScenes(player); // before the music sounds: the picture would lag behind by as long as that takes
     if (player.audio.ready) playFrom(player.audio, start.before + start.time);
     player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
     beginScene(player, index);

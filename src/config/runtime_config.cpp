@@ -37,8 +37,8 @@ void readAssets(RuntimeConfig& config, const JsonValue& json) {
 void readAudio(RuntimeConfig& config, const JsonValue& audio) {
     const std::string path = getString(find(audio, "path"), "");
     if (!path.empty()) config.audioPath = resolveAssetPath(path, *config.assets, config.baseDir);
-    config.volume = getFinite(find(audio, "volume"), config.volume);
-    config.startOffset = getFinite(find(audio, "startOffset"), config.startOffset);
+    config.volume = getBounded(find(audio, "volume"), config.volume, 0.0f, 1.0f);
+    config.startOffset = getBounded(find(audio, "startOffset"), config.startOffset, 0.0f, kNoBound);
 }
 
 void readFallbackImage(RuntimeConfig& config, const JsonValue& root) {
@@ -94,7 +94,7 @@ void readTransitions(RuntimeConfig& config, const JsonValue& transitions) {
         spec.type = getString(find(value, "type"), "fade");
         spec.duration = getFinite(find(value, "duration"), 0.0f);
         spec.params = find(value, "params");
-        config.transitions[name] = std::move(spec);
+        config.transitions[keptName(name)] = std::move(spec); // as the scenes' names are kept
     }
     if (!config.transitions.empty()) {
         logLine("[CONFIG] %d transitions\n", static_cast<int>(config.transitions.size()));
@@ -120,8 +120,7 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
         config.baseDir.clear();
         return config;
     }
-    const char* cursor = skipByteOrderMark(bytes);
-    const JsonValue root = parseJson(cursor);
+    const JsonValue root = parseJsonFile(skipByteOrderMark(bytes), file);
 
     config.baseDir = parentDirectory(file);
     logLine("[CONFIG] baseDir = %s\n", config.baseDir.c_str());

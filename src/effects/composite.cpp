@@ -35,7 +35,7 @@ std::unique_ptr<Effect> createChild(const Materials& materials, const JsonValue&
 }
 
 std::string childType(const JsonValue& json) {
-    const std::string type = printableName(getString(find(json, "type"), "").substr(0, kMaxNameBytes));
+    const std::string type = keptName(getString(find(json, "type"), ""));
     return orNone(type);
 }
 

@@ -10,7 +10,6 @@
 #include "gpu/program.h"
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
-#include "platform/files.h"
 #include "picture/pictures.h"
 
 namespace {
@@ -85,11 +84,9 @@ void buildBufferProgram(const Materials& materials, const TimelineEntry& entry, 
     buildProgram(materials, entry, {vertexSource, source}, std::string(orNone(entry.type)) + "_Buf", effect.buffer);
 }
 
-// A picture that is not there is no fault; a directory in its place is one, and is said like a broken picture.
+// A picture that is not there is no fault.
 void loadChannel(TextureCache& textures, ChannelBinding& channel, const std::string& path) {
-    if (path.empty()) return;
-    const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
-    if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
+    if (path.empty() || !fileExists(path)) return;
     const TextureInfo info = loadPicture(textures, path);
     channel = {info.texture, info.width, info.height, path};
 }
@@ -104,8 +101,7 @@ void loadChannels(TextureCache& textures, const TimelineEntry& entry, Effect& ef
         loadChannel(textures, effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
     }
     const bool wantsImage = wantsChannel0(effect.main.program) || wantsChannel0(effect.buffer.program);
-    if (effect.channels[0].texture || !wantsImage || entry.fallbackImage.empty()) return;
-    if (!fileExists(entry.fallbackImage)) return;
+    if (effect.channels[0].texture || !wantsImage) return;
     loadChannel(textures, effect.channels[0], entry.fallbackImage);
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
@@ -119,7 +115,7 @@ bool createKindBlock(const Materials& materials, const TimelineEntry& entry, Eff
     case EffectKind::kineticText:
         return createKineticText(fonts, effect.kineticText, entry.params, entry.baseDir, program);
     case EffectKind::caption:
-        return createCaption(fonts, effect.caption, entry.params, effect.type == "creditroll", entry.duration,
+        return createCaption(fonts, effect.caption, entry.params, effect.type == "creditroll", clockLength(entry),
                              entry.baseDir, program, materials.width, materials.height);
     case EffectKind::shapeText:
         return createShapeText(materials.device.textures, effect.shapeText, entry.params, entry.baseDir, program);
@@ -142,6 +138,7 @@ bool createProgramEffect(const Materials& materials, const TimelineEntry& entry,
     if (effect.type == "image") effect.fit = readFitMode(entry.params);
     const bool isWhole = buildProgram(materials, entry, sources, orNone(entry.type), effect.main) &&
                          createKindBlock(materials, entry, kind, effect);
+    if (!isWhole) effect.main = {}; // wants no picture any more
     buildBufferProgram(materials, entry, sources.vertex, effect);
     loadChannels(materials.device.textures, entry, effect);
     return isWhole; // not before all that is wrong with the entry has been said

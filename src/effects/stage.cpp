@@ -47,8 +47,9 @@ void makeEffects(Stage& stage, StagePart& part, std::span<const TimelineEntry> e
 
 bool makeTransition(Stage& stage, const std::string& baseDir, int width, int height) {
     if (!initTransitionRenderer(stage.device, stage.transition, baseDir)) return false;
-    ensureTarget(stage.outgoing, width, height);
-    ensureTarget(stage.incoming, width, height);
+    for (RenderTarget* target : {&stage.outgoing, &stage.incoming}) {
+        beginTarget(stage.device.textures, *target, width, height);
+    }
     return true;
 }
 

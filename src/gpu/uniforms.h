@@ -31,7 +31,7 @@ enum class StandardUniform {
     iFrame,
     uAlpha,
     iMouse,
-    iChannel0,
+    iChannel0, // from here to uBufferA: samplers
     iChannel1,
     iChannel2,
     iChannel3,

@@ -24,13 +24,17 @@ std::string imageTooLarge(int64_t width, int64_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels is too large";
 }
 
+bool checkPicture(std::string_view bytes, ImageKind& kind, std::string& reason) {
+    const ImageSize claimed = readImageSize(bytes);
+    kind = claimed.kind;
+    reason = objection(claimed);
+    return reason.empty();
+}
+
 bool readPicture(const std::string& path, std::string& bytes, ImageKind& kind, std::string& reason) {
     if (!readFile(path, bytes)) {
         reason = isRegularFile(path) ? "cannot be read" : "no such file";
         return false;
     }
-    const ImageSize claimed = readImageSize(bytes);
-    kind = claimed.kind;
-    reason = objection(claimed);
-    return reason.empty();
+    return checkPicture(bytes, kind, reason);
 }

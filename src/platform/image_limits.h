@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 // Within the sides and the number of pixels that platform/image.h names.
 bool fitsImageLimits(int64_t width, int64_t height);
@@ -12,6 +13,9 @@ bool fitsImageLimits(int64_t width, int64_t height);
 // What is said of a picture that does not fit.
 std::string imageTooLarge(int64_t width, int64_t height);
 
-// Reads the whole file and its kind. False, with `reason` in a few words, when it cannot be read, or when by what
-// it claims to be it is not even handed to a decoder.
+// Names the kind of a picture file's whole content. False, with `reason` in a few words, when by what it claims to be
+// it is not even handed to a decoder.
+bool checkPicture(std::string_view bytes, ImageKind& kind, std::string& reason);
+
+// Reads the whole file, too.
 bool readPicture(const std::string& path, std::string& bytes, ImageKind& kind, std::string& reason);

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <vector>
 
 namespace {
@@ -17,10 +16,6 @@ struct BitmapGlyph {
     int code = 0;
     std::array<GLint, kBitmapGlyphRows> rows{}; // top first
 };
-
-bool isFiniteNumber(const JsonValue& value) {
-    return value.kind == JsonKind::number && std::isfinite(value.number);
-}
 
 std::string findFont(const std::string& baseDir) {
     const std::string inResources = joinPath(joinPath(baseDir, "DemoSceneResources"), "assets");
@@ -33,13 +28,10 @@ std::string findFont(const std::string& baseDir) {
 
 // False for an element that is no glyph.
 bool readGlyph(const JsonValue& json, BitmapGlyph& glyph) {
-    const JsonValue& code = find(json, "code");
     const JsonValue& rows = find(json, "rows");
-    if (!isFiniteNumber(code) || rows.kind != JsonKind::array || rows.items.size() < kBitmapGlyphRows) return false;
-    glyph.code = getInt(code, -1);
-    for (size_t r = 0; r < kBitmapGlyphRows; ++r) {
-        glyph.rows[r] = isFiniteNumber(rows.items[r]) ? getInt(rows.items[r], 0) : 0;
-    }
+    if (rows.kind != JsonKind::array || rows.items.size() < kBitmapGlyphRows) return false;
+    glyph.code = getInt(find(json, "code"), -1);
+    for (size_t r = 0; r < kBitmapGlyphRows; ++r) glyph.rows[r] = getInt(rows.items[r], 0);
     return glyph.code >= 0;
 }
 
@@ -73,7 +65,7 @@ void loadBitmapFont(Fonts& fonts, const std::string& baseDir) {
         logLine("[FONT] bitmapfont.json not found\n");
         return;
     }
-    const JsonValue root = parseJson(readTextFile(path));
+    const JsonValue root = parseJsonFile(readTextFile(path).c_str(), path);
     if (root.kind != JsonKind::array) return;
     const std::vector<BitmapGlyph> glyphs = readGlyphs(root, path);
     if (glyphs.empty()) return;

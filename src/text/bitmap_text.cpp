@@ -55,7 +55,7 @@ BitmapTextParams parseBitmapTextParams(const JsonValue& params) {
 bool createBitmapText(const Fonts& fonts, BitmapText& text, const JsonValue& params, const Program& program) {
     text.params = parseBitmapTextParams(params);
     text.uniforms = resolveUniforms(program);
-    text.alpha = std::clamp(getFinite(find(params, "alpha"), 1.0f), 0.0f, 1.0f);
+    text.alpha = getBounded(find(params, "alpha"), text.alpha, 0.0f, 1.0f);
     text.textLength = static_cast<int>(text.params.text.size());
     text.codeTexture = createCodeTexture(text.params.text);
     text.glyphTexture = fonts.bitmapGlyphs;

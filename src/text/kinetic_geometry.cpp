@@ -30,7 +30,7 @@ struct Frame {
     float written = 0.0f;                 // characters or words
     float anchorX = 0.0f, anchorY = 0.0f; // pixels
     float lineStep = 0.0f;
-    float glowPad = 0.0f;                 // pixels that a glow quad is larger on each side; 0: no glow
+    float glowPad = 0.0f;                 // of the text
     float waveSin = 0.0f, waveCos = 1.0f; // of the wave at the first glyph
     int limit = 0;                        // units before this one are there
     bool overTime = true;
@@ -47,7 +47,7 @@ Frame makeFrame(const KineticTextParams& params, const KineticLayout& layout, fl
     frame.anchorX = anchorOf(params.positionX, width);
     frame.anchorY = anchorOf(params.positionY, height);
     frame.lineStep = layout.cellHeight * params.lineSpacing;
-    if (params.glowEnabled) frame.glowPad = params.glowRadius * params.scale * 1.5f;
+    frame.glowPad = glowPad(params);
     frame.waveSin = std::sin(time * params.waveSpeed);
     frame.waveCos = std::cos(time * params.waveSpeed);
     frame.overTime = revealsOverTime(params);
@@ -187,6 +187,10 @@ float* putQuad(float* out, const Quad& q) {
 }
 
 } // namespace
+
+float glowPad(const KineticTextParams& params) {
+    return params.glowEnabled ? params.glowRadius * params.scale * 1.5f : 0.0f;
+}
 
 void reserveKineticGeometry(const KineticTextParams& params, const KineticLayout& layout, KineticGeometry& geometry) {
     geometry.glyphs.reserve(layout.glyphs.size() * kQuadFloats);

@@ -20,6 +20,9 @@ struct KineticGeometry {
     size_t glowVertices = 0;
 };
 
+// Pixels by which a glow quad is larger than its glyph's on each side; 0: no glow.
+float glowPad(const KineticTextParams& params);
+
 // Takes the memory that the longest frame needs, so that no frame takes any.
 void reserveKineticGeometry(const KineticTextParams& params, const KineticLayout& layout, KineticGeometry& geometry);
 

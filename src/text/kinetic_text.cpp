@@ -7,9 +7,9 @@
 namespace {
 
 KineticUniforms resolveUniforms(const Program& program) {
-    const auto resolve = [&](const char* name) { return uniformNamed(program.uniforms, name); };
-    return {resolve("uFontTexture"), resolve("uTextureTexelSize"), resolve("uRenderMode"),
-            resolve("uGlowColor"),   resolve("uGlowIntensity"),    resolve("uGlowRadius")};
+    const auto named = [&](const char* name) { return uniformNamed(program.uniforms, name); };
+    return {named("uFontTexture"),   named("uTextureTexelSize"), named("uRenderMode"), named("uGlowColor"),
+            named("uGlowIntensity"), named("uGlowRadius"),       named("uGlowPad")};
 }
 
 void drawGlow(const KineticText& text) {
@@ -19,6 +19,7 @@ void drawGlow(const KineticText& text) {
     setUniformVec3(text.uniforms.glowColor, params.glowColor[0], params.glowColor[1], params.glowColor[2]);
     setUniformFloat(text.uniforms.glowIntensity, params.glowIntensity);
     setUniformFloat(text.uniforms.glowRadius, params.glowRadius);
+    setUniformFloat(text.uniforms.glowPad, glowPad(params));
     drawVertexStream(text.stream, text.geometry.glow);
 }
 

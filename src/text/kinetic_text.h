@@ -10,7 +10,7 @@
 
 // Of a text's program, resolved when it is made.
 struct KineticUniforms {
-    UniformInfo fontTexture, texelSize, renderMode, glowColor, glowIntensity, glowRadius;
+    UniformInfo fontTexture, texelSize, renderMode, glowColor, glowIntensity, glowRadius, glowPad;
 };
 
 struct KineticText {

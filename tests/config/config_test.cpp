@@ -81,11 +81,30 @@ TEST(Config, ReadsTheShowsOwnSettings) {
     EXPECT_EQ(config.audioPath, show.path("audio/track.mp3"));
     EXPECT_EQ(config.fallbackImagePath, config.audioPath);
     EXPECT_EQ(config.volume, 0.25f);
-    EXPECT_EQ(config.startOffset, -2.0f);
+    EXPECT_EQ(config.startOffset, 0.0f);                // at least 0
     EXPECT_EQ(config.transitions.at("a").type, "fade"); // the later one of a name replaces the earlier as a whole
     EXPECT_EQ(config.transitions.at("b").type, "dots");
     EXPECT_EQ(config.transitions.at("b").duration, 1.5f);
     EXPECT_EQ(getNumber(find(config.transitions.at("b").params, "x"), 0.0f), 3.0f);
+}
+
+TEST(Config, NamesScenesAndTheirTransitionsAlike) {
+    const TempShow show;
+    const LogCapture quiet;
+    for (const std::string& name : {std::string("a\tb"), std::string(2000, 'x')}) {
+        const RuntimeConfig config = load(
+            show, R"({"transitions": {")" + name + R"(": {"type": "wipe"}}, "entries": [{"scene": ")" + name + "\"}]}");
+        EXPECT_TRUE(config.transitions.contains(config.entries[0].scene)) << name;
+    }
+}
+
+TEST(Config, InfiniteVolumesTakeTheEndsOfTheirRange) {
+    const TempShow show;
+    const LogCapture quiet;
+    const std::pair<const char*, float> cases[] = {{"-1e999", 0.0f}, {"1e999", 1.0f}, {"nan", 1.0f}};
+    for (const auto& [volume, wanted] : cases) {
+        EXPECT_EQ(load(show, std::string(R"({"audio": {"volume": )") + volume + "}}").volume, wanted) << volume;
+    }
 }
 
 TEST(Config, ResolvesPathsOfShows) {

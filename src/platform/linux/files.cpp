@@ -172,13 +172,13 @@ std::string fullPath(const std::string& path) {
         if (error) return path; // the directory was removed under us
         whole = current + '/' + path;
     }
-    std::vector<std::string_view> kept;
+    std::vector<std::string_view> parts;
     for (const std::string_view part : splitPath(whole)) {
-        if (part != "..") kept.push_back(part);
-        else if (!kept.empty()) kept.pop_back();
+        if (part != "..") parts.push_back(part);
+        else if (!parts.empty()) parts.pop_back();
     }
     std::string folded;
-    for (const std::string_view part : kept) folded.append("/").append(part);
+    for (const std::string_view part : parts) folded.append("/").append(part);
     return folded.empty() ? "/" : folded;
 }
 

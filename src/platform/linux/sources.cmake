@@ -16,6 +16,7 @@ add_layer(platform
   platform/linux/image.cpp
   platform/linux/library.cpp
   platform/linux/output.cpp
+  platform/linux/png_encoder.cpp
   platform/linux/process.cpp
   platform/linux/surface.cpp
   platform/linux/track.cpp

@@ -16,7 +16,7 @@ const vec3 kPaper = vec3(0.94, 0.91, 0.85);
 void main() {
     vec2 p = (vUV - 0.5) * vec2(iResolution.x / iResolution.y, 1.0);
     float r = length(p), pixel = 1.0 / iResolution.y;
-    float angle = atan(p.x, p.y) / kTau;                    // turns clockwise from the top
+    float angle = atan(p.x, p.y + 1e-6) / kTau;                    // turns clockwise from the top
     vec3 colour = kPaper;
 
     // Rings of ticks, each with its own count and pace; every one steps on the beat.
@@ -26,7 +26,7 @@ void main() {
         float way = mod(n, 2.0) < 0.5 ? 1.0 : -1.0;
         float turn = fract(angle + way * steps * (n + 1.0) / count);
         float f = abs(fract(turn * count) - 0.5) * kTau * r / count;
-        float isLong = step(mod(floor(turn * count), 6.0), 0.5);
+        float isLong = step(mod(floor(turn * count) + 0.5, 6.0), 1.0);
         float long_ = mix(0.022, 0.052, isLong);
         float tick = clamp(0.5 + (mix(0.0028, 0.006, isLong) - f) / pixel, 0.0, 1.0);
         tick *= clamp(0.5 + (r - inner) / pixel, 0.0, 1.0) * clamp(0.5 + (inner + long_ - r) / pixel, 0.0, 1.0);

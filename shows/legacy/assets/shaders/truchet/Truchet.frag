@@ -14,10 +14,14 @@ const vec3 kEmber = vec3(0.96, 0.28, 0.13);
 const vec3 kSteel = vec3(0.36, 0.56, 0.7);
 const vec3 kPaper = vec3(0.94, 0.91, 0.85);
 
-float hash(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * 0.1031);
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 void main() {
@@ -28,9 +32,9 @@ void main() {
 
     // About a third of the tiles turn on any beat; the turn takes the first half of it.
     float beat = floor(iTime * 2.0), age = fract(iTime * 2.0);
-    float turns = floor(hash(cell) * 4.0);
+    float turns = floor(hash(cell.x, cell.y, 0.0) * 4.0);
     for (int i = 0; i < 12; ++i) {
-        float chosen = step(0.66, hash(cell + 7.3 * float(i + 1)));
+        float chosen = step(0.66, hash(cell.x, cell.y, float(i + 1)));
         turns += chosen * (float(i) < beat ? 1.0 : float(i) == beat ? smoothstep(0.0, 0.55, age) : 0.0);
     }
     float a = turns * 1.570796;
@@ -44,9 +48,9 @@ void main() {
 
     float checker = mod(cell.x + cell.y, 2.0);
     vec3 ground = kPaper * (0.97 + 0.03 * checker);
-    float spot = step(0.86, hash(cell + 3.7)) * clamp(0.5 + (0.24 - length(f)) / pixel, 0.0, 1.0);
+    float spot = step(0.86, hash(cell.x, cell.y, 14.0)) * clamp(0.5 + (0.24 - length(f)) / pixel, 0.0, 1.0);
     vec3 colour = mix(ground, kSteel, spot * 0.9);
     colour = mix(colour, kInk, line);
-    colour = mix(colour, mix(kPaper, kEmber, max(turning, step(0.7, hash(cell + 9.1)))), core);
+    colour = mix(colour, mix(kPaper, kEmber, max(turning, step(0.7, hash(cell.x, cell.y, 15.0)))), core);
     fragColor = vec4(colour, uAlpha);
 }

@@ -31,10 +31,14 @@ float square(float x) {
     return x * x;
 }
 
-float hash(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * vec3(0.1031, 0.1030, 0.0973));
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 vec3 glowAt(vec2 at) {
@@ -111,7 +115,7 @@ void main() {
     float halo = (1.15 * light.r + 0.6 * light.g) * vMoment.y * shown + 2.2 * hot * (light.g + 0.5 * light.b);
     halo += 0.7 * square(square(square(hot))) * exp(-square((at.y - 0.5) / 0.3)) * smoothstep(0.0, 0.03, light.r);
     halo = 1.0 - exp(-1.15 * uGlow * uGlowColor.a * halo);
-    halo = clamp(halo + (hash(gl_FragCoord.xy) - 0.5) / 255.0, 0.0, 1.0);
+    halo = clamp(halo + (hash(gl_FragCoord.x, gl_FragCoord.y, 1.0) - 0.5) / 255.0, 0.0, 1.0);
     vec3 haloColor = mix(uGlowColor.rgb, vec3(1.0), 0.35 * halo * halo + 0.3 * hot);
 
     float body = cover * shown * clamp(uFillColor.a, 0.0, 1.0);

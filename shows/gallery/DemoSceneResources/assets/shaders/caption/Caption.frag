@@ -49,7 +49,7 @@ void main() {
     float inside = plate * step(0.0, at.x) * step(at.x, min(width, uLabel + 0.3));
     float d = (texture(iChannel0, vec2(at.x / width, 1.0 - (uRow + 1.0 - at.y) / uRows)).r - 0.5) * 2.0 * uSpread / rowTexels;
     float name = inside * clamp(0.5 + d * rowHeight * iResolution.y, 0.0, 1.0);
-    float mark = plate * groupSign(q - vec2(0.55, 0.5));
+    float mark = plate * groupSign(q - vec2(0.55, 0.5) + 0.001);
 
     float sign_ = max(name, mark);
     float alpha = sign_ + 0.86 * plate * (1.0 - sign_);

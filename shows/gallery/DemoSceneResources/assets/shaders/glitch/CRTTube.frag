@@ -20,14 +20,6 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
-float hash(float x, float y, float z) {
-    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
-    uint n = q.x ^ q.y ^ q.z;
-    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
-    n = (n ^ (n >> 13)) * 0x297a2d39u;
-    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
-}
-
 // Crosshatch with a block of colours: the service engineer's picture.
 vec3 card(vec2 uv) {
     vec2 p = (uv - 0.5) * vec2(iResolution.x / iResolution.y, 1.0) * 9.0;
@@ -80,14 +72,14 @@ void main() {
     colour = pow(max(colour, 0.0), vec3(1.12)) * 1.08;
 
     // Beam lines: wider where the picture is bright. Their pitch is whole pixels, as is the mask's.
-    float pitch = max(3.0, floor(iResolution.y / 240.0 + 0.5));
+    float pitch = max(3.0, floor(iResolution.y / 240.0 + 0.501));
     float line = abs(fract(uv.y * iResolution.y / pitch - 0.25 * step(0.5, fract(time * 15.0))) - 0.5) * 2.0;
     float light = dot(colour, vec3(0.3, 0.59, 0.11));
     colour *= mix(1.0, 1.0 - smoothstep(0.25 + 0.5 * light, 1.25, line), 0.8) * 1.22;
-    float triad = max(1.0, floor(iResolution.y / 1080.0 + 0.5));
-    vec2 px = floor(gl_FragCoord.xy / triad);
-    float slot = mod(px.x, 3.0), gap = step(3.5, mod(px.y + 2.0 * mod(floor(px.x / 3.0), 2.0), 4.0) + 1.0);
-    vec3 phosphor = vec3(step(slot, 0.5), step(abs(slot - 1.0), 0.5), step(1.5, slot));
+    float triad = max(1.0, floor(iResolution.y / 1080.0 + 0.501));
+    ivec2 px = ivec2(gl_FragCoord.xy / triad);
+    float gap = (px.y + 2 * (px.x / 3 % 2)) % 4 == 3 ? 1.0 : 0.0;
+    vec3 phosphor = vec3(equal(ivec3(px.x % 3), ivec3(0, 1, 2)));
     float deep = clamp(uMask, 0.0, 1.0);
     vec3 mask = mix(vec3(1.0), 0.45 + 1.45 * phosphor, deep) * (1.0 - 0.3 * gap * deep);
     colour = colour * mask + halo * glow * 0.26;

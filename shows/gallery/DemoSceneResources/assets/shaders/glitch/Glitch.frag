@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -52,7 +56,7 @@ void main() {
     float amount = clamp(uAmount, 0.0, 1.0), blocks = clamp(uBlocks, 2.0, 40.0);
     float tick = floor(mod(iTime, 600.0) * clamp(uRate, 0.0, 30.0));
     float burst = amount * (0.7 + 0.3 * step(0.55, hash(tick * 0.25, 3.0, 1.0)));
-    vec2 p = vec2(vUV.x * aspect, vUV.y) * blocks;
+    vec2 p = vec2(vUV.x * aspect, vUV.y) * blocks + kOff;
 
     // Bands: two grids of rows, the finer one only in places.
     float row = floor(p.y * 0.6 + 7.0 * hash(tick, 1.0, 5.0)), fine = floor(p.y * 4.0);
@@ -77,6 +81,6 @@ void main() {
     if (dye < burst * 0.1) colour = duotone;
     else if (dye > 1.0 - burst * 0.08) colour = cold;
     if (pick2 > 1.0 - burst * 0.035) colour = mix(colour, pick2 > 1.0 - burst * 0.017 ? kBone : kEmber, 0.85);
-    colour *= 0.9 + 0.1 * step(0.5, fract(vUV.y * 90.0 - iTime * 3.0));
+    colour *= 0.9 + 0.1 * step(0.5, fract(vUV.y * 90.0 - iTime * 3.0 + kOff));
     fragColor = vec4(colour, uAlpha);
 }

@@ -22,6 +22,8 @@ const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const int kTaps = 10;
 const mat2 kGolden = mat2(-0.737369, 0.675490, -0.675490, -0.737369);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -47,8 +49,8 @@ vec2 noise2(vec2 p) {
 vec3 card(vec2 uv) {
     vec2 p = vec2((uv.x - 0.5) * iResolution.x / iResolution.y, uv.y) * 14.0;
     vec2 cell = floor(p);
-    float h = fract(dot(cell, vec2(0.7549, 3.5698)));
-    float skyline = 0.3 + 0.4 * fract(floor(cell.x * 0.5) * 0.618 + 0.3);
+    float h = hash(cell.x, cell.y, 2.0);
+    float skyline = 0.3 + 0.4 * hash(cell.x * 0.5, 0.0, 3.0);
     float d = length(fract(p) - 0.5), on = step(0.35, h) * step(uv.y, skyline);
     vec3 sky = mix(vec3(0.24, 0.07, 0.06), kInk, smoothstep(0.25, 0.95, uv.y));
     vec3 house = step(uv.y, skyline) * vec3(0.5);
@@ -66,6 +68,14 @@ vec3 picture(vec2 uv) {
     vec2 fit = iResolution.xy / max(iChannelResolution[0], vec2(1.0));
     vec4 c = textureLod(iChannel0, (uv - 0.5) * fit / max(fit.x, fit.y) + 0.5, 0.0);
     return mix(kInk, c.rgb, c.a);
+}
+
+// Interleaved gradient noise, 0 to 1: neighbouring pixels look at places that lie evenly between 0 and 1. In
+// integers, whose overflow is the fraction.
+float jitter() {
+    uvec2 at = uvec2(gl_FragCoord.xy) * uvec2(0x112e3b7du, 0x017e8ce0u);
+    uint n = at.x + at.y;
+    return float((n * 53u - (n >> 16) * 1119u) >> 8) / 16777216.0;
 }
 
 // Radius of a point of a spiral that covers the unit disc evenly when every step turns by the golden angle.
@@ -90,8 +100,7 @@ void main() {
     float radius = clamp(uRadius, 0.0, 0.15) * (0.18 + 0.82 * mist);
 
     // The spiral is turned from pixel to pixel so that its arms do not show.
-    vec2 grid = floor(gl_FragCoord.xy);
-    float turn = 6.2832 * fract(52.9829189 * fract(dot(grid, vec2(0.06711056, 0.00583715))));
+    float turn = 6.2832 * jitter();
     vec2 ray = vec2(cos(turn), sin(turn));
     vec4 sum = vec4(0.0);
     // The card takes the place of a missing picture, in a loop of its own: a rasterizer in software would work

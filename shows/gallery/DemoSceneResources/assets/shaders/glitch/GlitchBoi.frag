@@ -18,6 +18,8 @@ uniform vec3 uTint = vec3(0.76, 0.80, 0.42);
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kDark = vec3(0.07, 0.16, 0.12);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -56,9 +58,9 @@ vec3 source(vec2 uv) {
 
 void main() {
     float glitch = clamp(uGlitch, 0.0, 1.0);
-    float pitch = max(2.0, floor(iResolution.y / clamp(uLines, 48.0, 288.0) + 0.5));
-    vec2 at = floor(vUV * iResolution.xy), dot_ = floor(at / pitch), dots = iResolution.xy / pitch;
-    vec2 inside = (mod(at, pitch) + 0.5) / pitch;
+    float pitch = max(2.0, floor(iResolution.y / clamp(uLines, 48.0, 288.0) + 0.501));
+    vec2 at = floor(vUV * iResolution.xy), dot_ = floor((at + 0.5) / pitch), dots = iResolution.xy / pitch;
+    vec2 inside = (at + 0.5) / pitch - dot_;
     float tick = floor(mod(iTime, 600.0) * 6.0);
 
     // A climbing band loses its scroll register; tiles of 8 x 8 dots are fetched from elsewhere, in runs.
@@ -66,7 +68,7 @@ void main() {
     float slip = step(band, 0.3) * floor(10.0 * sin(line * 0.16 + iTime * 4.0) + 0.5);
     vec2 look = dot_ + vec2(slip, 0.0);
     vec2 tile = floor(look / 8.0);
-    float run_ = hash(floor(tile.x / 3.0), tile.y, floor(tick / 3.0) + 20000.0);
+    float run_ = hash((tile.x + 0.5) / 3.0, tile.y, (tick + 0.5) / 3.0 + 20000.0);
     float own = hash(tile.x, tile.y, tick);
     float junk = 0.0;
     vec2 wrong = floor(vec2(9.0, 5.0) * vec2(hash(run_ * 4096.0, 1.0, tick), own)) - vec2(4.0, 2.0);
@@ -92,5 +94,5 @@ void main() {
     colour += tint * 0.06 * refresh;
     vec2 corner = vUV - 0.5;
     colour *= 1.02 - 0.35 * dot(corner, corner);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -60,7 +64,7 @@ vec3 source(vec2 uv) {
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
     float tick = floor(time * 30.0), slow = floor(time * 5.0), tear = clamp(uTear, 0.0, 1.0);
-    float lines = min(240.0, iResolution.y * 0.5), line = floor(vUV.y * lines);
+    float lines = min(240.0, iResolution.y * 0.5), line = floor(vUV.y * lines + kOff);
 
     // Collapse: once in four seconds the picture shrinks to a line and jumps back.
     float beat = fract(time / 4.0 + 0.55) * 4.0;
@@ -95,7 +99,7 @@ void main() {
     // Snow, thick where the picture is torn, in dashes along the lines.
     float gust = 0.3 * step(0.85, hash(slow, 9.0, 1.0));
     float thick = clamp(uSnow, 0.0, 1.0) * (0.45 + 0.5 * torn + 0.6 * seam + gust);
-    float grain = hash(floor(p.x * lines * aspect * 0.5), line, tick);
+    float grain = hash(p.x * lines * aspect * 0.5 + kOff, line, tick);
     float dash = hash(floor(p.x * 30.0 + 30.0 * hash(line, tick, 10.0)), line, tick + 50000.0);
     float cover = min(thick, 0.9) * (0.35 + 0.65 * step(0.45, grain));
     colour = mix(colour, vec3(0.05 + grain * grain * 1.15), cover);

@@ -44,6 +44,14 @@ vec3 picture(vec2 uv) {
     return mix(kInk, c.rgb, c.a);
 }
 
+// Interleaved gradient noise, 0 to 1: neighbouring pixels look at places that lie evenly between 0 and 1. In
+// integers, whose overflow is the fraction.
+float jitter() {
+    uvec2 at = uvec2(gl_FragCoord.xy) * uvec2(0x112e3b7du, 0x017e8ce0u);
+    uint n = at.x + at.y;
+    return float((n * 53u - (n >> 16) * 1119u) >> 8) / 16777216.0;
+}
+
 // Colour of a place in the spectrum, from red at 0 to violet at 1.
 vec3 spectrum(float s) {
     vec3 w = max(1.0 - abs(s - vec3(0.1, 0.5, 0.9)) * 2.6, 0.0);
@@ -63,18 +71,18 @@ void main() {
     vec2 at = (bent - out_ + axis) / vec2(aspect, 1.0) + 0.5, way = 2.0 * out_ / vec2(aspect, 1.0);
 
     // Pixels look at slightly different places of the spectrum, which turns bands into fine grain.
-    float jitter = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy), vec2(0.06711056, 0.00583715))));
+    float shift = jitter();
     vec3 sum = vec3(0.0), weight = vec3(0.0);
     // The card takes the place of a missing picture, in a loop of its own: a rasterizer in software would work
     // out both sides of a branch.
     int taps = bound() ? kTaps : 0;
     for (int i = 0; i < taps; ++i) {
-        float s = (float(i) + jitter) / float(kTaps);
+        float s = (float(i) + shift) / float(kTaps);
         sum += spectrum(s) * picture(mirror(at + way * s));
         weight += spectrum(s);
     }
     for (int i = taps; i < kTaps; ++i) {
-        float s = (float(i) + jitter) / float(kTaps);
+        float s = (float(i) + shift) / float(kTaps);
         sum += spectrum(s) * card(at + way * s);
         weight += spectrum(s);
     }

@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -58,7 +62,7 @@ vec3 source(vec2 uv) {
 void main() {
     float n = floor(clamp(uColumns, 1.0, 12.0) + 0.5), aspect = iResolution.x / iResolution.y;
     float time = mod(iTime, 600.0);
-    vec2 p = vUV * n, cell = floor(p), q = fract(p);
+    vec2 p = vUV * n + kOff, cell = floor(p), q = fract(p);
     float h = hash(cell.x, cell.y, 1.0);
     // Every monitor changes its state on its own clock.
     float tick = floor(time * 0.7 + h * 8.0), state = hash(cell.x, cell.y, tick + 20.0);
@@ -85,10 +89,10 @@ void main() {
     else if (fault < 0.88) dead = true;
     else if (fault < 1.0) dye = vec3(1.2, 0.55, 0.4);
     // A change of state tears the picture for an instant.
-    uv.x += exp(-9.0 * late) * 0.12 * (hash(floor(face.y * 18.0), tick, 7.0) - 0.5);
+    uv.x += exp(-9.0 * late) * 0.12 * (hash(face.y * 18.0 + kOff, tick, 7.0) - 0.5);
     vec3 colour = source(mirror(uv)) * gain * dye;
     if (dead) {
-        float snow = hash(floor(face.x * 64.0), floor(face.y * 40.0), floor(time * 24.0));
+        float snow = hash(face.x * 64.0 + kOff, face.y * 40.0 + kOff, time * 24.0);
         colour = kSteel * (0.1 + 0.22 * snow) + kEmber * 0.4 * step(abs(face.y - 0.5), 0.012);
     }
     colour *= 0.9 + 0.1 * cos(6.2832 * face.y * min(60.0, iResolution.y / n / 3.0));

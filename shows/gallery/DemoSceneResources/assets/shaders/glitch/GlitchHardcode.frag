@@ -23,7 +23,11 @@ const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const uint kDigits[16] = uint[16](
     0x6999996u, 0x464444eu, 0x698421fu, 0x7886887u, 0x999f888u, 0xf178896u, 0x6117996u, 0xf884422u,
     0x6996996u, 0x699e886u, 0x699f999u, 0x7997997u, 0x6911196u, 0x7999997u, 0xf11711fu, 0xf117111u);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -69,11 +73,11 @@ vec3 source(vec2 uv) {
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
     float count = clamp(uBlocks, 6.0, 60.0), mosh = clamp(uMosh, 0.0, 1.0);
-    vec2 p = vec2(vUV.x * aspect, vUV.y) * count, block = floor(p), q = fract(p);
+    vec2 p = vec2(vUV.x * aspect, vUV.y) * count + kOff, block = floor(p), q = fract(p);
     vec2 scale = 1.0 / (count * vec2(aspect, 1.0));
 
     // Motion vectors come in fields of several blocks and are rounded to whole steps, as a codec would.
-    vec2 field = floor(block / vec2(3.0, 2.0));
+    vec2 field = floor((block + 0.5) / vec2(3.0, 2.0));
     float clock = time * 0.9 + hash(field.x, field.y, 1.0), epoch = floor(clock), age = fract(clock);
     float lost = step(hash(field.x, field.y, epoch + 40.0), 0.3 + 0.6 * mosh);
     vec2 vector = vec2(noise(field * 0.37 + epoch, 2.0), noise(field * 0.37 + epoch, 3.0)) - 0.5;
@@ -92,7 +96,7 @@ void main() {
     colour = mix(colour, steps, 0.5 * lost);
 
     // Code: regions of the stream as bytes, typed from the upper left.
-    vec2 region = floor(block / vec2(6.0, 3.0));
+    vec2 region = floor((block + 0.5) / vec2(6.0, 3.0));
     float shift = time * 0.8 + 5.0 * hash(region.x, region.y, 5.0);
     float shown = hash(region.x, region.y, floor(shift) + 90.0), grow = fract(shift);
     vec2 cell = floor(p * vec2(2.4, 1.5)), glyph = fract(p * vec2(2.4, 1.5));

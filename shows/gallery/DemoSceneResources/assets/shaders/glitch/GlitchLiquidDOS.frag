@@ -17,6 +17,8 @@ uniform float uPalette = 0.5;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -65,9 +67,9 @@ void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 1200.0);
     float rows = clamp(uRows, 12.0, 60.0), flow = clamp(uFlow, 0.0, 1.0);
     // Whole pixels in a character, so that its pattern stays even.
-    float dotSize = max(1.0, floor(iResolution.y / rows / 8.0 + 0.5));
+    float dotSize = max(1.0, floor(iResolution.y / rows / 8.0 + 0.501));
     vec2 box = vec2(8.0 * dotSize), px = floor(vUV * iResolution.xy);
-    vec2 cell = floor(px / box), bit = floor(mod(px, box) / dotSize);
+    vec2 cell = floor((px + 0.5) / box), bit = floor((px + 0.5 - cell * box) / dotSize);
     vec2 centre = (cell + 0.5) * box / iResolution.xy;
 
     // The current: each bend feeds the next.
@@ -114,10 +116,11 @@ void main() {
         if (dot(span, span) < 0.4) fore = contrast;
     }
     // The cursor writes its way through the rows.
-    float step_ = floor(time * 24.0), columns = floor(iResolution.x / box.x);
-    float row = floor(iResolution.y / box.y) - 1.0 - mod(floor(step_ / columns), floor(iResolution.y / box.y));
+    ivec2 page = max(ivec2((iResolution.xy + 0.5) / box), 1);
+    int step_ = int(time * 24.0);
+    float row = float(page.y - 1 - step_ / page.x % page.y);
     vec3 colour = mix(back, fore, on);
-    float ahead = cell.x - mod(step_, columns);
+    float ahead = cell.x - float(step_ % page.x);
     if (abs(cell.y - row) < 0.5 && ahead < 0.5) colour = mix(vec3(0.0, 0.0, 0.667), vec3(1.0), on);
     if (abs(cell.y - row) < 0.5 && abs(ahead) < 0.5) colour = vec3(1.0, 1.0, 0.333);
     fragColor = vec4(colour, uAlpha);

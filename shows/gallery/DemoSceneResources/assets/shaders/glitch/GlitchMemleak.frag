@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -70,7 +74,7 @@ vec3 source(vec2 uv) {
 // What a leaked cell holds; q 0..1 within it.
 vec3 garbage(vec2 cell, vec2 q, vec2 uv, float time) {
     // Pages of several rows share a content; most are dead, a few still written to.
-    float page = floor(cell.y / 3.0), span = floor(cell.x / (4.0 + 20.0 * hash(page, 1.0, 2.0)));
+    float page = floor((cell.y + 0.5) / 3.0), span = floor(cell.x / (4.0 + 20.0 * hash(page, 1.0, 2.0)));
     float kind = hash(page, span, 3.0), live = step(0.6, hash(page, span, 4.0)) * floor(time * 9.0);
     vec3 dye = kind < 0.4 ? kSteel : kind < 0.75 ? kEmber : kBone;
     float byte_ = hash(cell.x, cell.y, live);
@@ -97,7 +101,7 @@ vec3 garbage(vec2 cell, vec2 q, vec2 uv, float time) {
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 1200.0);
     float count = clamp(uCells, 12.0, 96.0), period = clamp(uPeriod, 2.0, 60.0);
-    vec2 p = vec2(vUV.x * aspect, vUV.y) * count, cell = floor(p), q = fract(p);
+    vec2 p = vec2(vUV.x * aspect, vUV.y) * count + kOff, cell = floor(p), q = fract(p);
 
     // The leak starts at a third, rises, and is freed in the last twentieth of the period.
     float phase = fract(time / period + 0.12);
@@ -105,9 +109,9 @@ void main() {
     level *= 1.0 - 0.62 * smoothstep(0.95, 1.0, phase);
     // Columns fill unevenly, and single cells run ahead.
     float column = noise(vec2(cell.x * 0.13, floor(time * 2.0) * 0.21), 5.0);
-    column += 0.4 * hash(floor(cell.x * 0.5), 6.0, 1.0);
+    column += 0.4 * hash(cell.x * 0.5, 6.0, 1.0);
     float front = level * 1.12 - 0.14 + 0.22 * (column - 0.6);
-    float ahead = (cell.y + 0.5) / count - front, lone = hash(floor(cell.x / 3.0), cell.y, 8.0);
+    float ahead = (cell.y + 0.5) / count - front, lone = hash((cell.x + 0.5) / 3.0, cell.y, 8.0);
     bool full = ahead < 0.0 || (lone < 0.3 * exp(-ahead * 9.0)) || lone < 0.03;
 
     // Above the front rows are already read from the wrong place.

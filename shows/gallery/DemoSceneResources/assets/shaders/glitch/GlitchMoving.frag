@@ -20,6 +20,8 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -83,5 +85,5 @@ void main() {
     float edge = step(1.0 - thin, f) * step(above, depth);
     float speed = abs(slide(slab, time + 0.02) - slide(slab, time)) * 30.0;
     colour = mix(colour, mix(kBone, kEmber, min(speed, 1.0)), edge * 0.75);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -56,7 +60,7 @@ vec3 source(vec2 uv) {
 void main() {
     float aspect = iResolution.x / iResolution.y;
     float tiles = clamp(uTiles, 1.0, 8.0), segments = floor(clamp(uSegments, 2.0, 16.0) + 0.5);
-    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) * tiles + vec2(0.07, 0.05) * iTime;
+    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) * tiles + vec2(0.07, 0.05) * iTime + kOff;
     vec2 cell = floor(p), q = abs(fract(p) - 0.5);          // mirrored tiles: no seams between them
 
     // A broken tile falls back to fewer mirrors, turned the other way, for a while.

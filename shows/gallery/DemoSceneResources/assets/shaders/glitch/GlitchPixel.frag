@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -52,7 +56,7 @@ vec3 source(vec2 uv) {
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
     float size = 1.0 / clamp(uCells, 2.0, 24.0), detail = clamp(uDetail, 0.0, 1.0);
-    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0);
+    vec2 p = (vUV - 0.5) * vec2(aspect, 1.0) + 0.1 * kOff;
     vec2 cell = floor(p / size);
     float swell = 0.2 * sin(p.x * 2.3 + time * 0.9) * sin(p.y * 2.9 - time * 0.7), fresh = 1.0;
     // Up to three splits; each field decides by its own clock, and more of them split as a swell passes.
@@ -71,7 +75,7 @@ void main() {
     vec2 d = 0.27 * size / vec2(aspect, 1.0), e = vec2(d.x, -d.y);
     vec3 colour = 0.2 * (source(at) + source(at + d) + source(at - d) + source(at + e) + source(at - e));
     colour = mix(colour, floor(colour * 7.0 + 0.5) / 7.0, 0.6);
-    float h = hash(cell.x, cell.y, size * 4096.0);
+    float h = hash(cell.x, cell.y, size * 4096.0 + kOff);
     colour *= 0.93 + 0.14 * h;
     // Tiles: a lit upper edge, a dark gap of a constant width, a flash on a fresh change.
     float thin = max(1.0, iResolution.y / 540.0) / (size * iResolution.y);

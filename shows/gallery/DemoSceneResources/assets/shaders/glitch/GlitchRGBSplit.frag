@@ -17,7 +17,11 @@ uniform float uSlices = 14.0;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -58,7 +62,7 @@ void main() {
     float settle = exp(-4.0 * f);
     float angle = time * 0.8 + 2.4 * (hash(tick, 1.0, 1.0) - 0.5) * settle;
     float reach = clamp(uShift, 0.0, 0.2) * (0.85 + 1.9 * settle * hash(tick, 2.0, 1.0));
-    float slice = floor(vUV.y * max(clamp(uSlices, 0.0, 60.0), 1.0));
+    float slice = floor(vUV.y * max(clamp(uSlices, 0.0, 60.0), 1.0) + kOff);
     float far_ = step(hash(slice, tick, 3.0), 0.16) * step(0.5, uSlices);
     vec2 d = vec2(cos(angle), sin(angle)) * reach;
     d = mix(d, vec2((hash(slice, tick, 4.0) - 0.5) * 10.0, 0.0) * reach, far_) / vec2(aspect, 1.0);

@@ -18,7 +18,11 @@ uniform vec3 uTint = vec3(0.30, 0.72, 0.68);
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -67,7 +71,7 @@ vec2 fall(vec2 cell, float rows, float seed) {
 
 void main() {
     float aspect = iResolution.x / iResolution.y, rows = clamp(uRows, 8.0, 90.0);
-    vec2 p = vec2(vUV.x * aspect, vUV.y) * rows / vec2(0.72, 1.0);
+    vec2 p = vec2(vUV.x * aspect, vUV.y) * rows / vec2(0.72, 1.0) + kOff;
     vec2 cell = floor(p), q = fract(p);
     float age = floor(mod(iTime, 600.0) * (1.0 + 5.0 * hash(cell.x, cell.y, 2.0)));
     float shape = sign_(q, floor(4096.0 * hash(cell.x, cell.y, age)));
@@ -86,7 +90,7 @@ void main() {
     // A far, smaller fall fills the gaps.
     vec2 far_ = floor(p * 2.0 + 77.0);
     float dim = fall(far_, rows * 2.0, 3.0).x;
-    colour += dye * 0.16 * dim * step(0.45, hash(floor(p.x * 8.0), floor(p.y * 8.0), age)) * (1.0 - shape);
+    colour += dye * 0.16 * dim * step(0.45, hash(p.x * 8.0, p.y * 8.0, age)) * (1.0 - shape);
     colour += dye * 0.22 * near.x * exp(-3.0 * abs(q.x - 0.4)) * (0.3 + light);
     fragColor = vec4(min(colour, 1.0), uAlpha);
 }

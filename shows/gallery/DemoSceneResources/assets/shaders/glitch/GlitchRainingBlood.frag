@@ -20,6 +20,8 @@ const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const vec3 kBlood = vec3(0.46, 0.012, 0.02);
 const vec3 kFresh = vec3(0.86, 0.06, 0.05);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -106,5 +108,5 @@ void main() {
     blood *= 1.0 - 0.45 * smoothstep(0.55, 1.0, length(wet.xy));
     blood += kFresh * 0.5 * pool * smoothstep(0.25, 0.05, abs(bulge - 0.45));
     colour = mix(colour, blood, wet.z * 0.94);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -17,7 +17,11 @@ uniform float uFlicker = 0.5;
 
 const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const float kRate = 16.0; // pictures a second
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -85,7 +89,7 @@ void main() {
 
     // Grain: clumps the size of a 540th of the height, strongest in the mid tones.
     float pitch = iResolution.y / min(540.0, iResolution.y);
-    vec2 speck = floor(vUV * iResolution.xy / pitch);
+    vec2 speck = floor(vUV * iResolution.xy / pitch + kOff);
     float clump = hash(floor(speck.x * 0.5), floor(speck.y * 0.5), tick + 20000.0);
     float grain = hash(speck.x, speck.y, tick) + 0.7 * clump - 0.85;
     light += clamp(uGrain, 0.0, 1.0) * 0.24 * grain * (0.35 + light * (1.2 - light));
@@ -93,7 +97,7 @@ void main() {
     // Scratches run the length of the reel: each wanders for a while, then the next.
     vec2 p = vec2(vUV.x * aspect, vUV.y);
     for (int i = 0; i < 3; ++i) {
-        float n = float(i), life = floor(time * (0.5 + 0.2 * n) + n * 0.3);
+        float n = float(i), life = floor(time * (0.5 + 0.2 * n) + n * 0.3 + kOff);
         float x = hash(life, n, 5.0) * aspect + 0.012 * sin(time * 1.3 + n * 2.0);
         x += 0.0025 * (hash(tick, n, 6.0) - 0.5);
         float wide = max(0.0011 * (0.6 + hash(life, n, 7.0)), 0.6 / iResolution.y);
@@ -102,16 +106,17 @@ void main() {
         light = mix(light, n > 1.5 ? 0.04 : 0.92, cut * 0.65);
     }
     // Dust: a few specks a picture, dark or clear, and a hair.
-    vec2 at = floor(p * 4.0);
+    vec2 at = floor(p * 4.0 + kOff);
     float spot = hash(at.x, at.y, tick + 30000.0);
-    vec2 off = fract(p * 4.0) - 0.2 - 0.6 * vec2(hash(at.x, tick, 9.0), hash(at.y, tick, 10.0));
+    vec2 off = fract(p * 4.0 + kOff) - 0.2 - 0.6 * vec2(hash(at.x, tick, 9.0), hash(at.y, tick, 10.0));
     float blob = length(off) * (1.0 + 0.25 * sin(atan(off.y, off.x + 1e-6) * 2.0 + spot * 900.0));
-    float size = 0.015 + 0.05 * fract(spot * 57.0);
+    float size = 0.015 + 0.05 * fract(spot * 256.0);
     float dust = step(spot, 0.11 * wear) * smoothstep(size, size * 0.6, blob);
-    light = mix(light, step(0.5, fract(spot * 331.0)) * 0.9, dust);
-    vec2 h = p - vec2(hash(floor(tick / 5.0), 11.0, 1.0) * aspect, hash(floor(tick / 5.0), 12.0, 1.0));
+    light = mix(light, step(0.5, fract(spot * 4096.0)) * 0.9, dust);
+    float reel = floor((tick + 0.5) / 5.0);
+    vec2 h = p - vec2(hash(reel, 11.0, 1.0) * aspect, hash(reel, 12.0, 1.0));
     float hair = abs(h.x - 0.05 * sin(h.y * 24.0) - 2.0 * h.y * h.y);
-    light *= 1.0 - 0.8 * step(hash(floor(tick / 5.0), 13.0, 1.0), wear * 0.5) * step(abs(h.y), 0.07)
+    light *= 1.0 - 0.8 * step(hash(reel, 13.0, 1.0), wear * 0.5) * step(abs(h.y), 0.07)
                  * smoothstep(max(0.003, 1.0 / iResolution.y), 0.0, hair);
 
     // The gate's rounded corners.

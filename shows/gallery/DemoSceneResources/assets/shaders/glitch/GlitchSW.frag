@@ -21,6 +21,8 @@ const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const int kTaps = 8;
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -50,11 +52,19 @@ vec3 picture(vec2 uv) {
     return mix(kInk, c.rgb, c.a);
 }
 
+// Interleaved gradient noise, 0 to 1: neighbouring pixels look at places that lie evenly between 0 and 1. In
+// integers, whose overflow is the fraction.
+float jitter() {
+    uvec2 at = uvec2(gl_FragCoord.xy) * uvec2(0x112e3b7du, 0x017e8ce0u);
+    uint n = at.x + at.y;
+    return float((n * 53u - (n >> 16) * 1119u) >> 8) / 16777216.0;
+}
+
 // One shell of streaks: angle sectors, each with a streak that runs outwards.
 vec3 streaks(float angle, float d, float sectors, float seed, float time) {
     float s = angle / 6.2832 * sectors, n = floor(s), h = hash(n, seed, 1.0);
     if (h > clamp(uStars, 0.0, 1.0)) return vec3(0.0);
-    float h2 = fract(h * 97.0), z = fract(time * (0.35 + 0.5 * h2) + fract(h * 1553.0));
+    float h2 = fract(h * 256.0), z = fract(time * (0.35 + 0.5 * h2) + fract(h * 4096.0));
     // Perspective: a head at depth z appears at 1 / (1 - z); the tail lags by a share of its way.
     float head = 0.06 / max(1.02 - z, 0.02), tail = head * (0.68 - 0.5 * clamp(uWarp, 0.0, 1.0));
     float along = smoothstep(tail, head, d) * smoothstep(head * 1.02 + 0.002, head, d);
@@ -76,7 +86,7 @@ void main() {
     float pull = warp * surge * (0.25 + 0.75 * smoothstep(0.0, 0.75, d));
     float ray = hash(floor(angle / 6.2832 * 240.0), 7.0, 7.0);
     pull *= 0.7 + 0.5 * ray;
-    float jitter = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy), vec2(0.06711056, 0.00583715))));
+    float shift = jitter();
     vec2 at = p * (0.96 - 0.16 * warp * smoothstep(0.1, 0.9, d)) / vec2(aspect, 1.0);
     vec2 middle = centre / vec2(aspect, 1.0) + 0.5;
     vec4 sum = vec4(0.0);
@@ -84,12 +94,12 @@ void main() {
     // out both sides of a branch.
     int taps = bound() ? kTaps : 0;
     for (int i = 0; i < taps; ++i) {
-        float f = (float(i) + jitter) / float(kTaps), w = 1.15 - f;
+        float f = (float(i) + shift) / float(kTaps), w = 1.15 - f;
         sum += w * vec4(picture(at * (1.0 - 0.6 * pull * f) + middle), 1.0);
     }
     // The card is smooth along the rays and needs only every third look.
     for (int i = taps; i < kTaps; i += 3) {
-        float f = (float(i) + 3.0 * jitter) / float(kTaps + 2), w = 1.15 - f;
+        float f = (float(i) + 3.0 * shift) / float(kTaps + 2), w = 1.15 - f;
         sum += w * vec4(card(at * (1.0 - 0.6 * pull * f) + middle), 1.0);
     }
     vec3 colour = sum.rgb / sum.a;

@@ -19,7 +19,11 @@ const vec3 kInk = vec3(0.027, 0.035, 0.067);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 const vec3 kLuma = vec3(0.299, 0.587, 0.114);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -54,7 +58,7 @@ vec3 source(vec2 uv) {
 void main() {
     float aspect = iResolution.x / iResolution.y, time = mod(iTime, 600.0);
     float tick = floor(time * 25.0), dirt = clamp(uNoise, 0.0, 1.0), echo = clamp(uGhost, 0.0, 1.0);
-    float lines = min(288.0, iResolution.y * 0.5), line = floor(vUV.y * lines);
+    float lines = min(288.0, iResolution.y * 0.5), line = floor(vUV.y * lines + kOff);
 
     // Vertical hold: the picture creeps and now and then lurches; the blanking bar comes by with it.
     float lurch = smoothstep(0.72, 1.0, fract(time * 0.31)) * 0.35;
@@ -83,7 +87,7 @@ void main() {
     // Another station's carrier lies over it as a herringbone.
     float bone = sin(vUV.x * aspect * 260.0 + sin(vUV.y * 90.0 + time * 3.0) * 2.2 + time * 31.0);
     colour += dirt * 0.11 * bone * (0.6 + 0.4 * sin(vUV.y * 4.0 + time * 2.0));
-    colour += dirt * 0.24 * (hash(floor(vUV.x * lines * aspect), line, tick) - 0.5);
+    colour += dirt * 0.24 * (hash(vUV.x * lines * aspect + kOff, line, tick) - 0.5);
     vec3 bar = vec3(0.02) + 0.5 * kSteel * step(abs(y - 1.045), 0.012) * step(fract(x * 3.0), 0.8);
     colour = mix(colour, bar, blank);
     colour *= 0.95 + 0.05 * cos(6.2832 * vUV.y * lines);

@@ -24,7 +24,11 @@ const uint kGlyphs[17] = uint[17](
     0x6996996u, 0x699e886u, 0x7997111u, 0x111111fu, 0x699f999u, 0x999e886u, 0x137f731u, 0x0400040u,
     0x0000000u);
 const int kPlay[6] = int[6](10, 11, 12, 13, 16, 14);
+// Shifts grids off the pixels' centres: rounding decides on which side of an edge a point exactly on it lies.
+const float kOff = 0.013; // cells
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
 float hash(float x, float y, float z) {
     uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
     uint n = q.x ^ q.y ^ q.z;
@@ -68,7 +72,7 @@ void main() {
     float aspect = iResolution.x / iResolution.y;
     float tracking = clamp(uTracking, 0.0, 1.0), bleed = clamp(uBleed, 0.0, 1.0);
     float lines = min(240.0, iResolution.y * 0.5);
-    float line = floor(vUV.y * lines), tick = floor(mod(iTime, 600.0) * 30.0);
+    float line = floor(vUV.y * lines + kOff), tick = floor(mod(iTime, 600.0) * 30.0);
 
     // Every line starts a little late; the tape's wander adds to it.
     float x = vUV.x + (hash(line, tick, 1.0) - 0.5) * 0.0025;
@@ -98,10 +102,10 @@ void main() {
     // Noise: a fine one everywhere, dashes in the band and at the switch, drop-outs anywhere.
     float dash = hash(floor(vUV.x * 90.0 + 40.0 * hash(line, tick, 4.0)), line, tick);
     float dirt = clamp(band * 1.5 + switching, 0.0, 1.0);
-    colour = mix(colour, vec3(0.9) * step(0.5, fract(dash * 17.0)), step(1.0 - 0.5 * dirt, dash));
+    colour = mix(colour, vec3(0.9) * step(0.5, fract(dash * 256.0)), step(1.0 - 0.5 * dirt, dash));
     float fleck = hash(floor(vUV.x * 7.0 + 7.0 * hash(line, tick, 5.0)), line, tick + 50000.0);
     colour = mix(colour, kBone, 0.8 * step(0.9985, fleck));
-    colour += (hash(floor(vUV.x * lines * aspect * 0.6), line, tick) - 0.5) * 0.09;
+    colour += (hash(vUV.x * lines * aspect * 0.6 + kOff, line, tick) - 0.5) * 0.09;
     colour *= 0.93 + 0.07 * cos(6.2832 * vUV.y * lines);
 
     if (uSigns) {

@@ -17,10 +17,14 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
-float hash(float x) {
-    float q = fract(x * 0.1031);
-    q *= q + 33.33;
-    return fract(q * (q + q));
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 void main() {
@@ -42,7 +46,7 @@ void main() {
     float edge = smoothstep(0.012, -0.004, min(far_.r, far_.b));
 
     // Brushing runs across; the reflection of a window drifts over it.
-    float brushed = hash(floor(vUV.y * min(iResolution.y, 540.0)));
+    float brushed = hash(vUV.y * min(iResolution.y, 540.0) + 0.013, 1.0, 1.0);
     float sheen = 0.5 + 0.5 * sin(p.x * 2.3 + p.y * 0.9 - iTime * 0.9);
     vec3 colour = mix(mix(kSteel, kBone, 0.42), kBone, sheen * 0.85 + 0.15 * brushed);
     colour *= 0.97 - 0.1 * dot(p, p);

@@ -103,23 +103,21 @@ float reveal(float key, float q, float wide) {
     return smoothstep(0.0, 1.0, (q * (1.0 + wide) - key) / wide);
 }
 
-float hash(vec2 at) {
-    vec3 q = fract(vec3(at.xyx) * 0.1031);
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
-}
-
-vec2 hash2(vec2 at) {
-    vec3 q = fract(vec3(at.xyx) * vec3(0.1031, 0.103, 0.0973));
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.xx + q.yz) * q.zy);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 float noise(vec2 at) {
     vec2 i = floor(at), f = at - i;
     f *= f * (3.0 - 2.0 * f);
-    vec2 below = vec2(hash(i), hash(i + vec2(1.0, 0.0)));
-    vec2 above = vec2(hash(i + vec2(0.0, 1.0)), hash(i + 1.0));
+    vec2 below = vec2(hash(i.x, i.y, 1.0), hash(i.x + 1.0, i.y, 1.0));
+    vec2 above = vec2(hash(i.x, i.y + 1.0, 1.0), hash(i.x + 1.0, i.y + 1.0, 1.0));
     vec2 column = mix(below, above, f.y);
     return mix(column.x, column.y, f.x);
 }
@@ -149,7 +147,7 @@ float wipe(float key, float span) {
 // Bars slide in from both sides, one after the other.
 float slidingBands() {
     float count = float(clamp(bands, 1, 128));
-    float place = clamp((0.5 - y / height) * count, 0.0, count - 0.001);
+    float place = clamp((0.5 - y / height) * count + 0.003, 0.0, count - 0.001);
     float bar = floor(place);
     float way = mod(bar, 2.0) < 0.5 ? width : -width;
 
@@ -180,7 +178,7 @@ float curtains() {
     float foldPixels = squeeze * reach / (folds * pixel);
     float depth = smoothstep(0.0, 0.35, e) * smoothstep(3.0, 9.0, foldPixels);
     float gathered = abs(cloth + 0.6 * depth * sin(phase) / (folds * 2.0 * kPi));
-    moveA = right * (x < 0.0 ? -reach : reach) * (gathered - s);
+    moveA = right * (x < 0.1 * pixel ? -reach : reach) * (gathered - s);
 
     float ridge = 0.5 + 0.5 * cos(phase + 0.9);
     shadeA = 1.0 - depth * 0.75 * (1.0 - ridge) * (1.0 - 0.4 * ridge);
@@ -192,7 +190,8 @@ float curtains() {
 // Fine grain turns speck by speck, in faint clouds.
 float dissolve() {
     float grain = max(size.y / (120.0 * frequency), 1.0);
-    float key = mix(hash(floor(vUV * size / grain)), noise(pos * frequency + 11.0), 0.35);
+    vec2 speck = vUV * size / grain + 0.013;
+    float key = mix(hash(speck.x, speck.y, 2.0), noise(pos * frequency + 11.0), 0.35);
     float wide = max(soft, 0.002);
     shadeA = shadeB = 1.0 + 0.3 * exp2(-abs(share * (1.0 + wide) - key) * 40.0) * middle;
     return reveal(key, share, wide);
@@ -230,7 +229,8 @@ float organic() {
     vec2 pull = vec2(0.0);
     for (int i = 0; i < cells; ++i) {
         vec2 cell = vec2(i % 3, i / 3) - 1.0;
-        vec2 random = hash2(home + cell);
+        float lot = hash(home.x + cell.x, home.y + cell.y, 3.0);
+        vec2 random = vec2(lot, fract(lot * 4096.0)); // the lower bits are a chance of their own
         vec2 swim = abs(fract(random.yx + vec2(0.35, 0.28) * travel) - 0.5); // to and fro
         vec2 r = cell + 0.15 + 1.4 * swim - f;
         float weight = exp2(-13.0 * (length(r) + 0.7 * random.y));
@@ -258,24 +258,24 @@ float glitch() {
     float block = bounded(blockSizePx, 2.0, 0.5 * min(size.x, size.y));
     float tick = floor(24.0 * travel);
     float unrest = sin(kPi * p);
-    vec2 at = vUV * size;
+    vec2 at = vUV * size + 0.03;
     float row = floor(at.y / max(floor(block / 6.0), 1.0));
-    float tear = hash(vec2(row, tick)) < 0.22 * unrest ? 0.22 * unrest * (hash(vec2(tick, row)) - 0.5) : 0.0;
+    float tear = hash(row, tick, 5.0) < 0.22 * unrest ? 0.22 * unrest * (hash(row, tick, 6.0) - 0.5) : 0.0;
     at.x += tear * size.x;
 
     // Some blocks fall into quarters.
     vec2 cell = floor(at / block);
-    if (hash(cell + 3.7) > 0.55) {
+    if (hash(cell.x, cell.y, 7.0) > 0.55) {
         block *= 0.5;
         cell = floor(at / block) + 40.0;
     }
     vec2 centre = (floor(at / block) + 0.5) * block / size.y;
-    float key = mix(hash(cell), noise(centre * frequency + 8.0), 0.55);
-    key = clamp(key + (hash(cell + tick) - 0.5) * 0.3 * unrest, 0.0, 1.0);
+    float key = mix(hash(cell.x, cell.y, 8.0), noise(centre * frequency + 8.0), 0.55);
+    key = clamp(key + (hash(cell.x, cell.y, tick + 1000.0) - 0.5) * 0.3 * unrest, 0.0, 1.0);
     float wide = max(soft, 0.004);
 
     float hit = falling(0.0, 0.16, abs(share * (1.0 + wide) - key)) * unrest;
-    moveA = moveB = vec2(tear * aspect.x + (hash(cell - tick) - 0.5) * 0.2 * hit, 0.0);
+    moveA = moveB = vec2(tear * aspect.x + (hash(cell.x, cell.y, tick + 2000.0) - 0.5) * 0.2 * hit, 0.0);
     spread = vec2((0.004 + 0.03 * hit) * unrest, 0.0);
     float line = mod(floor(vUV.y * size.y / max(floor(size.y / 240.0), 1.0)), 2.0);
     shadeA = shadeB = mix(1.0, 0.56 + 0.94 * line, hit);
@@ -334,12 +334,12 @@ float pixellated() {
     float largest = bounded(blockSizePx, 1.0, 0.5 * min(size.x, size.y));
     float level = floor(15.0 * (1.0 - abs(2.0 * p - 1.0)) + 0.01) / 14.0;
     float block = floor(exp2(log2(largest) * min(level, 1.0)) + 0.5);
-    vec2 cell = floor((vUV - 0.5) * size / block + (block > 1.0 ? 0.5 : 0.0));
+    vec2 cell = floor((vUV - 0.5) * size / block + (block > 1.0 ? 0.503 : 0.0));
     if (block > 1.0) {
         moveA = moveB = cell * block * pixel - pos;
         spread = vec2(0.5 * block * pixel);
     }
-    return reveal(hash(cell + 900.0), clamp((p - 0.3) / 0.4, 0.0, 1.0), max(soft, 0.01));
+    return reveal(hash(cell.x, cell.y, 9.0), clamp((p - 0.3) / 0.4, 0.0, 1.0), max(soft, 0.01));
 }
 
 // A clock hand from twelve, clockwise.
@@ -350,6 +350,7 @@ float radialWipe() {
     shadeA = 1.0 - shadow((key - p * (1.0 + wide)) * around, middle);
     // The line where the hand sets out has a neighbour on its other side.
     float seam = 0.5 * clamp(1.0 - min(key, 1.0 - key) * around / pixel, 0.0, 1.0);
+    shadeA = mix(shadeA, 1.0, 2.0 * seam);
     return mix(reveal(key, p, wide), reveal(key < 0.5 ? 1.0 : 0.0, p, wide), seam);
 }
 
@@ -407,5 +408,5 @@ void main() {
     a.rgb = mix(a.rgb, tone.rgb * (0.15 + grey), tone.a) * shadeA + liftA;
     b.rgb *= shadeB;
     vec4 c = mix(a, b, w);
-    fragColor = vec4(mix(c.rgb, veil.rgb, veil.a) + glow, c.a);
+    fragColor = vec4(clamp(mix(c.rgb, veil.rgb, veil.a) + glow, 0.0, 1.0), c.a);
 }

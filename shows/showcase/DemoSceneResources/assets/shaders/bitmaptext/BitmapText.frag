@@ -105,7 +105,7 @@ bool isLit(vec2 p) {
 }
 
 void main() {
-    vec2 p = vec2(vUV.x, 1.0 - vUV.y) * iResolution - uTextPos;
+    vec2 p = vec2(vUV.x, 1.0 - vUV.y) * iResolution - uTextPos + 0.013;
     vec4 color = uBgColor;
     if (uScale > 0.0 && isLit(p)) {
         // The text over the colour behind it, both not premultiplied.

@@ -49,5 +49,5 @@ void main() {
     vec3 colour = alpha > 0.0 ? mix(a.rgb * a.a, b.rgb * b.a, w) / alpha : mix(a.rgb, b.rgb, w);
     float line = max(1.0 - abs(away) / feather, 0.0);
     colour += 0.3 * line * line * line * smoothstep(0.003, 0.03, uFeather) * kLight;
-    fragColor = vec4(colour, alpha * uAlpha);
+    fragColor = vec4(min(colour, 1.0), alpha * uAlpha);
 }

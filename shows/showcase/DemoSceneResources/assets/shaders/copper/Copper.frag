@@ -29,7 +29,7 @@ vec2 wordAt(vec2 p) {
 
 void main() {
     float aspect = iResolution.x / iResolution.y;
-    float lines = iResolution.y / max(2.0, floor(iResolution.y / uLines + 0.5));
+    float lines = iResolution.y / max(2.0, floor(iResolution.y / uLines + 0.501));
     float y = (floor(vUV.y * lines) + 0.5) / lines - 0.5;
     float x = (vUV.x - 0.5) * aspect;
     float beat = exp(-4.0 * fract(iTime * 2.0));
@@ -75,5 +75,5 @@ void main() {
     float cover = max(word.x, open);
     vec3 halo = mix(kEmber, kSteel, cold) * word.y * (1.0 - word.x) * (0.5 + 0.7 * beat);
     colour = mix(mix(kInk, colour, 0.035) + halo * (1.0 - open), colour, cover);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -11,23 +11,22 @@ uniform float uAlpha;           // 0..1
 uniform int uRenderMode;        // 0 glyph, 1 halo
 uniform vec3 uGlowColor;
 uniform float uGlowIntensity;   // 1 is as bright as the glyph's alpha
-uniform float uGlowRadius;      // texels
-
-const float kReach = 1.5; // radii by which a halo's quad is larger than its glyph's, on each side
+uniform float uGlowPad;         // px that a halo's quad is larger than its glyph's on each side
 
 // The glyph's alpha, blurred. The quad shows the cell's texture stretched over the halo's margin too; the
-// cell's size, told by how fast both coordinates run, gives back where the point lies in the cell, so that
-// halo and glyph cover each other and nothing of the neighbouring cells shines in.
+// cell's size and the quad's, told by how fast the coordinates run, give back where the point lies in the cell, so
+// that halo and glyph cover each other at any size and nothing of the neighbouring cells shines in.
 float blurredCover() {
     vec2 speed = vec2(length(vec2(dFdx(vUV.x), dFdy(vUV.x))), length(vec2(dFdx(vUV.y), dFdy(vUV.y))));
     vec2 run = vec2(length(vec2(dFdx(vCorner.x), dFdy(vCorner.x))), length(vec2(dFdx(vCorner.y), dFdy(vCorner.y))));
     vec2 cell = max(floor(speed / max(run * uTextureTexelSize, 1e-12) + 0.5), 1.0); // texels
     vec2 low = vUV / uTextureTexelSize - vCorner * cell;                            // its corner in the atlas
-    float margin = kReach * uGlowRadius;
-    vec2 at = low + vCorner * (cell + 2.0 * margin) - margin;
+    vec2 quad = 1.0 / max(run, 1e-12);                                              // px
+    vec2 texel = max(quad - 2.0 * uGlowPad, 1e-3) / cell;                           // px
+    vec2 at = low + (vCorner * quad - uGlowPad) / texel;
 
     // Weights run smoothly from tap to tap, so that large texels do not show. Wide halos skip texels.
-    float reach = max(margin, 1.0);
+    float reach = clamp(uGlowPad / min(texel.x, texel.y), 1.0, 1e6);
     float stride = max(reach / 3.0, 1.0);
     int taps = int(ceil(min(reach / stride, 3.0) - 0.5));
     ivec2 last = textureSize(uFontTexture, 0) - 1;
@@ -54,7 +53,7 @@ void main() {
         float halo = cover * (2.0 - cover); // thin strokes glow too
         fragColor = vec4(uGlowColor, min(halo * uGlowIntensity, 1.0) * vAlpha * uAlpha);
     } else {
-        vec4 texel = texture(uFontTexture, vUV);
+        vec4 texel = texture(uFontTexture, vUV + 0.021 * uTextureTexelSize);
         fragColor = vec4(texel.rgb, texel.a * vAlpha * uAlpha);
     }
 }

@@ -22,5 +22,5 @@ void main() {
     float warm = exp(-dot(a, a) * 9.0) + 0.5 * exp(-abs(a.x + 0.25 * a.y) * 7.0 - 1.8 * a.y * a.y);
     float cold = exp(-dot(b, b) * 6.0);
     vec3 light = kEmber * warm * uSides.x * breath + kSteel * cold * uSides.y * 0.7;
-    fragColor = vec4(light, uAlpha);
+    fragColor = vec4(min(light, 1.0), uAlpha);
 }

@@ -18,10 +18,14 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
-float hash(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * 0.1031);
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 // Distance to a sword of height 3.6 standing point down at the origin.
@@ -41,7 +45,7 @@ float world(vec3 p) {
     vec2 cell = floor(p.xz / kCell + 0.5);
     vec3 q = p;
     q.xz -= cell * kCell;
-    float h = hash(cell), g = fract(h * 57.3), size = 1.0;
+    float h = hash(cell.x, cell.y, 4.0), g = fract(h * 64.0), size = 1.0;
     if (abs(cell.x) < 0.5) {
         // The lane on the axis is kept free but for the great sword.
         if (abs(cell.y - 4.0) > 0.5) return 2.0 * kCell;
@@ -49,7 +53,7 @@ float world(vec3 p) {
         if (h < 0.22) return 2.0 * kCell;
         size = 0.3 + 0.28 * g;
         q.xz -= vec2(h, g) - 0.5;
-        q.x -= (fract(h * 7.0) - 0.5) * 0.34 * q.y;
+        q.x -= (fract(h * 4096.0) - 0.5) * 0.34 * q.y;
     }
     return sword(q / size) * size * 0.9;
 }
@@ -132,5 +136,5 @@ void main() {
         colour += under * kEmber * 0.28 * smoothstep(0.45, 1.0, glitter) * exp(-water * 0.05);
     }
     colour += kEmber * 0.05 * beat;
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

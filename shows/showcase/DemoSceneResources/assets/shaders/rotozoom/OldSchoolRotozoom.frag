@@ -20,11 +20,11 @@ const vec3 kBone = vec3(0.95, 0.92, 0.87);
 
 // Four inks of a bar: ground, daggers, rings, gems.
 void inks(float bar, out vec3 ground, out vec3 blade, out vec3 ring, out vec3 gem) {
-    float turn = mod(bar, 3.0);
+    int turn = int(bar) % 3;
     ground = kInk; blade = kEmber; ring = kSteel * 0.75; gem = kBone;
-    if (turn > 1.5) {
+    if (turn == 2) {
         ground = kBone * 0.94; blade = kInk; ring = kEmber; gem = kEmber;
-    } else if (turn > 0.5) {
+    } else if (turn == 1) {
         ground = kEmber * 0.95; blade = kInk; ring = vec3(0.56, 0.1, 0.07); gem = kBone;
     }
 }
@@ -68,5 +68,5 @@ void main() {
     // One half of each blade is ground darker, as on a real edge.
     colour *= 1.0 + 0.16 * cover.r * smoothstep(0.0, -0.03, d.r);
     colour = mix(colour, gem, cover.b);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -17,20 +17,27 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kHot = vec3(1.0, 0.7, 0.36);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
+}
+
+// Three chances in the bits of one: what a power of two leaves behind the point is exact.
 vec3 hash3(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * vec3(0.1031, 0.1030, 0.0973));
-    q += dot(q, q.yxz + 33.33);
-    return fract((q.xxy + q.yzz) * q.zyx);
+    float h = hash(p.x, p.y, 1.0);
+    return vec3(fract(h * 256.0), fract(h * 4096.0), h);
 }
 
 float noise(vec2 p) {
     vec2 i = floor(p), f = fract(p);
     f = f * f * (3.0 - 2.0 * f);
-    vec4 x = fract(vec4(i.x, i.x + 1.0, i.x, i.x + 1.0) * 0.1031);
-    vec4 y = fract(vec4(i.y, i.y, i.y + 1.0, i.y + 1.0) * 0.1030);
-    vec4 h = x * (y + 33.33) + y * (x + 27.71);
-    h = fract((x + h) * (y + h));
-    return mix(mix(h.x, h.y, f.x), mix(h.z, h.w, f.x), f.y);
+    return mix(mix(hash(i.x, i.y, 7.0), hash(i.x + 1.0, i.y, 7.0), f.x),
+               mix(hash(i.x, i.y + 1.0, 7.0), hash(i.x + 1.0, i.y + 1.0, 7.0), f.x), f.y);
 }
 
 // -1..1, in place of a sine where the shape of the swing does not show.
@@ -42,7 +49,7 @@ vec3 stars(vec2 p, float t) {
     vec3 sum = vec3(0.0);
     for (int i = 0; i < 2; ++i) {
         vec2 q = p * (13.0 + 9.0 * float(i)) + vec2(7.7 * float(i), t * 0.06);
-        vec3 h = hash3(floor(q) + 91.0);
+        vec3 h = hash3(floor(q) + vec2(91.0, 50.0 * float(i)));
         float d = length(fract(q) - 0.2 - 0.6 * h.xy);
         float twinkle = 0.6 + 0.4 * swing(t * (1.0 + 2.0 * h.y) + 40.0 * h.x);
         sum += smoothstep(0.16, 0.0, d) * step(0.62, h.z) * twinkle * h.z * kSteel;
@@ -62,7 +69,7 @@ vec3 embers(vec2 p, float t) {
         vec3 h = hash3(floor(q));
         vec2 f = fract(q) - 0.32 - 0.36 * h.xy;
         // Mostly sparks, now and then a flake; each tumbles around its own axis.
-        float rare = fract(h.z * 37.7 + h.x * 11.3);
+        float rare = fract(h.z * 65536.0);
         float tumble = swing(t * (1.0 + 2.0 * h.y) + 30.0 * h.x);
         f += tumble * vec2(f.y, -f.x);
         float d = length(f * vec2(1.0, mix(0.85, 0.4, rare * rare)));
@@ -94,5 +101,5 @@ void main() {
     light += uStars * kSteel * 0.1 * smoke * smoothstep(-0.3, 0.6, p.y);
     light += uStars * stars(p, t) * smoothstep(-0.45, 0.2, p.y);
     light += embers(p, t);
-    fragColor = vec4(kInk * uGround + light, uAlpha);
+    fragColor = vec4(min(kInk * uGround + light, 1.0), uAlpha);
 }

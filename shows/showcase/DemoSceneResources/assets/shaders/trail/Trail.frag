@@ -42,5 +42,5 @@ void main() {
     colour = mix(colour, vec3(1.0, 0.7, 0.42), smoothstep(0.62, 0.85, heat));
     colour = mix(colour, kBone, smoothstep(0.85, 1.0, heat));
     colour += kEmber * glow * 0.45;
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

@@ -12,10 +12,14 @@ uniform sampler2D uBufferA;  // this buffer one frame ago
 uniform float uSwirl = 1.0;  // strength of the flow, relative
 uniform float uMark = 1.2;   // height of the struck picture in frame heights
 
-float hash(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * 0.1031);
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 const int kSparks = 6;
@@ -39,7 +43,7 @@ void main() {
     vec2 old = texture(uBufferA, from / vec2(aspect, 1.0) + 0.5).rg;
 
     // Eight bits hold the buffer: without the dither, slow decay would stop short of black.
-    float dither = (hash(gl_FragCoord.xy + 17.0 * float(iFrame % 64)) - 0.5) / 255.0;
+    float dither = (hash(gl_FragCoord.x, gl_FragCoord.y, float(iFrame % 64)) - 0.5) / 255.0;
     vec2 aged = old * exp(-dt * vec2(1.35, 0.4)) - dt * vec2(0.05, 0.03);
     aged += dither * step(0.002, max(old.r, old.g));
 

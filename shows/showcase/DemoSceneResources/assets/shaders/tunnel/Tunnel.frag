@@ -19,10 +19,14 @@ const vec3 kEmber = vec3(1.0, 0.31, 0.15);
 const vec3 kSteel = vec3(0.44, 0.65, 0.78);
 const vec3 kHot = vec3(1.0, 0.7, 0.36);
 
-float hash(vec2 p) {
-    vec3 q = fract(vec3(p.xyx) * 0.1031);
-    q += dot(q, q.yzx + 33.33);
-    return fract((q.x + q.y) * q.z);
+// Chance for three whole numbers, 0 to 1 and never 1. It is reckoned in integers: floats are rounded by every
+// compiler in its own way, and the same lot must fall on every machine.
+float hash(float x, float y, float z) {
+    uvec3 q = uvec3(ivec3(floor(vec3(x, y, z)))) * uvec3(0x8da6b343u, 0xd8163841u, 0xcb1ab31fu);
+    uint n = q.x ^ q.y ^ q.z;
+    n = (n ^ (n >> 15)) * 0x2c1b3c6du;
+    n = (n ^ (n >> 13)) * 0x297a2d39u;
+    return float((n ^ (n >> 15)) >> 8) / 16777216.0;
 }
 
 vec2 axis(float z) {
@@ -52,7 +56,7 @@ void main() {
     side = mod(side, kSides);
     float z = depth + travel;
     float plate = floor(z), along = fract(z) - 0.5;
-    float grain = hash(vec2(side, plate));
+    float grain = hash(side, plate, 1.0);
     // Widths of one output pixel, for seams that neither crawl nor break up far away.
     float pixelAlong = 1.55 * depth * depth / iResolution.y;
     float pixelAcross = 1.55 * depth * kSides / (2.0 * kPi) / iResolution.y;
@@ -88,5 +92,5 @@ void main() {
     // The furnace at the far end.
     float core = smoothstep(5.0, kFar, depth);
     colour += kEmber * core * (0.8 + 0.4 * pulse) + kHot * pow(core, 3.0) * (0.5 + 0.4 * pulse);
-    fragColor = vec4(colour, uAlpha);
+    fragColor = vec4(clamp(colour, 0.0, 1.0), uAlpha);
 }

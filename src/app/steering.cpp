@@ -50,6 +50,8 @@ void seekTo(Player& player, const VisualRange& range, float t) {
     jumpClock(player.clock, static_cast<double>(target));
     seekEffects(player.timeline, target);
     player.log.lastKey.clear();
+    const double musicOffset = static_cast<double>(player.config.startOffset);
+    jumpMusic(player.recorder, musicFrame(musicOffset, static_cast<double>(target)));
     restartCounter(player.clock);
 }
 

@@ -46,7 +46,7 @@ class VideoTest(PlayerTest):
     def clicks(self, name):
         """Times at which sound begins, its peak, and when all of it ends."""
         # Silence stands in for what the container leaves out at the beginning.
-        whole = f"-map 0:a -af aresample=async=1:first_pts=0 -ac 1 -ar {RATE} -f f32le"
+        whole = f"-map 0:a -af aresample=async=1:first_pts=0,pan=mono|c0=c0 -ar {RATE} -f f32le"
         samples = array.array("f", self.decode(name, *whole.split()))
         loud = [i for i, value in enumerate(samples) if abs(value) > 0.1]
         times = [i / RATE for before, i in zip([-RATE, *loud], loud) if i - before > RATE // 10]

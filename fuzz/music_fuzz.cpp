@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    constexpr size_t kFrames = kMusicRate; // decoded of each, at most
+    constexpr size_t kFrames = 8192; // decoded of each, at most
     static int16_t samples[kFrames * kMusicChannels];
     if (size == 0) return 0; // no file can be made of nothing
     Decoder decoder;

@@ -23,6 +23,7 @@ macro(add_music_library name package)
   endif()
   list(APPEND MUSIC_LIBRARY_NAMES ${prefix}_NAME="${CMAKE_MATCH_1}")
   list(APPEND MUSIC_INCLUDE_DIRS ${${prefix}_INCLUDE_DIRS})
+  set_property(GLOBAL APPEND PROPERTY QUILLON_MUSIC_LIBRARIES ${CMAKE_MATCH_1}) # the package names them
 endmacro()
 
 add_music_library(mpg123 libmpg123)

@@ -120,8 +120,7 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
         config.baseDir.clear();
         return config;
     }
-    const char* cursor = skipByteOrderMark(bytes);
-    const JsonValue root = parseJson(cursor);
+    const JsonValue root = parseJsonFile(skipByteOrderMark(bytes), file);
 
     config.baseDir = parentDirectory(file);
     logLine("[CONFIG] baseDir = %s\n", config.baseDir.c_str());

@@ -1,5 +1,8 @@
 #include "foundation/json.h"
 
+#include "foundation/log.h"
+
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -129,16 +132,34 @@ const char* parseString(const char* at, std::string& text) {
     }
 }
 
-const char* parseValue(const char* at, JsonValue& value, int depth, int& budget);
+// What the lists of a text may still take, and why it was not read to its end.
+struct Limits {
+    size_t bytes = kJsonMaxBytes;
+    JsonLimit reached = JsonLimit::none;
+};
 
-// `depth` counts the containers around a value, this one included; `budget` the values that may still be read.
-const char* parseArray(const char* at, JsonValue& value, int depth, int& budget) {
+// False when there is no memory left for another child: then every container around it ends too. Growing is done
+// here, so that the count does not hang on how the library would do it.
+template <typename Child>
+bool makeRoom(std::vector<Child>& children, Limits& limits) {
+    if (children.size() < children.capacity()) return limits.reached == JsonLimit::none;
+    const size_t more = std::max(children.capacity(), kUsualChildren);
+    if (more * sizeof(Child) > limits.bytes) limits.reached = JsonLimit::memory;
+    if (limits.reached != JsonLimit::none) return false;
+    limits.bytes -= more * sizeof(Child);
+    children.reserve(children.capacity() + more);
+    return true;
+}
+
+const char* parseValue(const char* at, JsonValue& value, int depth, Limits& limits);
+
+// `depth` counts the containers around a value, this one included.
+const char* parseArray(const char* at, JsonValue& value, int depth, Limits& limits) {
     value.kind = JsonKind::array;
     at = skipWhitespace(at + 1);
     if (*at == ']') return at + 1;
-    value.items.reserve(kUsualChildren);
-    while (*at != '\0' && budget-- > 0) {
-        at = skipWhitespace(parseValue(at, value.items.emplace_back(), depth, budget));
+    while (*at != '\0' && makeRoom(value.items, limits)) {
+        at = skipWhitespace(parseValue(at, value.items.emplace_back(), depth, limits));
         if (*at == ']') return at + 1;
         if (*at != ',') return at;
         ++at;
@@ -146,16 +167,15 @@ const char* parseArray(const char* at, JsonValue& value, int depth, int& budget)
     return at;
 }
 
-const char* parseObject(const char* at, JsonValue& value, int depth, int& budget) {
+const char* parseObject(const char* at, JsonValue& value, int depth, Limits& limits) {
     value.kind = JsonKind::object;
     at = skipWhitespace(at + 1);
     if (*at == '}') return at + 1;
-    value.members.reserve(kUsualChildren);
-    while (*at != '\0' && budget-- > 0) {
+    while (*at != '\0' && makeRoom(value.members, limits)) {
         auto& [key, child] = value.members.emplace_back();
         at = skipWhitespace(parseString(skipWhitespace(at), key));
         if (*at == ':') ++at;
-        at = skipWhitespace(parseValue(at, child, depth, budget));
+        at = skipWhitespace(parseValue(at, child, depth, limits));
         if (*at != ',') break;
         ++at;
     }
@@ -163,12 +183,15 @@ const char* parseObject(const char* at, JsonValue& value, int depth, int& budget
 }
 
 // Expects an empty `value`, and fills it where it stands: children are never moved into their parents.
-const char* parseValue(const char* at, JsonValue& value, int depth, int& budget) {
+const char* parseValue(const char* at, JsonValue& value, int depth, Limits& limits) {
     at = skipWhitespace(at);
     if (*at == '{' || *at == '[') {
         // An unread bracket is neither comma nor closing bracket, so every container around it ends here.
-        if (depth == kJsonMaxDepth) return at;
-        return *at == '{' ? parseObject(at, value, depth + 1, budget) : parseArray(at, value, depth + 1, budget);
+        if (depth == kJsonMaxDepth) {
+            limits.reached = JsonLimit::depth;
+            return at;
+        }
+        return *at == '{' ? parseObject(at, value, depth + 1, limits) : parseArray(at, value, depth + 1, limits);
     }
     if (*at == '"') {
         value.kind = JsonKind::string;
@@ -190,16 +213,30 @@ const char* parseValue(const char* at, JsonValue& value, int depth, int& budget)
 
 } // namespace
 
-JsonValue parseJson(const char*& cursor) {
+JsonValue parseJson(const char*& cursor, JsonLimit* reached) {
     JsonValue value;
-    int budget = kJsonMaxValues;
-    cursor = parseValue(cursor, value, 0, budget);
+    Limits limits;
+    cursor = parseValue(cursor, value, 0, limits);
+    if (reached) *reached = limits.reached;
     return value;
 }
 
 JsonValue parseJson(const std::string& text) {
     const char* cursor = text.c_str();
     return parseJson(cursor);
+}
+
+JsonValue parseJsonFile(const char* text, const std::string& path) {
+    const char* end = text;
+    JsonLimit reached = JsonLimit::none;
+    JsonValue root = parseJson(end, &reached);
+    if (reached == JsonLimit::none) return root;
+    const auto bytes = static_cast<long long>(end - text), lines = static_cast<long long>(std::count(text, end, '\n'));
+    const std::string reason = reached == JsonLimit::memory
+                                   ? "its values take more than " + std::to_string(kJsonMaxBytes >> 20) + " MB"
+                                   : "nested deeper than " + std::to_string(kJsonMaxDepth) + " lists and objects";
+    logLine("[WARN] %s: left out from line %lld, byte %lld on: %s\n", path.c_str(), lines + 1, bytes, reason.c_str());
+    return root;
 }
 
 const JsonValue& find(const JsonValue& value, std::string_view key) {

@@ -1,6 +1,7 @@
 // The JSON document model and its forgiving parser: malformed text yields what could be read.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -30,15 +31,22 @@ struct JsonValue::Member {
 // a tree all recurse, and the stack must last however many brackets a file opens.
 constexpr int kJsonMaxDepth = 512;
 
-// Parsing stops at so many values: a comma is enough for one, and each takes a hundred bytes of memory.
-constexpr int kJsonMaxValues = 1 << 19;
+// Parsing stops where the lists of values would take more memory than this: a comma is enough for a value of a hundred
+// bytes. Some two million numbers, or half as many members of objects.
+constexpr size_t kJsonMaxBytes = size_t{1} << 28;
+
+// What made parsing stop before the end of what a text holds.
+enum class JsonLimit { none, memory, depth };
 
 // Parses the value at `cursor`, which points into NUL-terminated text and is advanced past what was
 // consumed. Never fails: malformed input gives a partial tree, text that is no JSON the number 0.
-JsonValue parseJson(const char*& cursor);
+JsonValue parseJson(const char*& cursor, JsonLimit* reached = nullptr);
 JsonValue parseJson(const std::string& text);
 
 // The first member named `key` (compared byte for byte), or a shared null value when there is none or
+// The same for the text of a file: what a limit leaves out is said in the log, under the file's path.
+JsonValue parseJsonFile(const char* text, const std::string& path);
+
 // `value` is not an object, so that look-ups chain without a test between them.
 const JsonValue& find(const JsonValue& value, std::string_view key);
 

@@ -75,7 +75,7 @@ void loadBitmapFont(const std::string& baseDir) {
         logLine("[FONT] bitmapfont.json not found\n");
         return;
     }
-    const JsonValue root = parseJson(readTextFile(path));
+    const JsonValue root = parseJsonFile(readTextFile(path).c_str(), path);
     if (root.kind != JsonKind::array) return;
     const std::vector<BitmapGlyph> glyphs = readGlyphs(root, path);
     if (glyphs.empty()) return;

@@ -161,7 +161,7 @@ ColorFont readFont(const std::string& baseDir, const std::string& jsonPath) {
     ColorFont font;
     const std::string text = readTextFile(jsonPath);
     if (text.empty()) return font;
-    const JsonValue root = parseJson(text);
+    const JsonValue root = parseJsonFile(text.c_str(), jsonPath);
     if (root.kind != JsonKind::object) return font;
     const std::string texture = getString(find(root, "texture"), "");
     readDescription(root, font);

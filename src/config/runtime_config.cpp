@@ -37,8 +37,8 @@ void readAssets(RuntimeConfig& config, const JsonValue& json) {
 void readAudio(RuntimeConfig& config, const JsonValue& audio) {
     const std::string path = getString(find(audio, "path"), "");
     if (!path.empty()) config.audioPath = resolveAssetPath(path, *config.assets, config.baseDir);
-    config.volume = getFinite(find(audio, "volume"), config.volume);
-    config.startOffset = getFinite(find(audio, "startOffset"), config.startOffset);
+    config.volume = getBounded(find(audio, "volume"), config.volume, 0.0f, 1.0f);
+    config.startOffset = getBounded(find(audio, "startOffset"), config.startOffset, 0.0f, kNoBound);
 }
 
 void readFallbackImage(RuntimeConfig& config, const JsonValue& root) {

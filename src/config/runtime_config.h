@@ -27,10 +27,10 @@ struct RuntimeConfig {
     int height = 720;
     bool fullscreen = false;
     bool loop = true;
-    bool nativeRuntime = false; // flat timeline of entries instead of a list of scenes
-    std::string audioPath;      // resolved; empty without music
-    float volume = 1.0f;
-    float startOffset = 0.0f;      // seconds into the music at timeline time 0
+    bool nativeRuntime = false;    // flat timeline of entries instead of a list of scenes
+    std::string audioPath;         // resolved; empty without music
+    float volume = 1.0f;           // 0..1
+    float startOffset = 0.0f;      // seconds into the music at timeline time 0, at least 0
     std::string fallbackImagePath; // resolved; never empty after loading
     std::shared_ptr<const AssetMap> assets = std::make_shared<AssetMap>();
     std::unordered_map<std::string, TransitionSpec> transitions;

@@ -12,9 +12,9 @@ enum Child { kSource, kTarget };
 
 BlendBlock readBlend(const JsonValue& params, float duration) {
     BlendBlock blend;
-    blend.startTime = std::max(0.0f, getFinite(find(params, "startTime"), 0.0f));
-    blend.blendDuration = getFinite(find(params, "blendDuration"), duration - blend.startTime);
-    blend.blendDuration = std::max(blend.blendDuration, kLeastDuration);
+    blend.startTime = getBounded(find(params, "startTime"), blend.startTime, 0.0f, kNoBound);
+    const float rest = duration - blend.startTime;
+    blend.blendDuration = getBounded(find(params, "blendDuration"), rest, kLeastDuration, kNoBound);
     return blend;
 }
 

@@ -62,11 +62,11 @@ float insetAlpha(const PipBlock& pip, float t) {
 
 PipBlock readPip(const JsonValue& params) {
     PipBlock pip;
-    pip.scale = std::clamp(getFinite(find(params, "pipScale"), pip.scale), 0.05f, 1.0f);
+    pip.scale = getBounded(find(params, "pipScale"), pip.scale, 0.05f, 1.0f);
     pip.margin = std::max(getInt(find(params, "pipMargin"), pip.margin), 0);
-    pip.alpha = std::clamp(getFinite(find(params, "pipAlpha"), pip.alpha), 0.0f, 1.0f);
-    pip.delay = std::max(getFinite(find(params, "pipDelay"), 0.0f), 0.0f);
-    pip.fadeIn = std::max(getFinite(find(params, "pipFadeIn"), 0.0f), 0.0f);
+    pip.alpha = getBounded(find(params, "pipAlpha"), pip.alpha, 0.0f, 1.0f);
+    pip.delay = getBounded(find(params, "pipDelay"), pip.delay, 0.0f, kNoBound);
+    pip.fadeIn = getBounded(find(params, "pipFadeIn"), pip.fadeIn, 0.0f, kNoBound);
     pip.corner = readCorner(params);
     return pip;
 }

@@ -57,11 +57,11 @@ SplitBlock readSplit(const JsonValue& params) {
     SplitBlock split;
     split.mode = splitModeCode(getString(find(params, "mode"), "vertical"));
     split.speed = getFinite(find(params, "speed"), split.speed);
-    split.amplitude = std::clamp(getFinite(find(params, "amplitude"), split.amplitude), 0.0f, 1.0f);
-    split.position = std::clamp(getFinite(find(params, "position"), split.position), 0.0f, 1.0f);
-    split.feather = std::clamp(getFinite(find(params, "feather"), split.feather), 0.0001f, 0.5f);
+    split.amplitude = getBounded(find(params, "amplitude"), split.amplitude, 0.0f, 1.0f);
+    split.position = getBounded(find(params, "position"), split.position, 0.0f, 1.0f);
+    split.feather = getBounded(find(params, "feather"), split.feather, 0.0001f, 0.5f);
     split.angle = getFinite(find(params, "angle"), 45.0f) * 3.1415927f / 180.0f;
-    split.waveFrequency = std::max(getFinite(find(params, "waveFrequency"), split.waveFrequency), 0.1f);
+    split.waveFrequency = getBounded(find(params, "waveFrequency"), split.waveFrequency, 0.1f, kNoBound);
     split.invert = getBool(find(params, "invert"), split.invert);
     return split;
 }

@@ -14,9 +14,9 @@ constexpr float kLeastOverlap = 0.0001f; // seconds
 
 BlendStep readStep(const JsonValue& json) {
     BlendStep step;
-    step.start = getFinite(find(json, "start"), getFinite(find(json, "startTime"), 0.0f));
-    step.start = std::max(step.start, 0.0f);
-    step.duration = std::max(getFinite(find(json, "duration"), 1.0f), kLeastDuration);
+    step.start = getBounded(find(json, "startTime"), step.start, 0.0f, kNoBound);
+    step.start = getBounded(find(json, "start"), step.start, 0.0f, kNoBound);
+    step.duration = getBounded(find(json, "duration"), step.duration, kLeastDuration, kNoBound);
     return step;
 }
 

@@ -251,9 +251,13 @@ float getNumber(const JsonValue& value, float fallback) {
     return value.kind == JsonKind::number ? static_cast<float>(value.number) : fallback;
 }
 
+float getBounded(const JsonValue& value, float fallback, float low, float high) {
+    const float number = std::clamp(getNumber(value, fallback), low, high); // leaves NaN as it is
+    return std::isfinite(number) ? number : std::clamp(fallback, low, high);
+}
+
 float getFinite(const JsonValue& value, float fallback) {
-    const float number = getNumber(value, fallback);
-    return std::isfinite(number) ? number : fallback;
+    return getBounded(value, fallback, -kNoBound, kNoBound);
 }
 
 std::string getString(const JsonValue& value, const char* fallback) {
@@ -267,7 +271,7 @@ bool getBool(const JsonValue& value, bool fallback) {
 int32_t getInt(const JsonValue& value, int32_t fallback) {
     constexpr int32_t kLowest = std::numeric_limits<int32_t>::min();
     constexpr int32_t kHighest = std::numeric_limits<int32_t>::max();
-    if (value.kind != JsonKind::number || std::isnan(value.number)) return fallback;
+    if (value.kind != JsonKind::number || !std::isfinite(value.number)) return fallback;
     if (value.number <= kLowest) return kLowest;
     if (value.number >= kHighest) return kHighest;
     return static_cast<int32_t>(value.number);

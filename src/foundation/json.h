@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,10 +44,10 @@ enum class JsonLimit { none, memory, depth };
 JsonValue parseJson(const char*& cursor, JsonLimit* reached = nullptr);
 JsonValue parseJson(const std::string& text);
 
-// The first member named `key` (compared byte for byte), or a shared null value when there is none or
 // The same for the text of a file: what a limit leaves out is said in the log, under the file's path.
 JsonValue parseJsonFile(const char* text, const std::string& path);
 
+// The first member named `key` (compared byte for byte), or a shared null value when there is none or
 // `value` is not an object, so that look-ups chain without a test between them.
 const JsonValue& find(const JsonValue& value, std::string_view key);
 
@@ -55,8 +56,17 @@ float getNumber(const JsonValue& value, float fallback);
 std::string getString(const JsonValue& value, const char* fallback);
 bool getBool(const JsonValue& value, bool fallback);
 
-// A number that is also finite: a show's "1e999" or "nan" would poison every comparison on its way.
+// Numbers that are not finite would poison every comparison on their way, so a show's settings are read by the
+// three below. What "nan" or "1e999" gives is decided here alone.
+
+constexpr float kNoBound = std::numeric_limits<float>::infinity();
+
+// A number brought into low..high, where -kNoBound and kNoBound are no ends. An infinite one takes the end on its
+// side, and `fallback` where there is none; so does NaN. The fallback is brought into the range too.
+float getBounded(const JsonValue& value, float fallback, float low, float high);
+
+// The same without any range: a number that is not finite gives `fallback`.
 float getFinite(const JsonValue& value, float fallback);
 
-// Narrowed toward zero; numbers outside the 32-bit range stop at its ends, NaN gives `fallback`.
+// Narrowed toward zero; numbers outside the 32-bit range stop at its ends, one that is not finite gives `fallback`.
 int32_t getInt(const JsonValue& value, int32_t fallback);

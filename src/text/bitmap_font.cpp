@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <vector>
 
 namespace {
@@ -18,10 +17,6 @@ struct BitmapGlyph {
 };
 
 GLuint glyphTexture = 0;
-
-bool isFiniteNumber(const JsonValue& value) {
-    return value.kind == JsonKind::number && std::isfinite(value.number);
-}
 
 std::string findFont(const std::string& baseDir) {
     const std::string inResources = joinPath(joinPath(baseDir, "DemoSceneResources"), "assets");
@@ -34,13 +29,10 @@ std::string findFont(const std::string& baseDir) {
 
 // False for an element that is no glyph.
 bool readGlyph(const JsonValue& json, BitmapGlyph& glyph) {
-    const JsonValue& code = find(json, "code");
     const JsonValue& rows = find(json, "rows");
-    if (!isFiniteNumber(code) || rows.kind != JsonKind::array || rows.items.size() < kBitmapGlyphRows) return false;
-    glyph.code = getInt(code, -1);
-    for (size_t r = 0; r < kBitmapGlyphRows; ++r) {
-        glyph.rows[r] = isFiniteNumber(rows.items[r]) ? getInt(rows.items[r], 0) : 0;
-    }
+    if (rows.kind != JsonKind::array || rows.items.size() < kBitmapGlyphRows) return false;
+    glyph.code = getInt(find(json, "code"), -1);
+    for (size_t r = 0; r < kBitmapGlyphRows; ++r) glyph.rows[r] = getInt(rows.items[r], 0);
     return glyph.code >= 0;
 }
 

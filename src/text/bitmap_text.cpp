@@ -57,7 +57,7 @@ bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program)
     text.params = parseBitmapTextParams(params);
     text.params.program = program;
     text.uniforms = resolveUniforms(program);
-    text.alpha = std::clamp(getFinite(find(params, "alpha"), 1.0f), 0.0f, 1.0f);
+    text.alpha = getBounded(find(params, "alpha"), text.alpha, 0.0f, 1.0f);
     text.textLength = static_cast<int>(text.params.text.size());
     text.codeTexture = createCodeTexture(text.params.text);
     return true;

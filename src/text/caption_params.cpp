@@ -11,7 +11,7 @@ constexpr float kMinScale = 0.25f, kMaxScale = 16.0f;
 constexpr float kMinSpacing = 0.5f, kMaxSpacing = 4.0f;
 
 void readNumber(const JsonValue& value, float& number, float low, float high) {
-    number = std::clamp(getFinite(value, number), low, high);
+    number = getBounded(value, number, low, high);
 }
 
 void readScale(const JsonValue& value, float& scale) {

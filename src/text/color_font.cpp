@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 
 namespace {
@@ -62,11 +61,7 @@ std::string firstExisting(std::initializer_list<std::string> candidates) {
 }
 
 void readDescription(const JsonValue& root, ColorFont& font) {
-    // Not finite counts as missing; getInt brings what is too large to the ends of the range.
-    const auto whole = [&](const char* key, int fallback) {
-        const JsonValue& value = find(root, key);
-        return std::isfinite(value.number) ? getInt(value, fallback) : fallback;
-    };
+    const auto whole = [&](const char* key, int fallback) { return getInt(find(root, key), fallback); };
     font.cellWidth = whole("cellWidth", 32);
     font.cellHeight = whole("cellHeight", 32);
     font.columns = whole("columns", 16);

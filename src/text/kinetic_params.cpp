@@ -2,8 +2,6 @@
 
 #include "foundation/log.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr const char* kTextForEmpty = "WE ARE THE SIGNAL";
@@ -14,31 +12,29 @@ struct FloatKey {
     float low, high;
 };
 
-constexpr float kAny = 3.4e38f;
-
 constexpr FloatKey kFloatKeys[] = {
-    {"scale", &KineticTextParams::scale, 0.01f, kAny},
-    {"tracking", &KineticTextParams::tracking, -kAny, kAny},
-    {"lineSpacing", &KineticTextParams::lineSpacing, 0.1f, kAny},
+    {"scale", &KineticTextParams::scale, 0.01f, kNoBound},
+    {"tracking", &KineticTextParams::tracking, -kNoBound, kNoBound},
+    {"lineSpacing", &KineticTextParams::lineSpacing, 0.1f, kNoBound},
     {"alpha", &KineticTextParams::alpha, 0.0f, 1.0f},
-    {"stagger", &KineticTextParams::stagger, 0.0f, kAny},
-    {"writeSpeed", &KineticTextParams::writeSpeed, 0.01f, kAny},
-    {"waveAmount", &KineticTextParams::waveAmount, -kAny, kAny},
-    {"waveSpeed", &KineticTextParams::waveSpeed, -kAny, kAny},
-    {"punchAmount", &KineticTextParams::punchAmount, 0.0f, kAny},
-    {"punchDecay", &KineticTextParams::punchDecay, 0.01f, kAny},
-    {"scrambleDuration", &KineticTextParams::scrambleDuration, 0.0f, kAny},
-    {"scrambleRate", &KineticTextParams::scrambleRate, 1.0f, kAny},
-    {"explodeAmount", &KineticTextParams::explodeAmount, 0.0f, kAny},
-    {"explodeSpeed", &KineticTextParams::explodeSpeed, 0.01f, kAny},
-    {"explodeSpin", &KineticTextParams::explodeSpin, -kAny, kAny},
+    {"stagger", &KineticTextParams::stagger, 0.0f, kNoBound},
+    {"writeSpeed", &KineticTextParams::writeSpeed, 0.01f, kNoBound},
+    {"waveAmount", &KineticTextParams::waveAmount, -kNoBound, kNoBound},
+    {"waveSpeed", &KineticTextParams::waveSpeed, -kNoBound, kNoBound},
+    {"punchAmount", &KineticTextParams::punchAmount, 0.0f, kNoBound},
+    {"punchDecay", &KineticTextParams::punchDecay, 0.01f, kNoBound},
+    {"scrambleDuration", &KineticTextParams::scrambleDuration, 0.0f, kNoBound},
+    {"scrambleRate", &KineticTextParams::scrambleRate, 1.0f, kNoBound},
+    {"explodeAmount", &KineticTextParams::explodeAmount, 0.0f, kNoBound},
+    {"explodeSpeed", &KineticTextParams::explodeSpeed, 0.01f, kNoBound},
+    {"explodeSpin", &KineticTextParams::explodeSpin, -kNoBound, kNoBound},
     {"explodeFade", &KineticTextParams::explodeFade, 0.0f, 1.0f},
-    {"outlineGlowIntensity", &KineticTextParams::glowIntensity, 0.0f, kAny},
-    {"outlineGlowRadius", &KineticTextParams::glowRadius, 0.0f, kAny},
-    {"glitchAmount", &KineticTextParams::glitchAmount, 0.0f, kAny},
-    {"glitchJitter", &KineticTextParams::glitchJitter, 0.0f, kAny},
+    {"outlineGlowIntensity", &KineticTextParams::glowIntensity, 0.0f, kNoBound},
+    {"outlineGlowRadius", &KineticTextParams::glowRadius, 0.0f, kNoBound},
+    {"glitchAmount", &KineticTextParams::glitchAmount, 0.0f, kNoBound},
+    {"glitchJitter", &KineticTextParams::glitchJitter, 0.0f, kNoBound},
     {"glitchFlicker", &KineticTextParams::glitchFlicker, 0.0f, 1.0f},
-    {"glitchRate", &KineticTextParams::glitchRate, 0.1f, kAny},
+    {"glitchRate", &KineticTextParams::glitchRate, 0.1f, kNoBound},
 };
 
 // "x", else "positionX", else the element of "position"; the same for y.
@@ -104,7 +100,7 @@ KineticTextParams parseKineticTextParams(const JsonValue& params) {
     result.positionY = readPosition(params, "y", "positionY", 1, result.positionY);
     for (const FloatKey& key : kFloatKeys) {
         float& field = result.*key.field;
-        field = std::clamp(getFinite(find(params, key.key), field), key.low, key.high);
+        field = getBounded(find(params, key.key), field, key.low, key.high);
     }
     result.align = alignFrom(getString(find(params, "align"), "center"));
     result.blendMode = blendModeFrom(getString(find(params, "blendMode"), "additive"));

@@ -13,7 +13,7 @@ constexpr int kMaskUnit = 0;
 constexpr int kGlowUnit = 1;
 
 void readPositive(const JsonValue& params, const char* key, float& value) {
-    value = std::max(getFinite(find(params, key), value), 0.0f);
+    value = getBounded(find(params, key), value, 0.0f, kNoBound);
 }
 
 void readColor(const JsonValue& json, std::array<float, 4>& color) {
@@ -100,11 +100,11 @@ ShapeTextParams parseShapeTextParams(const JsonValue& json) {
     params.svgPath = getString(find(json, "svgPath"), params.svgPath.c_str());
     params.x = getFinite(find(json, "x"), params.x);
     params.y = getFinite(find(json, "y"), params.y);
-    params.width = std::max(getFinite(find(json, "width"), params.width), kLeastWidth);
+    params.width = getBounded(find(json, "width"), params.width, kLeastWidth, kNoBound);
     readPositive(json, "height", params.height);
     params.anchor = anchorFrom(getString(find(json, "anchor"), "center"));
     params.rotation = getFinite(find(json, "rotation"), params.rotation);
-    params.alpha = std::clamp(getFinite(find(json, "alpha"), params.alpha), 0.0f, 1.0f);
+    params.alpha = getBounded(find(json, "alpha"), params.alpha, 0.0f, 1.0f);
     params.blendMode = blendModeFrom(getString(find(json, "blendMode"), "additive"));
     params.animation = animationFrom(getString(find(json, "animation"), "pulse"));
     readPositive(json, "glow", params.glow);

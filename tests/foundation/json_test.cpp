@@ -181,7 +181,8 @@ TEST(Json, LookUpsChainAndNeverConvert) {
     EXPECT_EQ(getNumber(find(root, "s"), 7), 7);
     EXPECT_EQ(getString(find(root, "a"), "x"), "x");
     const std::pair<const char*, int32_t> whole[] = {
-        {"-1919.9", -1919}, {"2147483648", INT32_MAX}, {"-1e300", INT32_MIN}, {"nan", 42}, {"true", 42}};
+        {"-1919.9", -1919}, {"2147483648", INT32_MAX}, {"-1e300", INT32_MIN}, {"nan", 42}, {"-1e999", 42}, {"inf", 42},
+        {"true", 42}};
     for (const auto& [number, wanted] : whole) EXPECT_EQ(getInt(parseJson(std::string(number)), 42), wanted) << number;
 }
 

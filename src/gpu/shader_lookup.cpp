@@ -123,7 +123,8 @@ void resolveDirectory(TimelineEntry& entry) {
 
 std::string builtinShaderDir(const std::string& baseDir, const std::string& name) {
     const BuiltinShader* builtin = findBuiltin(name);
-    const std::string subdirectory = builtin ? builtin->directory : toLower(name);
+    std::string subdirectory = builtin ? builtin->directory : toLower(name);
+    std::replace(subdirectory.begin(), subdirectory.end(), '\\', kPathSeparator);
     for (const std::string& root : shaderRoots(baseDir)) {
         const std::string directory = joinPath(root, subdirectory);
         if (packHasDirectory(directory) || isDirectory(directory)) return directory;

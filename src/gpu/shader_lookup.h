@@ -9,7 +9,7 @@
 #include <string>
 
 // The directory of an effect's shaders, empty when neither root has it. `name` ignores letter case; one
-// that is not built in is its own (lower-case) directory name.
+// that is not built in is its own (lower-case) directory name, which may have either slash in it.
 std::string builtinShaderDir(const std::string& baseDir, const std::string& name);
 
 // File name of a built-in effect's stage (".vert" or ".frag"); empty for other names and stages.

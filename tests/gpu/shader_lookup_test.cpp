@@ -75,6 +75,9 @@ TEST(ShaderLookup, FindsBuiltinShaders) {
         const std::string vertex = std::string("1") + name + ".vert", fragment = std::string("1") + name + ".frag";
         EXPECT_EQ(lookUp(folder, type, {vertex, fragment}), vertex + " " + fragment + " -") << type;
     }
+    // A folder of a folder, whatever the slash.
+    for (const char* type : {"Fx/Glow", "fx\\glow"})
+        EXPECT_EQ(lookUp("fx/glow", type, {"1a.frag"}), "- 1a.frag -") << type;
     // The first root that has the directory wins, whatever is in it; names of the table count as a whole.
     EXPECT_EQ(lookUp("Text", "shapetext", {"1ShapeText.vert", "0ShapeText.frag"}), "- 0ShapeText.frag -");
     EXPECT_EQ(lookUp("starfields", "overlayers", {"1Overlayer.vert", "1Overlayer.frag"}), "- - -");

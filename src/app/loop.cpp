@@ -55,11 +55,18 @@ bool stopTimeReached(const Player& player) {
 }
 
 bool hasReached(const Player& player, double time, double end) {
-    const float t = static_cast<float>(time), last = static_cast<float>(end);
-    if (!isOffline(player)) return t >= last;
+    if (!isOffline(player)) return time >= end;
     // A show of D seconds has D x fps frames, whatever its floats lost when start and duration were added.
+    const float last = static_cast<float>(end);
     const double lost = 2.0 * static_cast<double>(std::nextafter(last, std::numeric_limits<float>::max()) - last);
     return time >= end - std::max(lost, kFrameTolerance / player.clock.fps);
+}
+
+double wrapTime(const VisualRange& range, double time) {
+    // In the arithmetic of hasReached: what counts as the end there must leave a pass behind here. The range's own
+    // length will not do, it was rounded to a float once more.
+    const double start = static_cast<double>(range.start);
+    return start + std::fmod(std::max(0.0, time - start), static_cast<double>(range.end) - start);
 }
 
 void clearFrame() {

@@ -24,6 +24,7 @@ float showTime(const Player& player); // of the current pass or scene, in second
 bool beginFrame(Player& player);      // pumps messages, takes the delta; false when the run is over
 bool stopTimeReached(const Player& player);
 bool hasReached(const Player& player, double time, double end); // seconds; offline to a thousandth of a frame
+double wrapTime(const VisualRange& range, double time);         // from the end or later to where it begins anew
 void clearFrame();                                              // opaque black
 void finishFrame(Player& player);                               // shows or records it
 void clearFeedback(Timeline& timeline);                         // empties every buffer pass's pictures

@@ -5,7 +5,6 @@
 #include "platform/shell_state.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -24,10 +23,8 @@ void endTimeline(Player& player, const VisualRange& range) {
 }
 
 void wrapTimeline(Player& player, const VisualRange& range) {
-    const double passed = std::max(0.0, player.clock.showTime - static_cast<double>(range.start));
-    const double rest = std::fmod(passed, static_cast<double>(range.duration));
-    player.passesTime += passed - rest;
-    const double t = static_cast<double>(range.start) + rest;
+    const double t = wrapTime(range, player.clock.showTime);
+    player.passesTime += player.clock.showTime - t;
     jumpClock(player.clock, t);
     if (player.audio.ready && playFrom(player.audio, t)) logLine("[AUDIO] Loop seek to %.3fs\n", t);
     loadPlayerTimeline(player);
@@ -62,7 +59,7 @@ void drawPlaying(Player& player, float t, float delta) {
 
 void drawFrame(Player& player, const VisualRange& range, float delta) {
     const bool hasRange = range.start < range.end;
-    const bool isPast = hasRange && showTime(player) >= range.end;
+    const bool isPast = hasRange && player.clock.showTime >= static_cast<double>(range.end);
     const float t = hasRange ? std::min(showTime(player), lastVisibleTime(range)) : showTime(player);
 
     clearFrame();

@@ -1,3 +1,4 @@
+#include "app/loop.h"
 #include "app/steering.h"
 #include "platform/clock.h"
 
@@ -40,6 +41,22 @@ TEST(Navigation, StaysInsideTheRange) {
     }
     // A step back of a millisecond is lost where floats lie further apart; the end itself would end the show.
     for (const float end : {30000.0f, 40000.0f, 1e6f}) EXPECT_LT(lastVisibleTime({0, end, end}), end);
+}
+
+TEST(Navigation, WhatHasReachedTheEndBeginsAnew) {
+    const Player player;
+    for (const float start : {0.0f, 60.0f, 600.0f, 3600.0f}) {
+        for (const float duration : {0.1f, 1.7f, 33.3f}) {
+            VisualRange range = {start, start + duration, 0.0f};
+            range.duration = range.end - range.start;
+            for (int i = -50; i < 50; ++i) { // times that a float cannot tell from the end
+                const double end = static_cast<double>(range.end), t = end + i * 1e-6;
+                const double wrapped = wrapTime(range, t);
+                EXPECT_EQ(hasReached(player, t, end), wrapped < t) << start << " + " << duration << " at " << i;
+                EXPECT_LT(wrapped, end);
+            }
+        }
+    }
 }
 
 TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {

@@ -45,14 +45,11 @@ void drawBlend(Effect& effect, int width, int height, const InputTexture* input)
     const float progress = std::clamp((effect.localTime - effect.blend.startTime) / effect.blend.blendDuration, 0.0f,
                                       1.0f);
     const DrawBinding output = saveBinding();
-    for (const Child child : {kSource, kTarget}) {
-        // A child that the other one covers need not be drawn.
-        if (progress == (child == kSource ? 1.0f : 0.0f)) continue;
+    for (const Child child : {kSource, kTarget}) { // one that is covered too: its feedback lives on being drawn
         propagateClock(effect, *effect.children[child], effect.localTime);
         renderToTarget(*effect.children[child], effect.childTargets[child], width, height, input);
     }
-    const GLuint source = effect.childTargets[progress < 1.0f ? kSource : kTarget].texture;
-    const GLuint target = effect.childTargets[progress > 0.0f ? kTarget : kSource].texture;
-    renderTransition(effect.mixer, static_cast<GLuint>(output.framebuffer), width, height, source, target, progress,
+    renderTransition(effect.mixer, static_cast<GLuint>(output.framebuffer), width, height,
+                     effect.childTargets[kSource].texture, effect.childTargets[kTarget].texture, progress,
                      effect.mixLook);
 }

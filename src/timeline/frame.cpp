@@ -2,6 +2,7 @@
 
 #include "effects/warm_up.h"
 #include "gpu/gl_functions.h"
+#include "gpu/textures.h"
 
 #include <algorithm>
 
@@ -38,12 +39,12 @@ void drawTransitionFrame(TransitionStage& stage, const Timeline& timeline, const
 
 bool initTransitionStage(TransitionStage& stage, const std::string& baseDir, int width, int height) {
     if (!initTransitionRenderer(stage.renderer, baseDir)) return false;
-    ensureTarget(stage.outgoing, width, height);
-    ensureTarget(stage.incoming, width, height);
+    for (RenderTarget* target : {&stage.outgoing, &stage.incoming}) beginTarget(*target, width, height);
     glEnable(GL_SCISSOR_TEST);
     glScissor(0, 0, 1, 1);
     renderTransition(stage.renderer, 0, width, height, stage.outgoing.texture, stage.incoming.texture, 0.5f, {});
     glDisable(GL_SCISSOR_TEST);
+    bindBlackTextures();
     return true;
 }
 

@@ -105,7 +105,6 @@ void warmUpForTransitions(Timeline& timeline, int width, int height) {
     }
     restoreBinding(output);
     deleteTarget(target);
-    bindBlackTextures();
 }
 
 } // namespace
@@ -126,6 +125,7 @@ void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, in
         warmUpEffect(entry.effect, timelineDrawState(entry), DrawTarget::screen, width, height);
     }
     warmUpForTransitions(timeline, width, height);
+    bindBlackTextures();
 }
 
 void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int width, int height) {
@@ -145,6 +145,7 @@ void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int w
     for (RuntimeEntry& entry : timeline.entries) {
         warmUpEffect(entry.effect, sceneDrawState(timeline, entry), DrawTarget::screen, width, height);
     }
+    bindBlackTextures();
 }
 
 void releaseTimeline(Timeline& timeline) {

@@ -166,6 +166,21 @@ TEST_F(FrameTest, OnlyTheTwoEarliestOfThreeScenesMix) {
     EXPECT_TRUE(open.ends_with("       [IN] (none)\n")) << open;
 }
 
+TEST_F(FrameTest, TheFirstFrameSamplesNothingThatWarmedUp) {
+    writeShader("bare", "uniform sampler2D iChannel0; void main() { c = texture(iChannel0, vec2(0.5)); }");
+    load("{\"entries\": [{\"type\": \"bare\"}," + entry("a", "one", 0, 4) + "," + entry("b", "two", 2, 4) + "]}");
+    const LogCapture quiet;
+    ASSERT_TRUE(initTransitionStage(stage, show.baseDir, kWidth, kHeight));
+    GLint bound = 0;
+    for (const GLenum unit : {GL_TEXTURE1, GL_TEXTURE0}) {
+        gl.ActiveTexture(unit);
+        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+        EXPECT_TRUE(static_cast<GLuint>(bound) != stage.outgoing.texture &&
+                    static_cast<GLuint>(bound) != stage.incoming.texture);
+    }
+    EXPECT_PIXEL(drawAt(0.5f), Pixel{0, 0, 0, 255});
+}
+
 TEST_F(FrameTest, ScenesAreComposedApartAndThenMixed) {
     load(R"({"entries": [
         {"type": "paint", "scene": "one", "start": 0, "duration": 4, "params": {"colour": [1, 0, 0, 1]}},

@@ -94,7 +94,7 @@ void readTransitions(RuntimeConfig& config, const JsonValue& transitions) {
         spec.type = getString(find(value, "type"), "fade");
         spec.duration = getFinite(find(value, "duration"), 0.0f);
         spec.params = find(value, "params");
-        config.transitions[name] = std::move(spec);
+        config.transitions[keptName(name)] = std::move(spec); // as the scenes' names are kept
     }
     if (!config.transitions.empty()) {
         logLine("[CONFIG] %d transitions\n", static_cast<int>(config.transitions.size()));

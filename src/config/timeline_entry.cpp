@@ -8,7 +8,7 @@ namespace {
 // A name that a show gives: cut to a length that log and memory bear, however often it is copied, and kept
 // to one line.
 std::string readName(const JsonValue& value) {
-    return printableName(getString(value, "").substr(0, kMaxNameBytes));
+    return keptName(getString(value, ""));
 }
 
 void readParams(TimelineEntry& entry, const JsonValue& params) {
@@ -33,6 +33,10 @@ void resolveShaders(TimelineEntry& entry) {
 } // namespace
 
 TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir) {
+std::string keptName(const std::string& name) {
+    return printableName(name.substr(0, kMaxNameBytes));
+}
+
     TimelineEntry entry;
     entry.baseDir = baseDir;
     entry.fallbackImage = config.fallbackImagePath;

@@ -50,6 +50,10 @@ struct TimelineEntry {
 };
 
 // Reads one element of an "entries" array. Never fails: what is missing or of the wrong kind (a number
+// A name that a show gives, as the player keeps, compares and logs it: cut to a length that log and memory bear,
+// however often it is copied, and kept to one line.
+std::string keptName(const std::string& name);
+
 // that is not finite included) takes its default.
 TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir);
 

@@ -37,7 +37,7 @@ std::unique_ptr<Effect> createChild(const JsonValue& json, const TimelineEntry& 
 }
 
 std::string childType(const JsonValue& json) {
-    const std::string type = printableName(getString(find(json, "type"), "").substr(0, kMaxNameBytes));
+    const std::string type = keptName(getString(find(json, "type"), ""));
     return orNone(type);
 }
 

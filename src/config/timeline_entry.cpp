@@ -3,10 +3,11 @@
 #include "config/runtime_config.h"
 #include "foundation/text.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
-// A name that a show gives: cut to a length that log and memory bear, however often it is copied, and kept
-// to one line.
 std::string readName(const JsonValue& value) {
     return keptName(getString(value, ""));
 }
@@ -32,11 +33,11 @@ void resolveShaders(TimelineEntry& entry) {
 
 } // namespace
 
-TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir) {
 std::string keptName(const std::string& name) {
     return printableName(name.substr(0, kMaxNameBytes));
 }
 
+TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir) {
     TimelineEntry entry;
     entry.baseDir = baseDir;
     entry.fallbackImage = config.fallbackImagePath;
@@ -72,10 +73,16 @@ TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& paren
     entry.duration = parent.duration;
     entry.layer = parent.layer;
     entry.depth = parent.depth + 1;
+    entry.outerTimeScale = parent.outerTimeScale * parent.timeScale;
 
     readParams(entry, find(json, "params"));
     resolveShaders(entry);
     return entry;
+}
+
+float clockLength(const TimelineEntry& entry) {
+    const float length = entry.duration * entry.timeScale * entry.outerTimeScale;
+    return std::isfinite(length) ? std::max(length, 0.0f) : 0.0f;
 }
 
 void bindChannelFromKeys(TimelineEntry& entry, int index, std::initializer_list<const char*> keys) {

@@ -34,6 +34,7 @@ struct TimelineEntry {
     int layer = 0; // stacking order among overlays, ascending
     float alpha = 1.0f;
     float timeScale = 1.0f;
+    float outerTimeScale = 1.0f; // product of the time scales of the effects around this one
     std::string blendMode = "alpha";
     int depth = 0;        // effects around this one: 0 on the timeline itself
     std::string vertPath; // shader sources; empty when none was found
@@ -49,17 +50,20 @@ struct TimelineEntry {
     JsonValue params; // deep copy, whatever its kind
 };
 
-// Reads one element of an "entries" array. Never fails: what is missing or of the wrong kind (a number
 // A name that a show gives, as the player keeps, compares and logs it: cut to a length that log and memory bear,
 // however often it is copied, and kept to one line.
 std::string keptName(const std::string& name);
 
+// Reads one element of an "entries" array. Never fails: what is missing or of the wrong kind (a number
 // that is not finite included) takes its default.
 TimelineEntry parseTimelineEntry(const JsonValue& json, const RuntimeConfig& config, const std::string& baseDir);
 
 // The entry of a nested effect, named parent id + "_" + suffix: scene, start, duration and layer are the
 // parent's whatever `json` says, the rest is read from `json`.
 TimelineEntry deriveChildEntry(const JsonValue& json, const TimelineEntry& parent, const std::string& suffix);
+
+// The entry's length in seconds on its effect's clock; 0 where it has no end, or its clock never comes there.
+float clockLength(const TimelineEntry& entry);
 
 // Binds channel `index` (others than 0 to 3 are ignored) to the first of `keys` that "params" holds as a
 // string. A channel that is bound already keeps its path.

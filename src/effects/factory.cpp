@@ -109,8 +109,8 @@ bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect
     case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, entry.params, program);
     case EffectKind::kineticText: return createKineticText(effect.kineticText, entry.params, entry.baseDir, program);
     case EffectKind::caption:
-        return createCaption(effect.caption, entry.params, effect.type == "creditroll", entry.duration, entry.baseDir,
-                             program);
+        return createCaption(effect.caption, entry.params, effect.type == "creditroll", clockLength(entry),
+                             entry.baseDir, program);
     case EffectKind::shapeText: return createShapeText(effect.shapeText, entry.params, entry.baseDir, program);
     case EffectKind::none:
     case EffectKind::image:

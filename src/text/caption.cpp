@@ -3,15 +3,8 @@
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
-
-// The entry's length on its effect's clock, which "timeScale" makes faster or slower.
-float clockDuration(const JsonValue& params, float duration) {
-    const float length = duration * getFinite(find(params, "timeScale"), 1.0f);
-    return std::isfinite(length) ? std::max(length, 0.0f) : 0.0f;
-}
 
 void layout(Caption& caption, int width, int height) {
     if (caption.layoutWidth == width && caption.layoutHeight == height) return;
@@ -33,7 +26,7 @@ void layout(Caption& caption, int width, int height) {
 bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
                    const std::string& baseDir, GLuint program) {
     caption.params = readCaptionParams(params, isCreditRoll);
-    caption.duration = clockDuration(params, duration);
+    caption.duration = duration;
     if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
     caption.letters = &readCaptionFont(caption.font);
     caption.fontTexture = uniformNamed(program, "uFontTexture");

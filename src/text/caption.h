@@ -29,7 +29,8 @@ struct Caption {
 };
 
 // Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-// `duration` is the entry's, in seconds; 0 or less has no end. Lays out for the size of the viewport.
+// `duration` is the entry's, in seconds of the effect's own clock; 0 or less has no end. Lays out for the size of the
+// viewport.
 bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
                    const std::string& baseDir, GLuint program);
 

@@ -11,7 +11,6 @@
 #include "gpu/program_pool.h"
 #include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
-#include "platform/files.h"
 #include "text/pictures.h"
 
 namespace {
@@ -47,11 +46,10 @@ EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
     return EffectKind::shader;
 }
 
-// Uniforms keep their values in a program, so what an effect writes only once tells programs apart.
-std::string programSettings(const TimelineEntry& entry) {
-    std::string settings = describeParamUniforms(entry.params);
-    for (const std::string& channel : entry.channels) settings += channel.empty() ? '0' : '1';
-    return settings;
+// Uniforms keep their values in a program, so what an effect writes only once tells programs apart, and so does its
+// kind, which writes others than the next.
+std::string programSettings(const TimelineEntry& entry, EffectKind kind) {
+    return std::to_string(static_cast<int>(kind)) + '\n' + describeParamUniforms(entry.params);
 }
 
 // False when there is no fragment source.
@@ -81,11 +79,9 @@ GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertex
     return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
 }
 
-// A picture that is not there is no fault; a directory in its place is one, and is said like a broken picture.
+// A picture that is not there is no fault.
 void loadChannel(ChannelBinding& channel, const std::string& path) {
-    if (path.empty()) return;
-    const bool namesDirectory = path.back() == kPathSeparator; // as the empty path does
-    if (!fileExists(path) && (namesDirectory || !isDirectory(path))) return;
+    if (path.empty() || !fileExists(path)) return;
     const TextureInfo info = loadPicture(path);
     channel = {info.texture, info.width, info.height, path};
 }
@@ -96,8 +92,7 @@ void loadChannels(const TimelineEntry& entry, Effect& effect) {
         loadChannel(effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
     }
     const bool wantsImage = samplesChannel0(effect.mainProgram) || samplesChannel0(effect.bufferProgram);
-    if (effect.channels[0].texture || !wantsImage || entry.fallbackImage.empty()) return;
-    if (!fileExists(entry.fallbackImage)) return;
+    if (effect.channels[0].texture || !wantsImage) return;
     loadChannel(effect.channels[0], entry.fallbackImage);
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
@@ -128,18 +123,23 @@ bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect
 bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
     ShaderPair sources;
     if (!readSources(entry, kind, sources)) return false;
-    const std::string settings = programSettings(entry);
+    const std::string settings = programSettings(entry, kind);
     effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
     if (effect.type == "image") effect.fit = readFitMode(entry.params);
     effect.isDreamEntity = effect.type == "dreamentity";
-    const bool isWhole = effect.mainProgram && createKindBlock(entry, kind, effect);
-
+    if (effect.mainProgram && !createKindBlock(entry, kind, effect)) {
+        returnProgram(effect.mainProgram);
+        effect.mainProgram = 0;
+    }
     effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
     effect.hasBuffer = effect.bufferProgram != 0;
     loadChannels(entry, effect);
-    if (!isWhole) return false; // not before all that is wrong with the entry has been said
-    writeParamUniforms(effect.mainProgram, entry.params);
-    if (effect.hasBuffer) writeParamUniforms(effect.bufferProgram, entry.params);
+    if (!effect.mainProgram) return false; // not before all that is wrong with the entry has been said
+    for (const GLuint program : {effect.mainProgram, effect.bufferProgram}) {
+        if (!program) continue;
+        resetSamplers(program);
+        writeParamUniforms(program, entry.params);
+    }
     return true;
 }
 

@@ -240,6 +240,16 @@ void bindChannel(GLuint program, int channel, GLuint texture) {
     bindChannel(uniformTable(program), channel, texture);
 }
 
+void resetSamplers(GLuint program) {
+    gl.UseProgram(program);
+    const UniformTable& table = uniformTable(program);
+    const auto first = static_cast<size_t>(StandardUniform::iChannel0);
+    const auto last = static_cast<size_t>(StandardUniform::uBufferA);
+    for (size_t i = first; i <= last; ++i) {
+        if (table.standard[i].type == GL_SAMPLER_2D) setUniformInt(table.standard[i], 0);
+    }
+}
+
 void bindChannels(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,
                   const InputTexture* input) {
     const UniformTable& table = uniformTable(program);

@@ -28,7 +28,7 @@ enum class StandardUniform {
     iFrame,
     uAlpha,
     iMouse,
-    iChannel0,
+    iChannel0, // from here to uBufferA: samplers
     iChannel1,
     iChannel2,
     iChannel3,
@@ -109,6 +109,10 @@ const UniformInfo& standardUniform(GLuint program, StandardUniform name);
 // Binds a texture to unit `channel` (0 to 3) and points the channel's samplers there. Texture 0 changes
 // nothing: the unit keeps what it had.
 void bindChannel(GLuint program, int channel, GLuint texture);
+
+// Points every sampler of the channels and of the buffer pass's picture at unit 0, where linking leaves them: in a
+// program that was lent before they are where its last effect had them.
+void resetSamplers(GLuint program);
 
 // All channels, then `input` (may be null) over its channel, then their resolutions.
 void bindChannels(GLuint program, const Channels& channels, int defaultWidth, int defaultHeight,

@@ -108,10 +108,10 @@ void frame(benchmark::State& state, bool isBuilt) {
     KineticText text;
     createKineticText(text, makeParams("wave", true), std::move(font), program);
     float time = 0.2f;
-    drawKineticText(text, program, time, kSide, kSide);
+    drawKineticText(text, program, time, 0, kSide, kSide);
     for (auto _ : state) {
         if (isBuilt) {
-            drawKineticText(text, program, time += 0.016f, kSide, kSide);
+            drawKineticText(text, program, time += 0.016f, 0, kSide, kSide);
         } else {
             gl.UseProgram(program);
             drawVertexStream(text.stream, text.geometry.glow);

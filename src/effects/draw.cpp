@@ -8,6 +8,9 @@
 #include "effects/timeline_blend_effect.h"
 
 void drawEffectPasses(Effect& effect, int width, int height, const InputTexture* input) {
+    const GLuint program = effect.mainProgram;
+    const float time = effect.localTime;
+    const int frame = effect.frameCounter;
     if (!isRunnable(effect)) return;
     if (effect.hasBuffer) drawBufferPass(effect, width, height, input);
     glViewport(0, 0, width, height);
@@ -15,14 +18,10 @@ void drawEffectPasses(Effect& effect, int width, int height, const InputTexture*
     case EffectKind::none: break;
     case EffectKind::image: drawImageEffect(effect, width, height, input); break;
     case EffectKind::shader: drawShaderEffect(effect, width, height, input); break;
-    case EffectKind::bitmapText: drawBitmapText(effect.bitmapText, effect.mainProgram, width, height); break;
-    case EffectKind::kineticText:
-        drawKineticText(effect.kineticText, effect.mainProgram, effect.localTime, width, height);
-        break;
-    case EffectKind::caption: drawCaption(effect.caption, effect.mainProgram, effect.localTime, width, height); break;
-    case EffectKind::shapeText:
-        drawShapeText(effect.shapeText, effect.mainProgram, effect.localTime, width, height);
-        break;
+    case EffectKind::bitmapText: drawBitmapText(effect.bitmapText, program, time, frame, width, height); break;
+    case EffectKind::kineticText: drawKineticText(effect.kineticText, program, time, frame, width, height); break;
+    case EffectKind::caption: drawCaption(effect.caption, program, time, frame, width, height); break;
+    case EffectKind::shapeText: drawShapeText(effect.shapeText, program, time, frame, width, height); break;
     case EffectKind::blend: drawBlend(effect, width, height, input); break;
     case EffectKind::timelineBlend: drawTimelineBlend(effect, width, height, input); break;
     case EffectKind::chain: drawChain(effect, width, height, input); break;

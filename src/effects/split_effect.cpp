@@ -20,11 +20,10 @@ const JsonValue& eitherObject(const JsonValue& params, const char* first, const 
     return value.kind == JsonKind::object ? value : find(params, second);
 }
 
-void writeSplitUniforms(const Effect& effect) {
+void writeSplitUniforms(const Effect& effect, int width, int height) {
     const SplitBlock& split = effect.split;
     const SplitUniforms& uniforms = effect.splitUniforms;
-    setUniformFloat(standardUniform(effect.mainProgram, StandardUniform::uAlpha), effect.alpha);
-    setUniformFloat(standardUniform(effect.mainProgram, StandardUniform::uTime), effect.localTime);
+    setStandardUniforms(effect.mainProgram, effect.localTime, effect.frameCounter, effect.alpha, width, height);
     setUniformFloat(uniforms.position, split.position);
     setUniformFloat(uniforms.amplitude, split.amplitude);
     setUniformFloat(uniforms.speed, split.speed);
@@ -93,7 +92,7 @@ void drawDynamicSplit(Effect& effect, int width, int height, const InputTexture*
     glDisable(GL_DEPTH_TEST);
     setBlending(effect.blendMode);
     gl.UseProgram(effect.mainProgram);
-    writeSplitUniforms(effect);
+    writeSplitUniforms(effect, width, height);
     bindChannel(effect.mainProgram, 0, effect.childTargets[kA].texture);
     bindChannel(effect.mainProgram, 1, effect.childTargets[kB].texture);
     drawQuad();

@@ -63,13 +63,11 @@ bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program)
     return true;
 }
 
-void drawBitmapText(const BitmapText& text, GLuint program, int width, int height) {
+void drawBitmapText(const BitmapText& text, GLuint program, float time, int frame, int width, int height) {
     const BitmapTextParams& params = text.params;
     const BitmapTextUniforms& uniforms = text.uniforms;
     gl.UseProgram(program);
-    setUniformVec2(standardUniform(program, StandardUniform::iResolution), static_cast<float>(width),
-                   static_cast<float>(height));
-    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), text.alpha);
+    setStandardUniforms(program, time, frame, text.alpha, width, height);
     setColor(uniforms.textColor, params.textColor);
     setColor(uniforms.bgColor, params.bgColor);
     setUniformVec2(uniforms.textPos, params.textPosX, params.textPosY);

@@ -42,9 +42,9 @@ BitmapTextParams parseBitmapTextParams(const JsonValue& params);
 // Reads an entry's "params" and uploads the text for a linked program.
 bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program);
 
-// Draws into the current target, `width` x `height` pixels, with the blending that is set. Uses texture
-// units 0 (the text) and 1 (the font).
-void drawBitmapText(const BitmapText& text, GLuint program, int width, int height);
+// Draws at `time` seconds, in frame `frame`, into the current target, `width` x `height` pixels, with the blending that
+// is set. Uses texture units 0 (the text) and 1 (the font).
+void drawBitmapText(const BitmapText& text, GLuint program, float time, int frame, int width, int height);
 
 // Deletes the texture and resets the record.
 void releaseBitmapText(BitmapText& text);

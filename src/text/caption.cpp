@@ -54,14 +54,12 @@ void buildCaption(Caption& caption, float time, int width, int height) {
     if (caption.vertices.empty()) appendNothing(caption.vertices);
 }
 
-void drawCaption(Caption& caption, GLuint program, float time, int width, int height) {
+void drawCaption(Caption& caption, GLuint program, float time, int frame, int width, int height) {
     if (!program || !caption.font.texture) return;
     buildCaption(caption, time, width, height);
     setBlending(caption.params.blendMode);
     gl.UseProgram(program);
-    const float w = static_cast<float>(width), h = static_cast<float>(height);
-    setUniformVec2(standardUniform(program, StandardUniform::uResolution), w, h);
-    setUniformFloat(standardUniform(program, StandardUniform::uAlpha), caption.params.alpha);
+    setStandardUniforms(program, time, frame, caption.params.alpha, width, height);
     setUniformInt(caption.fontTexture, 0);
     setUniformVec2(caption.atlasSize, static_cast<float>(caption.font.textureWidth),
                    static_cast<float>(caption.font.textureHeight));

@@ -38,7 +38,8 @@ bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll,
 // `vertices` with what is seen at `time` seconds; never with nothing. Needs no context.
 void buildCaption(Caption& caption, float time, int width, int height);
 
-// Draws the caption at `time` seconds into the current target, `width` x `height` pixels. Sets blending.
-void drawCaption(Caption& caption, GLuint program, float time, int width, int height);
+// Draws the caption at `time` seconds, in frame `frame`, into the current target, `width` x `height` pixels. Sets
+// blending.
+void drawCaption(Caption& caption, GLuint program, float time, int frame, int width, int height);
 
 void releaseCaption(Caption& caption);

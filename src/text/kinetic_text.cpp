@@ -8,11 +8,9 @@
 namespace {
 
 KineticUniforms resolveUniforms(GLuint program) {
-    return {uniformNamed(program, "iResolution"),    uniformNamed(program, "uFontTexture"),
-            uniformNamed(program, "uAlpha"),         uniformNamed(program, "uTextureTexelSize"),
-            uniformNamed(program, "uRenderMode"),    uniformNamed(program, "uGlowColor"),
-            uniformNamed(program, "uGlowIntensity"), uniformNamed(program, "uGlowRadius"),
-            uniformNamed(program, "uGlowPad")};
+    const auto named = [&](const char* name) { return uniformNamed(program, name); };
+    return {named("uFontTexture"),   named("uTextureTexelSize"), named("uRenderMode"), named("uGlowColor"),
+            named("uGlowIntensity"), named("uGlowRadius"),       named("uGlowPad")};
 }
 
 void drawGlow(const KineticText& text) {
@@ -45,16 +43,15 @@ void createKineticText(KineticText& text, const JsonValue& params, ColorFont fon
     text.stream = createVertexStream({2, 2, 1});
 }
 
-void drawKineticText(KineticText& text, GLuint program, float time, int width, int height) {
+void drawKineticText(KineticText& text, GLuint program, float time, int frame, int width, int height) {
     if (!program || !text.font.texture) return;
     buildKineticGeometry(text.params, text.layout, time, width, height, text.geometry);
     if (text.geometry.glyphs.empty() && text.geometry.glow.empty()) return;
 
     setBlending(text.params.blendMode);
     gl.UseProgram(program);
-    setUniformVec2(text.uniforms.resolution, static_cast<float>(width), static_cast<float>(height));
+    setStandardUniforms(program, time, frame, text.params.alpha, width, height);
     setUniformInt(text.uniforms.fontTexture, 0);
-    setUniformFloat(text.uniforms.alpha, text.params.alpha);
     setUniformVec2(text.uniforms.texelSize, text.layout.texelU, text.layout.texelV);
     gl.ActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, text.font.texture);

@@ -9,7 +9,7 @@
 
 // Of a text's program, resolved when it is made.
 struct KineticUniforms {
-    UniformInfo resolution, fontTexture, alpha, texelSize, renderMode, glowColor, glowIntensity, glowRadius, glowPad;
+    UniformInfo fontTexture, texelSize, renderMode, glowColor, glowIntensity, glowRadius, glowPad;
 };
 
 struct KineticText {
@@ -27,7 +27,8 @@ bool createKineticText(KineticText& text, const JsonValue& params, const std::st
 // The same with a font that is loaded already; it is taken over.
 void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program);
 
-// Draws the text at `time` seconds into the current target, `width` x `height` pixels. Sets blending.
-void drawKineticText(KineticText& text, GLuint program, float time, int width, int height);
+// Draws the text at `time` seconds, in frame `frame`, into the current target, `width` x `height` pixels. Sets
+// blending.
+void drawKineticText(KineticText& text, GLuint program, float time, int frame, int width, int height);
 
 void releaseKineticText(KineticText& text);

@@ -158,11 +158,11 @@ float shapeTextReveal(const ShapeText& shape, float time) {
     return std::min(time * shape.params.revealSpeed, kFullReveal);
 }
 
-void drawShapeText(const ShapeText& shape, GLuint program, float time, int width, int height) {
+void drawShapeText(const ShapeText& shape, GLuint program, float time, int frame, int width, int height) {
     if (!shape.logo.mask.texture) return;
     setBlending(shape.params.blendMode);
     gl.UseProgram(program);
-    setStandardUniforms(program, time, 0, shape.params.alpha, width, height);
+    setStandardUniforms(program, time, frame, shape.params.alpha, width, height);
     setLook(shape, time, width, height);
     bindLogo(shape);
     drawQuad();

@@ -82,10 +82,10 @@ ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int heigh
 constexpr float kFullReveal = 1.08f;
 float shapeTextReveal(const ShapeText& shape, float time);
 
-// Draws the logo at `time` seconds into the current target, `width` x `height` pixels. Sets blending. The
-// shader gets the standard uniforms and
+// Draws the logo at `time` seconds, in frame `frame`, into the current target, `width` x `height` pixels. Sets
+// blending. The shader gets the standard uniforms and
 //   uRect (left, bottom, width, height; shares of the output, y up), uRotation (degrees), uReveal,
 //   uFillColor, uGlowColor, uGlow, uEdge, uWaveAmount, uWaveSpeed, uScanSpeed as in "params",
 //   uMask (first texel row: the logo's top), uTexelSize (1 / its size),
 //   uGlowMask (GlowMask; black when it has none), uGlowMap (GlowPlace: scale, offset).
-void drawShapeText(const ShapeText& shape, GLuint program, float time, int width, int height);
+void drawShapeText(const ShapeText& shape, GLuint program, float time, int frame, int width, int height);

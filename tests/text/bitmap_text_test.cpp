@@ -26,7 +26,7 @@ protected:
         const std::string json = "{" + rest + R"(, "scale": 1, "text": ")" + text + "\"}";
         EXPECT_TRUE(createBitmapText(drawing, parseJson(json), program));
         startPicture(columns, rows);
-        drawBitmapText(drawing, program, columns, rows);
+        drawBitmapText(drawing, program, 0.0f, 0, columns, rows);
         releaseBitmapText(drawing);
         std::string picture;
         for (int y = 0; y < rows; ++y) {
@@ -124,7 +124,7 @@ TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
         std::vector<GLint> wanted(512, ' ');
         std::fill_n(wanted.begin(), shown, 255);
         EXPECT_EQ(texels(text.codeTexture), wanted);
-        drawBitmapText(text, lengths, kWidth, kHeight);
+        drawBitmapText(text, lengths, 0.0f, 0, kWidth, kHeight);
         EXPECT_PIXEL(pixel(), {shown / 4, shown / 4, shown / 4, shown / 4});
         releaseBitmapText(text);
     }

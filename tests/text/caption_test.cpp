@@ -353,7 +353,7 @@ protected:
         Caption caption;
         const JsonValue params = parseJson(R"({"fontPath": "font.json", )" + rest + "}");
         EXPECT_TRUE(createCaption(caption, params, isCreditRoll, kDuration, show.baseDir, program));
-        drawCaption(caption, program, time, width, height);
+        drawCaption(caption, program, time, 0, width, height);
         deleteVertexStream(caption.stream);
         return caption;
     }

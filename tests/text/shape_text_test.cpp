@@ -21,7 +21,7 @@ protected:
         return shape;
     }
 
-    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(shape, program, time, width, height); }
+    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(shape, program, time, 0, width, height); }
 
     // At a point in shares of the output, from its top left.
     Pixel at(float x, float y) const { return PictureTest::at(x * 160, y * 80); }

@@ -1,4 +1,5 @@
 #include "app/loop.h"
+#include "foundation/log.h"
 #include "platform/files.h"
 #include "platform/shell_state.h"
 #include "timeline/frame.h"
@@ -45,6 +46,19 @@ void seekInScene(Player& player, const ScenePosition& position) {
     restartCounter(player.clock);
 }
 
+// The music starts first, and the log has it so, but the scene is made before it sounds: the picture would lag behind
+// by as long as that takes.
+void loadFirstScene(Player& player, const ScenePosition& start) {
+    if (!player.audio.ready) {
+        loadPlayerScene(player, start.index);
+        return;
+    }
+    holdLog();
+    loadPlayerScene(player, start.index);
+    playFrom(player.audio, start.before + start.time);
+    releaseLog();
+}
+
 // Moves on when the scene is over; false when the run is. A scene begins at its time 0, but offline where
 // the frame's time falls: frames are a fixed step apart.
 bool advanceScene(Player& player, int& index) {
@@ -76,8 +90,7 @@ void drawFrame(Player& player, float delta) {
 void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
-    if (player.audio.ready) playFrom(player.audio, start.before + start.time);
-    loadPlayerScene(player, index);
+    loadFirstScene(player, start);
     player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
     if (player.options.start) seekInScene(player, start);
     while (beginFrame(player)) {

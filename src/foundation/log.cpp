@@ -6,6 +6,12 @@
 namespace {
 
 FILE* currentStream = nullptr; // null: standard output, which is no constant that could stand here
+bool isHeld = false;
+std::string heldMessages;
+
+FILE* logStream() {
+    return currentStream ? currentStream : stdout;
+}
 
 bool isControl(unsigned char c) {
     return (c < 32 && c != '\n' && c != '\t') || c == 127;
@@ -25,6 +31,10 @@ void maskControlBytes(char* text, size_t size) {
 
 void writeMessage(FILE* stream, char* text, size_t size) {
     maskControlBytes(text, size);
+    if (isHeld && stream == logStream()) {
+        heldMessages.append(text, size);
+        return;
+    }
     std::fwrite(text, 1, size, stream);
     std::fflush(stream);
 }
@@ -51,10 +61,21 @@ void setLogStream(FILE* stream) {
     currentStream = stream;
 }
 
+void holdLog() {
+    isHeld = true;
+}
+
+void releaseLog() {
+    isHeld = false;
+    std::fwrite(heldMessages.data(), 1, heldMessages.size(), logStream());
+    std::fflush(logStream());
+    heldMessages = {};
+}
+
 void logLine(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    printMessage(currentStream ? currentStream : stdout, format, arguments);
+    printMessage(logStream(), format, arguments);
     va_end(arguments);
 }
 

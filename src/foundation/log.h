@@ -15,6 +15,11 @@
 // Null means standard output again.
 void setLogStream(FILE* stream);
 
+// A held log keeps its messages in memory until it is released, which writes them in their order. Standard error does
+// not wait.
+void holdLog();
+void releaseLog();
+
 // printf-style; the message carries its own newline and is flushed at once, so that a log that is piped
 // or cut short by a crash still ends with the last thing that happened. Control characters other than
 // newline and tab (in UTF-8 also those from U+0080 to U+009F) print as "?": shows come from strangers, and

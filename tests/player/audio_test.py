@@ -78,6 +78,14 @@ class StandIn(PlayerTest):
             log = self.music(config, "--start", start, length=0.5)
             self.assert_log(log, OPENED % (1, 100, 2) + positioned(2 + start) + PLAYS + CLOSED)
 
+    def test_list_of_scenes_is_ready_when_the_music_starts(self):
+        scene = {"id": "one", "entries": [entry("clock", 0, 0.1)]}
+        path = self.write_show({"audio": {"path": "m.ogg"}, "scenes": [scene]})
+        needed = {"STAND_IN_REMOVES": str(self.folder / "assets/shaders/clock/clock.frag")}
+        log = self.run_player("--headless", "--audio", "--length", 0.02, path, env={**FOUND, **needed}).log
+        loaded = r"\[SCENE 1/1\].*\n  \[LOAD\] clock .*\n  \[OK\] clock\n"
+        self.assertRegex(log, re.escape(PLAYS) + loaded, "said behind the start, done before it")
+
     def test_seeks_and_loop(self):
         # Frames that take their time, so that the wrap is well behind the start.
         arguments = ("--start", 2, "--press", "0:Up", "--press", "0.3:Down", "--size", "1600x1200")

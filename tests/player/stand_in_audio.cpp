@@ -1,6 +1,7 @@
 // A stand-in for the audio library: prints every call among the player's own lines. A stream has a
 // millisecond to the byte. STAND_IN_FAILS names a function whose calls fail, STAND_IN_FAILS_TIMES how
-// many of them; STAND_IN_LENGTH is the stream's length in bytes.
+// many of them; STAND_IN_LENGTH is the stream's length in bytes. STAND_IN_REMOVES names a file that is gone once the
+// music plays.
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -51,6 +52,7 @@ int BASS_StreamFree(uint32_t stream) {
     return record("BASS_StreamFree", "%u", stream);
 }
 int BASS_ChannelPlay(uint32_t stream, int again) {
+    std::remove(setting("STAND_IN_REMOVES", ""));
     return record("BASS_ChannelPlay", "%u, %d", stream, again);
 }
 int BASS_ChannelPause(uint32_t channel) {

@@ -88,6 +88,25 @@ TEST(Config, ReadsTheShowsOwnSettings) {
     EXPECT_EQ(getNumber(find(config.transitions.at("b").params, "x"), 0.0f), 3.0f);
 }
 
+TEST(Config, NamesScenesAndTheirTransitionsAlike) {
+    const TempShow show;
+    const LogCapture quiet;
+    for (const std::string& name : {std::string("a\tb"), std::string(2000, 'x')}) {
+        const RuntimeConfig config = load(
+            show, R"({"transitions": {")" + name + R"(": {"type": "wipe"}}, "entries": [{"scene": ")" + name + "\"}]}");
+        EXPECT_TRUE(config.transitions.contains(config.entries[0].scene)) << name;
+    }
+}
+
+TEST(Config, InfiniteVolumesTakeTheEndsOfTheirRange) {
+    const TempShow show;
+    const LogCapture quiet;
+    const std::pair<const char*, float> cases[] = {{"-1e999", 0.0f}, {"1e999", 1.0f}, {"nan", 1.0f}};
+    for (const auto& [volume, wanted] : cases) {
+        EXPECT_EQ(load(show, std::string(R"({"audio": {"volume": )") + volume + "}}").volume, wanted) << volume;
+    }
+}
+
 TEST(Config, ResolvesPathsOfShows) {
     const AssetMap assets = {{"music", "audio\\track.mp3"}, {"drive", "C:/x/y.png"}, {"chain", "@music"}};
     const std::pair<const char*, const char*> cases[] = {

@@ -5,6 +5,7 @@
 #include "effects/pip_effect.h"
 #include "effects/split_effect.h"
 #include "effects/warm_up.h"
+#include "text/color_font.h"
 
 namespace {
 
@@ -121,11 +122,53 @@ TEST_F(CompositeTest, BlendMixesWithinItsWindow) {
     for (const auto& [t, wanted] : cases) EXPECT_PIXEL(drawAt(t), wanted);
     EXPECT_EQ(effect.mixLook.effectId, 14);
 
-    const std::pair<const char*, float> durations[] = {
-        {", \"startTime\": 2", 3.0f}, {", \"startTime\": 4.995", 0.01f}, {", \"blendDuration\": 1e999", 5.0f}};
+    const std::pair<const char*, float> durations[] = {{", \"startTime\": 2", 3.0f},
+                                                       {", \"startTime\": 4.995", 0.01f},
+                                                       {", \"blendDuration\": 1e999", 5.0f},
+                                                       {", \"blendDuration\": -1e999", 0.01f}};
     for (const auto& [params, duration] : durations) {
         EXPECT_FLOAT_EQ(use(pair("blend", kRed, kGreen, params)).blend.blendDuration, duration) << params;
     }
+}
+
+TEST_F(CompositeTest, BlendDrawsTheChildThatTheOtherCovers) {
+    // Each frame is a fifth brighter than the one before.
+    writeShader("grow", "uniform sampler2D uBufferA; void main() { c = texture(uBufferA, vec2(0.5)); }");
+    writeShader("grow", "uniform sampler2D uBufferA; void main() { c = texture(uBufferA, vec2(0.5)) + vec4(0.2); }",
+                "growBufferA");
+    const std::string grow = R"({"type": "grow"})";
+    for (const bool growsFirst : {false, true}) {
+        use(growsFirst ? pair("blend", grow, kRed) : pair("blend", kRed, grow));
+        for (int frame = 0; frame < 3; ++frame) drawAt(growsFirst ? 9.0f : 0.0f);
+        EXPECT_PIXEL(drawAt(growsFirst ? 0.0f : 9.0f), Pixel{204, 204, 204, 204});
+    }
+}
+
+TEST_F(CompositeTest, CaptionsKnowTheirEntrysLengthOnEveryClockAroundThem) {
+    const LogCapture quiet;
+    writeShader("Text", "void main() { c = vec4(1); }", "LowerThird");
+    writePicture("font.png", {255, 255, 255, 255});
+    show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
+    const auto caption = [](const char* scale) {
+        return std::string(R"({"type": "lowerthird", "params": {"fontPath": "font.json", "timeScale": )") + scale +
+               "}}";
+    };
+    const auto scaled = [](const char* scale) { return std::string(", \"timeScale\": ") + scale; };
+    const std::pair<std::string, float> cases[] = {
+        // of entries of 5 s; 0: they never end
+        {pip(caption("1")), 5.0f},
+        {pip(caption("1"), scaled("2")), 10.0f},
+        {pair("chain", caption("3"), kRed, scaled("0.5")), 7.5f},
+        {pip(pip(caption("1"), scaled("4")), scaled("0.5")), 10.0f},
+        {pip(caption("1"), scaled("-1")), 0.0f},
+        {pip(caption("1e38"), scaled("1e38")), 0.0f},
+    };
+    for (const auto& [json, length] : cases) {
+        const Effect* innermost = &use(json);
+        while (!innermost->children.empty()) innermost = innermost->children[0].get();
+        EXPECT_FLOAT_EQ(innermost->caption.duration, length) << json;
+    }
+    deleteColorFonts();
 }
 
 TEST_F(CompositeTest, ChildrenRunOnTheirParentsClock) {

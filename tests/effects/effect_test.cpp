@@ -36,6 +36,72 @@ TEST_F(EffectTest, ChannelsFallBackOnlyWhereTheyAreSampled) {
     EXPECT_EQ(loadTexture(show.path("red.png")).texture, loadTexture(show.path("red.png")).texture); // one a path
 }
 
+TEST_F(EffectTest, ChannelsWithoutAPictureSampleChannel0WhateverTheProgramDidBefore) {
+    const LogCapture quiet;
+    writeShader(
+        "second",
+        "uniform sampler2D uTex, uTexB; void main() { c = texture(uTexB, vec2(0.5)) + texture(uTex, vec2(0)) * 0.0; }");
+    writePicture("red.png", {255, 0, 0, 255});
+    writePicture("green.png", {0, 255, 0, 255});
+    show.write("broken.png", "no picture");
+    const auto with = [](const std::string& name) {
+        return R"({"type": "second", "params": {"image": "red.png", "channel1": ")" + name + "\"}}";
+    };
+    for (const char* missing : {"gone.png", "broken.png"}) {
+        EXPECT_PIXEL(draw(use(with("green.png"))), Pixel{0, 255, 0, 255});
+        EXPECT_PIXEL(draw(use(with(missing))), Pixel{255, 0, 0, 255});
+    }
+}
+
+TEST_F(EffectTest, OnlyWhatIsShownOrBrokenIsSaid) {
+    writeShader("folders", "uniform sampler2D uTex; void main() { c = texture(uTex, vec2(0)); }");
+    writeShader("kinetictext", "uniform sampler2D uTex; void main() { c = texture(uTex, vec2(0)); }");
+    writePicture("fallback.png", {0, 0, 255, 255});
+    show.write("folder.png/file", "");
+    const LogCapture log;
+    use(R"({"type": "kinetictext", "params": {"fontPath": "gone.json"}})"); // its picture will not be seen
+    use(R"({"type": "folders", "params": {"image": "folder.png"}})"); // a folder is no file, as if it were missing
+    EXPECT_EQ(log.text(), "[KTEXT] Color font json not found: gone.json\n  [TEX] " + show.path("fallback.png") +
+                              " (2x2)\n  [TEX] using fallback for folders channel0\n");
+}
+
+TEST_F(EffectTest, EveryKindSetsTheStandardUniforms) {
+    const LogCapture quiet;
+    writePicture("font.png", {255, 255, 255, 255});
+    show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
+    show.write("box.svg", "<svg><path d=\"M0 0H9V9Z\"/></svg>");
+    const std::pair<const char*, const char*> cases[] = {
+        // and their shaders
+        {"bitmaptext", "bitmaptext"},
+        {"kinetictext", "kinetictext"},
+        {"lowerthird", "Text/LowerThird"},
+        {"shapetext", "Text/ShapeText"},
+        {"dynamicsplit", "composition/DynamicSplit"},
+        {"mine", "mine"},
+    };
+    for (const auto& [type, shader] : cases) {
+        // Red, green and blue where the values of both families are right, over the whole picture whatever the
+        // vertices.
+        const std::string path = std::string("assets/shaders/") + shader + (std::string(shader) == type ? "/x" : "");
+        show.write(path + ".vert", "#version 330 core\nvoid main() { int i = gl_VertexID % 3;"
+                                   "gl_Position = vec4(i == 1 ? 3 : -1, i == 2 ? 3 : -1, 0, 1); }");
+        show.write(path + ".frag",
+                   "#version 330 core\nout vec4 c; uniform float iTime, uTime, uAlpha; uniform int iFrame;"
+                   "uniform vec3 iResolution; uniform vec2 uResolution; uniform vec4 iMouse; void main() {"
+                   "c = vec4(iTime == 2.5 && uTime == 2.5, iFrame == 51 && iMouse.w == 1.0,"
+                   "iResolution == vec3(8, 4, 1) && uResolution == vec2(8, 4), uAlpha + 0.75); }");
+        use(std::string(R"({"id": "x", "duration": 0, "type": ")") + type + R"(", "params": {"fontPath": "font.json",
+            "text": "W", "revealMode": "none", "svgPath": "box.svg", "blendMode": "alpha", "alpha": 0.25}})");
+        ASSERT_TRUE(isRunnable(effect)) << type;
+        effect.localTime = 2.5f;
+        effect.frameCounter = 51;
+        clear(0, 0, 0, 1);
+        SCOPED_TRACE(type);
+        EXPECT_PIXEL(draw(effect), Pixel{255, 255, 255, 255});
+    }
+    deleteColorFonts();
+}
+
 TEST_F(EffectTest, ImagesStandUprightAndFit) {
     const LogCapture quiet;
     // Left half red above blue, right half green above white.

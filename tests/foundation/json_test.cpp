@@ -186,6 +186,54 @@ TEST(Json, LookUpsChainAndNeverConvert) {
     for (const auto& [number, wanted] : whole) EXPECT_EQ(getInt(parseJson(std::string(number)), 42), wanted) << number;
 }
 
+TEST(Json, InfiniteNumbersTakeTheEndOfTheirRangeWhereItHasOne) {
+    const struct {
+        const char* number;
+        float inRange, atLeast, anywhere; // 1..5, 1.., all
+    } cases[] = {
+        {"1e999", 5, 3, 3}, {"-inf", 1, 1, 3}, {"1e39", 5, 3, 3}, {"nan", 3, 3, 3},
+        {"\"9\"", 3, 3, 3}, {"9", 5, 9, 9},    {"-9", 1, 1, -9},
+    };
+    for (const auto& c : cases) {
+        const JsonValue value = parseJson(std::string(c.number));
+        EXPECT_EQ(getBounded(value, 3, 1, 5), c.inRange) << c.number;
+        EXPECT_EQ(getBounded(value, 3, 1, kNoBound), c.atLeast) << c.number;
+        EXPECT_EQ(getFinite(value, 3), c.anywhere) << c.number;
+    }
+    EXPECT_EQ(getBounded({}, 0, 1, 5), 1);
+}
+
+TEST(Json, WhatALimitLeavesOutIsSaid) {
+    // A list that takes nearly all of the memory there is, and what follows it.
+    std::string text = "{\"a\": [0";
+    const size_t most = size_t{1} << 21; // doubled once more it would be too large
+    static_assert((size_t{1} << 21) * sizeof(JsonValue) < kJsonMaxBytes &&
+                  (size_t{1} << 22) * sizeof(JsonValue) > kJsonMaxBytes);
+    for (size_t i = 1; i < most; ++i) text += ",0";
+    const LogCapture log;
+    EXPECT_EQ(find(parseJsonFile((text + "], \"b\": 1}").c_str(), "show.json"), "b").number, 1);
+    EXPECT_EQ(log.text(), "");
+    const JsonValue cut = parseJsonFile((text + ",\n,], \"b\": 1}").c_str(), "show.json");
+    EXPECT_EQ(find(cut, "a").items.size(), most);
+    EXPECT_EQ(cut.members.size(), 1u);
+    parseJsonFile(std::string(kJsonMaxDepth + 1, '[').c_str(), "deep.json");
+    EXPECT_EQ(log.text(), "[WARN] show.json: left out from line 2, byte " + std::to_string(text.size() + 3) +
+                              " on: its values take more than 256 MB\n"
+                              "[WARN] deep.json: left out from line 1, byte 512 on: nested deeper than 512 lists and "
+                              "objects\n");
+}
+
+TEST(Log, WritesHeldMessagesInTheirOrder) {
+    const LogCapture log;
+    holdLog();
+    logLine("[A]\x1B\n");
+    EXPECT_EQ(log.text(), "");
+    logLine("[B]\n");
+    releaseLog();
+    logLine("[C]\n");
+    EXPECT_EQ(log.text(), "[A]?\n[B]\n[C]\n");
+}
+
 TEST(Log, MasksControlCharactersAndKeepsLongMessagesWhole) {
     const LogCapture log;
     logLine("[A] %s%c\n",

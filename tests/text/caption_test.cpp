@@ -380,6 +380,33 @@ TEST_F(CaptionPixelTest, LowerThirdIsWhereItsLayoutSays) {
     EXPECT_PIXEL(at(panel.x0 + 30, panel.y1 - 3), Pixel{0, 0, 0, 255});
 }
 
+TEST_F(CaptionPixelTest, PanelsFadeAndTheirEdgeCutsTexts) {
+    // A part that sets out at share d of an entrance of 1 s has come in 1 - (1 - (t - d) / 0.6)^4 of its way.
+    const auto timeOf = [](float delay, float progress) {
+        return delay + 0.6f * (1.0f - std::pow(1.0f - progress, 0.25f));
+    };
+    const std::string look = R"("subtitle": "", "label": "", "panelColor": [0, 0, 1, 0.8], "accentWidth": 0,
+        "enterDuration": 1, "titleScale": 4, "title": "A", "enter": )";
+    const CaptionRect panel = draw(look + "\"fade\"", false, timeOf(0.0f, 0.25f)).lowerThird.panel;
+    EXPECT_NEAR(at(panel.x1 - 5, panel.y0 + 5)[2], 255 * 0.8 * 0.25, 2);
+
+    // Wiped open to three quarters of the letter, whose opacity is the share of the panel that is open: its left half
+    // is white, the quarter after that yellow, and nothing more is there of it, though the panel is.
+    const CaptionLine title = draw(look + "\"wipe\"", false, 2.0f).lowerThird.title[0];
+    const float letter = 0.6f * title.capPixels;
+    const float open = (title.x + 0.75f * letter - panel.x0) / (panel.x1 - panel.x0);
+    startPicture(384, 216);
+    draw(look + "\"wipe\"", false, timeOf(0.16f, open));
+    const int ink = static_cast<int>(255 * open), behind = static_cast<int>(204 * (1 - open));
+    const std::pair<float, Pixel> cases[] = {
+        {0.4f, {ink, ink, ink + behind, 0}}, {0.65f, {ink, ink, behind, 0}}, {0.85f, {0, 0, 204, 0}}};
+    for (const auto& [share, wanted] : cases) {
+        Pixel seen = at(title.x + share * letter, title.top + 0.5f * title.capPixels);
+        seen[3] = 0;
+        EXPECT_TRUE(isNear(seen, wanted, 4)) << share << ": " << testing::PrintToString(seen);
+    }
+}
+
 TEST_F(CaptionPixelTest, GlyphsTakeNothingFromTheirNeighboursAtAnySize) {
     // The cell between two red ones, much larger and much smaller than its texels.
     for (const int lines : {90, 216, 1080}) {

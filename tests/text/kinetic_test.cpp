@@ -395,6 +395,25 @@ TEST_F(KineticPictures, GlowSurroundsItsGlyphAlone) {
     EXPECT_PIXEL(at(90, 50), Pixel{255, 0, 0, 255});
 }
 
+TEST_F(KineticPictures, GlowReachesAsFarAsItsRadius) {
+    // Texels of 4 pixels. A tap at distance d from the point weighs (1 - d^2 / reach^2)^2, where the reach is 1.5
+    // radii; c is the share of the weights that lies in the cell, from x = 40 on, and the halo c (2 - c).
+    const struct {
+        const char* radius;
+        int nothing;             // at this x and before
+        std::array<int, 3> halo; // at 37, 38 and 39
+    } cases[] = {{"0.5", 36, {0, 4, 118}}, {"1", 34, {43, 112, 171}}, {"2", 27, {127, 154, 180}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.radius);
+        clear(0, 0, 0, 1);
+        drawText(std::string(R"("text": "A", "x": 40, "y": 10, "scale": 4, "outlineGlowEnabled": true,
+            "outlineGlowColor": [0, 0, 1], "outlineGlowIntensity": 1, "outlineGlowRadius": )") +
+                 c.radius);
+        for (int i = 0; i < 3; ++i) EXPECT_NEAR(at(37 + i, 50)[2], c.halo[static_cast<size_t>(i)], 2) << 37 + i;
+        EXPECT_EQ(at(c.nothing, 50)[2], 0);
+    }
+}
+
 TEST_F(KineticPictures, HostileTextsAndFontsAreDrawn) {
     const std::string huge = R"({"text": "A \u0001\u00ff\n\nB", "revealMode": "none", "glitchEnabled": true,
         "outlineGlowEnabled": true, )";

@@ -2,7 +2,7 @@
 
 #include "config/paths.h"
 #include "foundation/log.h"
-#include "platform/built_in_audio.h"
+#include "music/built_in_audio.h"
 #include "platform/files.h"
 #include "platform/library.h"
 

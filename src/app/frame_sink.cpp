@@ -40,6 +40,10 @@ bool openRaw(FrameSink& sink) {
     return sink.raw || fail(sink, outputName(sink), reason);
 }
 
+size_t nextSound(void* soundtrack, char* bytes, size_t size) {
+    return nextSoundBytes(*static_cast<Soundtrack*>(soundtrack), bytes, size);
+}
+
 bool openVideo(FrameSink& sink, const VideoJob& job) {
     // What would only come out when everything is rendered.
     if (isDirectory(sink.output)) return fail(sink, sink.output, "it is a directory");
@@ -49,8 +53,13 @@ bool openVideo(FrameSink& sink, const VideoJob& job) {
     whole.path = sink.partPath;
     whole.width = sink.planar ? evenSide(sink.width) : sink.width;
     whole.height = sink.planar ? evenSide(sink.height) : sink.height;
+    whole.hasSoundtrack = sink.sound.track.frames > 0;
+    sink.rate = job.rate;
+    sink.soundByFrame = whole.hasSoundtrack && job.frames == 0;
+    if (job.frames > 0) appendSpan(sink.sound, {sink.sound.start, soundBefore(job.frames, job.rate)});
     std::string reason;
-    sink.encoder = startProcess(videoCommand(whole), reason);
+    sink.encoder = startProcess(videoCommand(whole), reason,
+                                whole.hasSoundtrack ? SecondInput{nextSound, &sink.sound} : SecondInput{});
     return sink.encoder || fail(sink, sink.output, "the program ffmpeg cannot be started: " + reason);
 }
 
@@ -133,7 +142,12 @@ bool openSink(FrameSink& sink, const VideoJob& job) {
     return isVideoOutput(job.output) ? openVideo(sink, job) : openPictures(sink, job.frames);
 }
 
-bool writeFrame(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>& cancelled) {
+bool writeFrame(FrameSink& sink, const RecordedFrame& frame, const std::atomic<bool>& cancelled) {
+    const uint8_t* pixels = frame.pixels;
+    if (sink.soundByFrame) {
+        const uint64_t end = soundBefore(sink.written + 1, sink.rate), begin = soundBefore(sink.written, sink.rate);
+        appendSpan(sink.sound, {frame.music, end - begin});
+    }
     const bool written = sink.planar                ? writePlanes(sink, pixels, cancelled)
                          : sink.raw || sink.encoder ? writeRows(sink, pixels, cancelled)
                                                     : writePicture(sink, pixels);

@@ -25,10 +25,10 @@ void writeFrames(Recorder& recorder) {
     while (true) {
         recorder.toWriter.wait(lock, [&] { return recorder.done < recorder.handedOver || recorder.ended; });
         if (recorder.done == recorder.handedOver) break;
-        const unsigned char* pixels = recorder.frames[static_cast<size_t>(recorder.done % Readback::kSlots)];
+        const RecordedFrame frame = recorder.frames[static_cast<size_t>(recorder.done % Readback::kSlots)];
         if (recorder.takesFrames) {
             lock.unlock();
-            const bool written = writeFrame(recorder.sink, pixels, recorder.cancelled);
+            const bool written = writeFrame(recorder.sink, frame, recorder.cancelled);
             lock.lock();
             recorder.written += written ? 1 : 0;
             recorder.takesFrames = written;
@@ -60,7 +60,8 @@ bool handOver(Recorder& recorder) {
     const unsigned char* pixels = mapFrame(recorder.readback);
     if (!pixels) return fail(recorder, recorder.sink.output + ": the driver does not hand the frame over");
     const std::lock_guard lock(recorder.mutex);
-    recorder.frames[static_cast<size_t>(recorder.handedOver++ % Readback::kSlots)] = pixels;
+    const size_t slot = static_cast<size_t>(recorder.handedOver++ % Readback::kSlots);
+    recorder.frames[slot] = {pixels, recorder.music[slot]};
     recorder.toWriter.notify_one();
     return true;
 }
@@ -113,12 +114,15 @@ void announceInterruption(const Recorder& recorder) {
 
 } // namespace
 
-bool openRecorder(Recorder& recorder, const VideoJob& job, Surface* surface) {
+bool openRecorder(Recorder& recorder, const VideoJob& job, Soundtrack sound, Surface* surface) {
     recorder.surface = surface;
     recorder.expected = job.frames;
     if (!createReadback(recorder.readback, glLookup(surface), job.width, job.height)) {
         return fail(recorder, job.output + ": the driver cannot map pixel buffers");
     }
+    recorder.rate = job.rate;
+    recorder.sink.sound = std::move(sound);
+    recorder.jumpPosition = recorder.sink.sound.start;
     if (!openSink(recorder.sink, job)) return fail(recorder, recorder.sink.failure);
     recorder.showProgress = isTerminal(stderr);
     recorder.startCounter = clockCounter();
@@ -127,8 +131,17 @@ bool openRecorder(Recorder& recorder, const VideoJob& job, Surface* surface) {
     return true;
 }
 
+void jumpMusic(Recorder& recorder, uint64_t position) {
+    recorder.jumpPosition = position;
+    recorder.jumpFrame = recorder.readback.requested;
+}
+
 bool recordFrame(Recorder& recorder) {
     if (recorder.failed || !makeRoom(recorder)) return false;
+    const long long frame = recorder.readback.requested;
+    recorder.music[static_cast<size_t>(frame % Readback::kSlots)] = recorder.jumpPosition +
+                                                                    soundBefore(frame, recorder.rate) -
+                                                                    soundBefore(recorder.jumpFrame, recorder.rate);
     requestFrame(recorder.readback);
     // The newest frame is left to the driver until the next one is drawn.
     if (recorder.readback.requested - recorder.readback.mapped > 1 && !handOver(recorder)) return false;

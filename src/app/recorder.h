@@ -23,13 +23,19 @@ struct Recorder {
     std::mutex mutex;                    // for all that follows
     std::condition_variable toWriter;
     std::condition_variable toDrawer;
-    std::array<const unsigned char*, Readback::kSlots> frames = {};
+    std::array<RecordedFrame, Readback::kSlots> frames = {};
     long long handedOver = 0;
     long long done = 0; // of those handed over, written or not
     long long written = 0;
     bool takesFrames = true; // false once writing has failed, or ffmpeg has all that it was told to take
     bool ended = false;      // nothing more will be handed over
     bool closed = false;     // the output is
+
+    // Where the music last jumped to, and at which frame.
+    FrameRate rate;
+    uint64_t jumpPosition = 0;
+    long long jumpFrame = 0;
+    std::array<uint64_t, Readback::kSlots> music = {}; // positions at the frames that are not handed over yet
 
     // For the progress line.
     long long expected = 0; // frames; 0 when it cannot be told
@@ -40,7 +46,11 @@ struct Recorder {
 
 // Opens the output for frames of the surface's framebuffer 0. `job.frames` may be 0. False, with one line
 // on standard error, when it cannot be opened.
-bool openRecorder(Recorder& recorder, const VideoJob& job, Surface* surface);
+// `sound` is the video's, where that is the player's own.
+bool openRecorder(Recorder& recorder, const VideoJob& job, Soundtrack sound, Surface* surface);
+
+// Lets the music go on from a position of its track in the next frame.
+void jumpMusic(Recorder& recorder, uint64_t position);
 
 // Takes the frame in framebuffer 0; the ones before it are read back and written meanwhile. Waits only
 // while the writer has all buffers. False once no more frames are taken.

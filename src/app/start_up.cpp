@@ -90,27 +90,53 @@ long long expectedFrames(const Player& player) {
     return frames < kMostFrames ? static_cast<long long>(frames) : 0;
 }
 
-// The show's music from where the rendering begins; none where there is none to be heard.
-VideoMusic videoMusic(const Player& player) {
+// A number that counts: what is none is 0, as for play.
+double finite(float value) {
+    return std::isfinite(value) ? static_cast<double>(value) : 0.0;
+}
+
+// Keys that move a flat timeline.
+bool hasSeeks(const Player& player) {
+    const std::vector<ScriptedKey>& keys = player.options.keys;
+    return player.config.nativeRuntime &&
+           std::any_of(keys.begin(), keys.end(), [](const ScriptedKey& key) { return key.key != PlayerKey::escape; });
+}
+
+// The show's music from where the rendering begins: the player's own samples or, of files that only ffmpeg reads,
+// ffmpeg's. None where there is none to be heard. False when the video cannot have what play would sound like.
+bool prepareMusic(const Player& player, VideoMusic& music, Soundtrack& sound) {
     const RuntimeConfig& config = player.config;
     const std::string& output = player.options.output;
     const bool wanted = isVideoOutput(output) && !isAnimation(output) && player.options.audio.value_or(true);
-    if (!wanted || config.audioPath.empty()) return {};
+    if (!wanted || config.audioPath.empty()) return true;
     if (!isRegularFile(config.audioPath)) {
         logLine("[AUDIO] File not found: %s\n", config.audioPath.c_str());
-        return {};
+        return true;
     }
-    VideoMusic music;
-    music.path = locateFile(config.audioPath);
+    const std::string path = locateFile(config.audioPath);
     std::string reason;
-    if (!canDecodeMusic(music.path, reason)) {
-        logLine("[AUDIO] Rendering without music; ffmpeg cannot read %s: %s\n", music.path.c_str(), reason.c_str());
-        return {};
+    sound.volume = std::clamp(static_cast<float>(finite(config.volume)), 0.0f, 1.0f);
+    sound.start = musicFrame(finite(config.startOffset), firstTime(player));
+    switch (decodeTrack(path, sound.track, reason)) {
+    case TrackState::Decoded: return true;
+    case TrackState::Unreadable:
+        logLine("[AUDIO] Rendering without music; cannot read %s: %s\n", path.c_str(), reason.c_str());
+        return true;
+    case TrackState::Unknown: break;
     }
-    const auto finite = [](float value) { return std::isfinite(value) ? static_cast<double>(value) : 0.0; };
-    music.volume = std::clamp(finite(config.volume), 0.0, 1.0);
+    if (!canDecodeMusic(path, reason)) {
+        logLine("[AUDIO] Rendering without music; ffmpeg cannot read %s: %s\n", path.c_str(), reason.c_str());
+        return true;
+    }
+    if (hasSeeks(player)) {
+        printError("%s: this music cannot follow the jumps of --press in a video; --no-audio leaves it out\n",
+                   path.c_str());
+        return false;
+    }
+    music.path = path;
+    music.volume = static_cast<double>(sound.volume);
     music.position = std::max(0.0, std::max(0.0, finite(config.startOffset)) + firstTime(player));
-    return music;
+    return true;
 }
 
 bool openOffline(Player& player) {
@@ -133,9 +159,10 @@ bool openOffline(Player& player) {
     job.rate = options.rate;
     // Keys may make the show longer or shorter.
     job.frames = isVideoOutput(options.output) && !options.keys.empty() ? 0 : frames;
-    job.music = videoMusic(player);
     job.arguments = options.ffmpegArguments;
-    return openRecorder(player.recorder, job, player.surface);
+    Soundtrack sound;
+    return prepareMusic(player, job.music, sound) &&
+           openRecorder(player.recorder, job, std::move(sound), player.surface);
 }
 
 void play(Player& player) {

@@ -54,6 +54,8 @@ void seekTo(Player& player, const VisualRange& range, float t) {
     jumpClock(player.clock, static_cast<double>(target));
     seekClocks(player.clocks, playingTimeline(player), target);
     player.log.lastKey.clear();
+    const double musicOffset = static_cast<double>(player.config.startOffset);
+    jumpMusic(player.recorder, musicFrame(musicOffset, static_cast<double>(target)));
     restartCounter(player.clock);
 }
 

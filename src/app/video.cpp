@@ -97,14 +97,19 @@ bool isAnimation(const std::string& output) {
 std::vector<std::string> videoCommand(const VideoJob& job) {
     const VideoKind& kind = videoKind(job.output);
     const bool animation = isAnimation(job.output);
-    const bool hasSound = !animation && !job.music.path.empty();
+    const bool ownSound = !animation && job.hasSoundtrack;
+    const bool hasSound = ownSound || (!animation && !job.music.path.empty());
     Arguments command = {"ffmpeg", "-hide_banner", "-nostdin", "-loglevel", "repeat+error", "-y", "-f", "rawvideo"};
     append(command, {"-pixel_format", animation ? "rgba" : "yuv420p"});
     append(command, {"-video_size", std::to_string(job.width) + "x" + std::to_string(job.height)});
     append(command, {"-framerate", std::to_string(job.rate.numerator) + "/" + std::to_string(job.rate.denominator)});
     if (!animation) append(command, colorTags());
     append(command, {"-i", "pipe:0"});
-    if (hasSound) {
+    if (ownSound) {
+        // Small packets: whoever decides by the sound that comes next must not wait for that of pictures that it has
+        // not taken yet.
+        append(command, {"-f", "wav", "-ignore_length", "1", "-max_size", "1024", "-i", kSecondInputName});
+    } else if (hasSound) {
         append(command, kMusicInput);
         append(command, {"-i", fileName(job.music.path)});
     }
@@ -112,9 +117,11 @@ std::vector<std::string> videoCommand(const VideoJob& job) {
     append(command, kind.picture);
     if (!animation) append(command, colorTags());
     if (hasSound) {
-        append(command, {"-map", "1:a:0", "-filter:a", soundFilter(job)});
+        append(command, {"-map", "1:a:0"});
+        if (!ownSound) append(command, {"-filter:a", soundFilter(job)});
         append(command, kind.sound);
-        if (job.frames == 0) command.push_back("-shortest");
+        // Sound that comes with the pictures ends with them, unless the user's arguments end these before.
+        if (job.frames == 0 && (!ownSound || !job.arguments.empty())) command.push_back("-shortest");
     }
     append(command, job.arguments);
     append(command, {"-f", kind.muxer, fileName(job.path)});

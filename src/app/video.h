@@ -11,9 +11,9 @@ struct FrameRate {
     int denominator = 1;
 };
 
-// The music that goes with the pictures.
+// Music that goes with the pictures and that ffmpeg decodes itself.
 struct VideoMusic {
-    std::string path;      // empty: a silent video
+    std::string path;      // empty: none
     double position = 0.0; // seconds into the music at the first frame
     double volume = 1.0;   // 0 to 1
 };
@@ -26,6 +26,7 @@ struct VideoJob {
     FrameRate rate;
     long long frames = 0; // 0 when it cannot be told
     VideoMusic music;
+    bool hasSoundtrack = false;         // the player's own sound comes in on the second input, as a WAVE file
     std::vector<std::string> arguments; // the user's own, behind ours
 };
 

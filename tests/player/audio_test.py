@@ -14,6 +14,7 @@ from support import Display, PlayerTest, entry, output_of, show, write_wav
 
 LIBRARY = "bass.dll" if WINDOWS else "libbass.so"
 STAND_IN = Path(os.environ["QUILLON_STAND_IN_AUDIO"])  # a folder with the library
+FINDS = Path(__file__).resolve().parents[2] / "fuzz/finds/music"
 INCOMPLETE = Path(os.environ["QUILLON_INCOMPLETE_AUDIO"])  # the same without its last export
 
 OPENED = """\
@@ -251,7 +252,8 @@ def starts(found):
 
 @unittest.skipIf(WINDOWS, "there music comes from the library alone")
 class BuiltIn(PlayerTest):
-    FORMATS = {"wav": [], "flac": [], "ogg": ["-c:a", "libvorbis", "-q:a", "6"], "mp3": ["-b:a", "192k"]}
+    FORMATS = {"wav": [], "flac": [], "ogg": ["-c:a", "libvorbis", "-q:a", "6"], "mp3": ["-b:a", "192k"],
+               "opus": ["-b:a", "160k"]}
 
     def make_track(self, format):
         path = self.folder / f"m.{format}"
@@ -313,7 +315,9 @@ class BuiltIn(PlayerTest):
         format = struct.pack("<IHHIIHH", 16, 1, 2, RATE, RATE * 4, 4, 16)
         lies = b"RIFF\xff\xff\xff\x7fWAVEfmt " + format + b"data\xf0\xff\xff\x7f"
         hour = output_of("ffmpeg", "-v", "error", *"-f lavfi -i anullsrc=r=44100 -t 3600 -f flac -".split())
-        for content in (hour, lies, lies[:-4] + bytes(4), b"", b"no music", mod()[:900], b"fLaC" + bytes(100),
+        crashed_once = [path.read_bytes() for path in sorted(FINDS.iterdir())]
+        for content in (*crashed_once, hour, lies, lies[:-4] + bytes(4), b"", b"no music", mod()[:900],
+                        b"fLaC" + bytes(100),
                         b"OggS" + bytes(100), b"\xff\xfb\x90\0" + bytes(50), b"ID3\4\0\0\x7f\x7f\x7f\x7f"):
             with self.subTest(content[:30]):
                 run = self.survive(content, "dummy")

@@ -3,6 +3,7 @@
 import array
 import json
 import math
+import random
 import resource
 import signal
 import time
@@ -46,7 +47,7 @@ class VideoTest(PlayerTest):
     def clicks(self, name):
         """Times at which sound begins, its peak, and when all of it ends."""
         # Silence stands in for what the container leaves out at the beginning.
-        whole = f"-map 0:a -af aresample=async=1:first_pts=0 -ac 1 -ar {RATE} -f f32le"
+        whole = f"-map 0:a -af aresample=async=1:first_pts=0,pan=mono|c0=c0 -ar {RATE} -f f32le"
         samples = array.array("f", self.decode(name, *whole.split()))
         loud = [i for i, value in enumerate(samples) if abs(value) > 0.1]
         times = [i / RATE for before, i in zip([-RATE, *loud], loud) if i - before > RATE // 10]
@@ -83,17 +84,35 @@ class WholeVideos(VideoTest):
                 self.assertEqual(tags, ["tv", "bt709", "bt709", "bt709"])
         self.assertEqual(list(self.folder.glob("*.part")), [])
 
+    def test_music_is_that_of_play(self):
+        """The track's own samples at the volume, from where play starts and where it jumps to, to the step."""
+        noise = random.Random(1)
+        track = array.array("h", (noise.randrange(-32768, 32768) for _ in range(2 * 44100 * 3)))
+        write_wav(self.folder / "m.wav", 2, 44100, track)
+        path = self.write_show(show(
+            entry("clock", 0, 2, scene="a"), entry("clock", 2, 2, scene="b"),
+            audio={"path": "m.wav", "startOffset": 0.25, "volume": 0.5}))
+        self.run_player("-o", "a.mkv", "--fps", 25, "--start", 0.5, "--press", "1:Right", path)
+        heard = array.array("h", self.decode("a.mkv", *"-map 0:a -f s16le".split()))
+        second = 2 * 44100
+        played = track[second * 3 // 4:second * 7 // 4] + track[second * 9 // 4:]
+        played.extend([0] * (3 * second - len(played)))
+        self.assertEqual(heard, array.array("h", (int(sample * 0.5) for sample in played)))
+
     def test_music_as_it_is_asked_for(self):
         self.write("list.mp3", "ffconcat version 1.0\nfile 'track: 50%.wav'\n")  # which might name any file
         refused = "[AUDIO] Rendering without music; ffmpeg cannot read {folder}/list.mp3: "
+        self.write("broken.ogg", b"OggS" + bytes(22) + b"\1\x0d\1vorbis")
         self.flashing_show()
         flac = self.decode("track: 50%.wav", "-f", "flac")
         head = flac.find(b"\xff\xf8")  # where the first packet begins
         self.write("cut.flac", flac[:head + 2000] + flac[-2000:])
+        self.write("other.au", self.decode("track: 50%.wav", "-f", "au"))
         for audio, arguments, peak, line in (
                 ({}, "--no-audio", None, ""), ({"volume": 7}, "--length 1", 0.8, ""),
                 ({"startOffset": 1e30}, "", 0.0, ""), ({}, "--press 0.5:Right --press 1.5:Escape", 0.4, ""),
-                ({"path": "cut.flac"}, "", 0.4, ""),
+                ({"path": "cut.flac"}, "", 0.4, ""), ({"path": "other.au"}, "", 0.3, ""),
+                ({"path": "broken.ogg"}, "", None, "without music; cannot read {folder}/broken.ogg: broken"),
                 ({"path": "gone.ogg"}, "", None, "[AUDIO] File not found: {folder}/gone.ogg\n"),
                 ({"path": "list.mp3"}, "", None, refused)):
             with self.subTest(audio=audio, arguments=arguments):
@@ -105,6 +124,9 @@ class WholeVideos(VideoTest):
                 if sound:
                     self.assertAlmostEqual(float(sound["duration"]), float(video["duration"]), delta=0.022)
                     self.assertAlmostEqual(self.clicks("a.mp4")[1], peak, delta=0.15)
+        path = self.flashing_show(path="other.au")  # which ffmpeg alone decodes
+        run = self.run_player("-o", "b.mp4", "--press", "0.5:Right", path, code=1)
+        self.assert_one_line(beside_the_log(run.err), "other.au: this music cannot follow the jumps of --press")
 
     def test_colors_of_a_card(self):
         card = [(r, g, b) for r in (0, 128, 255) for g in (0, 100, 255) for b in (0, 160, 255)]

@@ -13,11 +13,19 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+const char* const kSecondInputName = "pipe:3";
+
 struct Process {
     pid_t id = -1;
     int input = -1;   // its standard input; -1 once closed
     int errors = -1;  // its standard error
     std::string said; // the end of what it said there
+
+    SecondInput source;
+    int second = -1;         // its second input
+    std::vector<char> asked; // bytes from the source, of which the first `sent` are in the pipe
+    size_t given = 0;        // by the source
+    size_t sent = 0;
 };
 
 namespace {
@@ -26,6 +34,8 @@ constexpr size_t kKeptBytes = 4096;     // of its standard error
 constexpr int kTickMilliseconds = 100;  // between looks at `cancelled`
 constexpr int kEndTickMilliseconds = 2; // once it has nothing more to say, which is just before its end
 constexpr int kPipeBytes = 1 << 20;     // fewer switches between the two programs; the system may grant less
+constexpr int kSecondDescriptor = 3;    // of the program's
+constexpr size_t kAskedBytes = 1 << 16; // at a time for the second input
 
 struct Pipe {
     int reading = -1;
@@ -50,7 +60,7 @@ void closePipe(Pipe& ends) {
 }
 
 // 0, or the system's error number.
-int spawn(const std::vector<std::string>& arguments, int input, int errors, pid_t& id) {
+int spawn(const std::vector<std::string>& arguments, int input, int errors, int second, pid_t& id) {
     std::vector<char*> pointers;
     for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);
@@ -59,6 +69,7 @@ int spawn(const std::vector<std::string>& arguments, int input, int errors, pid_
     posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&files, errors, STDERR_FILENO);
+    if (second >= 0) posix_spawn_file_actions_adddup2(&files, second, kSecondDescriptor);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     // A group of its own keeps Ctrl+C from it; what the player ignores it must not inherit as ignored.
@@ -86,11 +97,31 @@ bool readErrors(Process& process) {
     }
 }
 
-// Waits until its input takes bytes or it says something, at most for one tick.
+bool hasMore(const Process& process) {
+    return process.sent < process.given;
+}
+
+// Gives the second input what there is for it, without waiting.
+void feedSecond(Process& process) {
+    while (process.second >= 0) {
+        if (!hasMore(process)) {
+            process.given = process.source.next(process.source.source, process.asked.data(), kAskedBytes);
+            process.sent = 0;
+        }
+        if (!hasMore(process)) return;
+        const ssize_t count = write(process.second, process.asked.data() + process.sent, process.given - process.sent);
+        if (count >= 0) process.sent += static_cast<size_t>(count);
+        else if (errno == EAGAIN) return;
+        else if (errno != EINTR) closeFile(process.second); // it takes no more of this; the first goes on
+    }
+}
+
+// Waits until an input takes bytes or it says something, at most for one tick.
 void waitForProcess(Process& process) {
-    pollfd files[2] = {{process.errors, POLLIN, 0}, {process.input, POLLOUT, 0}};
-    const int tick = process.errors >= 0 || process.input >= 0 ? kTickMilliseconds : kEndTickMilliseconds;
-    if (poll(files, process.input >= 0 ? 2 : 1, tick) <= 0) return;
+    const int second = hasMore(process) ? process.second : -1; // files below 0 are left out
+    pollfd files[3] = {{process.errors, POLLIN, 0}, {process.input, POLLOUT, 0}, {second, POLLOUT, 0}};
+    const bool talks = process.errors >= 0 || process.input >= 0 || second >= 0;
+    if (poll(files, std::size(files), talks ? kTickMilliseconds : kEndTickMilliseconds) <= 0) return;
     if (files[0].revents && !readErrors(process)) closeFile(process.errors);
 }
 
@@ -101,26 +132,34 @@ std::string describeEnd(int status) {
 
 } // namespace
 
-Process* startProcess(const std::vector<std::string>& arguments, std::string& reason) {
+Process* startProcess(const std::vector<std::string>& arguments, std::string& reason, SecondInput source) {
     std::signal(SIGPIPE, SIG_IGN);
-    Pipe input, errors;
+    Pipe input, errors, second;
     Process* process = new Process();
-    int error = openPipe(input) && openPipe(errors) ? 0 : errno;
-    if (!error) error = spawn(arguments, input.reading, errors.writing, process->id);
+    int error = openPipe(input) && openPipe(errors) && (!source.next || openPipe(second)) ? 0 : errno;
+    if (!error) error = spawn(arguments, input.reading, errors.writing, second.reading, process->id);
     if (error) {
         reason = std::strerror(error);
         closePipe(input);
         closePipe(errors);
+        closePipe(second);
         delete process;
         return nullptr;
     }
     closeFile(input.reading);
     closeFile(errors.writing);
+    closeFile(second.reading);
+    process->source = source;
+    process->second = second.writing;
     process->input = input.writing;
     process->errors = errors.reading;
     fcntl(process->input, F_SETFL, O_NONBLOCK);
     fcntl(process->errors, F_SETFL, O_NONBLOCK);
     fcntl(process->input, F_SETPIPE_SZ, kPipeBytes);
+    if (process->second >= 0) {
+        fcntl(process->second, F_SETFL, O_NONBLOCK);
+        process->asked.resize(kAskedBytes);
+    }
     return process;
 }
 
@@ -128,6 +167,7 @@ bool feedProcess(Process* process, const void* bytes, size_t size, const std::at
     const char* next = static_cast<const char*>(bytes);
     while (size > 0) {
         if (cancelled) return false;
+        feedSecond(*process);
         const ssize_t count = write(process->input, next, size);
         if (count >= 0) {
             next += count;
@@ -149,10 +189,13 @@ bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::st
     // Its end is what counts, not the pipe's: a program that it has started may hold that open.
     while ((ended = waitpid(process->id, &status, WNOHANG)) == 0 || (ended < 0 && errno == EINTR)) {
         if (cancelled && !killed) killed = kill(process->id, SIGKILL) == 0;
+        feedSecond(*process);
+        if (!hasMore(*process)) closeFile(process->second);
         waitForProcess(*process);
     }
     if (process->errors >= 0) readErrors(*process);
     closeFile(process->errors);
+    closeFile(process->second);
     const bool succeeded = ended == process->id && WIFEXITED(status) && WEXITSTATUS(status) == 0;
     words = lastLines(process->said);
     if (!succeeded && words.empty()) words = describeEnd(status);

@@ -1,8 +1,3 @@
-#include "platform/built_in_audio.h"
+#include "platform/audio_functions.h"
 
 const char* const kAudioLibraryName = "bass.dll";
-
-// Music comes from the library alone here; that it is missing the log has said.
-bool builtInAudio(AudioFunctions&) {
-    return false;
-}

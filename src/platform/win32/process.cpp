@@ -8,6 +8,8 @@
 
 #include <windows.h>
 
+const char* const kSecondInputName = nullptr;
+
 // One end of a pipe to another program, used without waiting.
 struct PipeEnd {
     HANDLE file = INVALID_HANDLE_VALUE;
@@ -201,7 +203,7 @@ DWORD write(Process& process, const void* bytes, size_t size, const std::atomic<
 
 } // namespace
 
-Process* startProcess(const std::vector<std::string>& arguments, std::string& reason) {
+Process* startProcess(const std::vector<std::string>& arguments, std::string& reason, SecondInput) {
     HANDLE input = INVALID_HANDLE_VALUE, errors = INVALID_HANDLE_VALUE;
     HANDLE output = openInheritable("NUL", GENERIC_WRITE);
     Process* process = new Process();

@@ -1,16 +1,12 @@
-#include "platform/built_in_audio.h"
+#include "music/built_in_audio.h"
 
 #include "foundation/log.h"
-#include "platform/library.h"
-#include "platform/linux/track.h"
-
-#include <SDL.h>
+#include "music/track.h"
+#include "platform/sound_device.h"
 
 #include <algorithm>
 #include <cmath>
 #include <mutex>
-
-const char* const kAudioLibraryName = "libbass.so";
 
 namespace {
 
@@ -26,12 +22,10 @@ enum ErrorCode {
     kBadFile = 41,
 };
 
-constexpr uint32_t kStream = 1;     // there is one stream at a time
-constexpr int kDeviceFrames = 1024; // a device buffer: 23 ms
+constexpr uint32_t kStream = 1; // there is one stream at a time
 
 struct BuiltIn {
-    Mixer mixer;
-    bool initialised = false;
+    SoundDevice* device = nullptr; // null until it is initialised
     int error = kNoError;
     Track track;
     std::mutex mutex;      // held over the members below, by the device's thread while it fills a buffer
@@ -52,65 +46,56 @@ int fail(ErrorCode error) {
 }
 
 bool isStream(uint32_t handle) {
-    return handle == kStream && builtIn.track.samples;
+    return handle == kStream && builtIn.track.frames > 0;
 }
 
-// On the device's thread. The mixer has laid silence into the buffer.
-void fillBuffer(void*, Uint8* bytes, int size) {
+// On the device's thread.
+void fillBuffer(int16_t* samples, size_t frames) {
     const std::lock_guard lock(builtIn.mutex);
-    if (!builtIn.playing) return;
-    const uint64_t left = builtIn.track.frames - builtIn.position;
-    const uint64_t frames = std::min(static_cast<uint64_t>(size) / kFrameBytes, left);
-    const int16_t* from = builtIn.track.samples + builtIn.position * kTrackChannels;
-    int16_t* to = reinterpret_cast<int16_t*>(bytes);
-    for (uint64_t i = 0; i < frames * kTrackChannels; ++i) {
-        to[i] = static_cast<int16_t>(static_cast<float>(from[i]) * builtIn.volume);
-    }
-    builtIn.position += frames;
-    if (builtIn.position == builtIn.track.frames) builtIn.playing = false;
+    const uint64_t left = builtIn.playing ? builtIn.track.frames - builtIn.position : 0;
+    copyTrack(builtIn.track, left > 0 ? builtIn.position : builtIn.track.frames, builtIn.volume, samples, frames);
+    builtIn.position += std::min<uint64_t>(frames, left);
+    if (left <= frames) builtIn.playing = false;
 }
 
 int init(int, uint32_t, uint32_t, void*, const void*) {
-    if (builtIn.initialised) return fail(kAlready);
-    const bool ready = SDL_InitSubSystem(SDL_INIT_AUDIO) == 0;
-    // Whatever the device runs at is SDL's affair.
-    if (!ready || builtIn.mixer.openDevice(kTrackRate, AUDIO_S16SYS, kTrackChannels, kDeviceFrames, nullptr, 0) != 0) {
-        printError("No sound: %s\n", SDL_GetError());
-        if (ready) SDL_QuitSubSystem(SDL_INIT_AUDIO);
-        return fail(kNoDriver);
-    }
-    builtIn.mixer.hookMusic(fillBuffer, nullptr);
-    builtIn.initialised = true;
-    return succeed();
+    if (builtIn.device) return fail(kAlready);
+    std::string reason;
+    builtIn.device = openSoundDevice(kMusicRate, kMusicChannels, fillBuffer, reason);
+    if (builtIn.device) return succeed();
+    printError("No sound: %s\n", reason.c_str());
+    return fail(kNoDriver);
 }
 
 int streamFree(uint32_t stream) {
     if (!isStream(stream)) return fail(kBadHandle);
     const std::lock_guard lock(builtIn.mutex);
     builtIn.playing = false;
-    releaseTrack(builtIn.mixer, builtIn.track);
+    builtIn.track = {};
     return succeed();
 }
 
 int freeAll() {
-    if (!builtIn.initialised) return fail(kNotInitialised);
+    if (!builtIn.device) return fail(kNotInitialised);
     streamFree(kStream);
-    builtIn.mixer.closeDevice();
-    SDL_QuitSubSystem(SDL_INIT_AUDIO);
-    builtIn.initialised = false;
+    closeSoundDevice(builtIn.device);
+    builtIn.device = nullptr;
     return succeed();
 }
 
 uint32_t streamCreateFile(int inMemory, const void* file, uint64_t, uint64_t, uint32_t) {
-    if (!builtIn.initialised) return static_cast<uint32_t>(fail(kNotInitialised));
+    if (!builtIn.device) return static_cast<uint32_t>(fail(kNotInitialised));
     if (inMemory || !file) return static_cast<uint32_t>(fail(kBadParameter));
     const std::string path = static_cast<const char*>(file);
+    Track track;
     std::string reason;
     streamFree(kStream);
-    if (!decodeTrack(builtIn.mixer, path, builtIn.track, reason)) {
+    if (decodeTrack(path, track, reason) != TrackState::Decoded) {
         printError("No music: %s: %s\n", path.c_str(), reason.c_str());
         return static_cast<uint32_t>(fail(kBadFile));
     }
+    const std::lock_guard lock(builtIn.mutex);
+    builtIn.track = std::move(track);
     builtIn.position = 0;
     builtIn.volume = 1.0f;
     succeed();
@@ -143,7 +128,7 @@ int channelSetAttribute(uint32_t channel, uint32_t attribute, float value) {
 
 int channelSetPosition(uint32_t channel, uint64_t position, uint32_t mode) {
     if (!isStream(channel)) return fail(kBadHandle);
-    const uint64_t frame = position / kFrameBytes;
+    const uint64_t frame = position / kMusicFrameBytes;
     if (mode != kAudioPositionBytes || frame > builtIn.track.frames) return fail(kBadPosition);
     const std::lock_guard lock(builtIn.mutex);
     builtIn.position = frame;
@@ -159,13 +144,13 @@ uint64_t channelGetPosition(uint32_t channel, uint32_t) {
     if (!isStream(channel)) return failBytes(kBadHandle);
     const std::lock_guard lock(builtIn.mutex);
     succeed();
-    return builtIn.position * kFrameBytes;
+    return builtIn.position * kMusicFrameBytes;
 }
 
 uint64_t channelGetLength(uint32_t channel, uint32_t) {
     if (!isStream(channel)) return failBytes(kBadHandle);
     succeed();
-    return builtIn.track.frames * kFrameBytes;
+    return builtIn.track.frames * kMusicFrameBytes;
 }
 
 double channelBytes2Seconds(uint32_t channel, uint64_t bytes) {
@@ -174,7 +159,7 @@ double channelBytes2Seconds(uint32_t channel, uint64_t bytes) {
         return -1.0;
     }
     succeed();
-    return static_cast<double>(bytes / kFrameBytes) / kTrackRate;
+    return static_cast<double>(bytes / kMusicFrameBytes) / kMusicRate;
 }
 
 uint64_t channelSeconds2Bytes(uint32_t channel, double seconds) {
@@ -182,30 +167,16 @@ uint64_t channelSeconds2Bytes(uint32_t channel, double seconds) {
     if (!isStream(channel)) return failBytes(kBadHandle);
     if (!(seconds >= 0.0 && seconds <= kMostSeconds)) return failBytes(kBadParameter);
     succeed();
-    return static_cast<uint64_t>(std::llround(seconds * kTrackRate)) * kFrameBytes;
+    return static_cast<uint64_t>(std::llround(seconds * kMusicRate)) * kMusicFrameBytes;
 }
 
 int errorGetCode() {
     return builtIn.error;
 }
 
-bool openMixer(Mixer& mixer) {
-    // Not closed again: libraries below it keep threads and hooks of their own.
-    void* library = openLibrary("libSDL2_mixer-2.0.so.0");
-    return resolveSymbol(library, "Mix_OpenAudioDevice", mixer.openDevice) &&
-           resolveSymbol(library, "Mix_CloseAudio", mixer.closeDevice) &&
-           resolveSymbol(library, "Mix_HookMusic", mixer.hookMusic) &&
-           resolveSymbol(library, "Mix_LoadWAV_RW", mixer.loadSound) &&
-           resolveSymbol(library, "Mix_FreeChunk", mixer.freeSound);
-}
-
 } // namespace
 
 bool builtInAudio(AudioFunctions& functions) {
-    if (!openMixer(builtIn.mixer)) {
-        printError("No music: neither %s nor SDL2_mixer is installed\n", kAudioLibraryName);
-        return false;
-    }
     functions.init = init;
     functions.free = freeAll;
     functions.streamCreateFile = streamCreateFile;

@@ -3,7 +3,7 @@
 
 #include "platform/audio_functions.h"
 
-// Fills the table; false, with the reason on standard error, where the system has nothing to play with.
-// Plays MP3, Ogg Vorbis, FLAC, WAV and tracker modules. A track is decoded whole when its stream is made, so
+// Fills the table; false where nothing is built in.
+// Plays MP3, Ogg Vorbis, FLAC, Opus, WAV and tracker modules. A track is decoded whole when its stream is made, so
 // that every position is exact to the sample and no later call decodes anything.
 bool builtInAudio(AudioFunctions& functions);

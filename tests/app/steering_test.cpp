@@ -59,22 +59,6 @@ TEST(Navigation, WhatHasReachedTheEndBeginsAnew) {
     }
 }
 
-TEST(Navigation, SetsEffectClocksAsIfTheyHadPlayed) {
-    const struct {
-        float seconds, timeScale, localTime;
-        int frames;
-    } cases[] = {
-        {4, 0.5f, 2, 240}, {-1, 1, 0, 0}, {3, -1, -3, 180}, {0.025f, 1, 0.025f, 2}, {1e30f, 0, 0, 2147483520},
-    };
-    for (const auto& c : cases) {
-        Effect effect;
-        effect.timeScale = c.timeScale;
-        seekEffect(effect, c.seconds);
-        EXPECT_EQ(effect.localTime, c.localTime) << c.seconds;
-        EXPECT_EQ(effect.frameCounter, c.frames) << c.seconds;
-    }
-}
-
 TEST(Clock, StallsAreCutShort) {
     RunClock clock = startClock(3, 0);
     clock.lastCounter -= 5 * clockFrequency();

@@ -5,7 +5,6 @@
 #include "effects/pip_effect.h"
 #include "effects/split_effect.h"
 #include "effects/warm_up.h"
-#include "text/color_font.h"
 
 namespace {
 
@@ -27,16 +26,16 @@ protected:
     // The test's effect at a time of its own clock, in its frame.
     Pixel drawAt(float t, int frame = 0) {
         clear(0, 0, 0, 1);
-        effect.localTime = t;
-        effect.frameCounter = frame;
+        now.time = static_cast<double>(t);
+        now.frame = frame;
         return draw(effect);
     }
 
-    // GL objects that are alive; programs of the pool are not the effects'.
+    // GL objects that are alive; programs are the device's.
     int countObjects() {
         using IsObject = GLboolean (*)(GLuint);
         gl.UseProgram(0); // a program in use outlives its deletion
-        deletePooledPrograms();
+        deletePrograms(device.programs);
         int count = 0;
         for (GLuint id = 1; id < 2000; ++id) count += glIsTexture(id); // of GL 1.1, which look-ups need not know
         for (const char* name : {"glIsFramebuffer", "glIsProgram", "glIsShader"}) {
@@ -90,14 +89,14 @@ TEST_F(CompositeTest, FailuresAreSaidAndLeaveNothingBehind) {
         {composite("piptexture", "\"main\": " + red + ", \"image\": \"gone.png\""),
          "    [WARN] PiPTexture image not found: " + show.path("gone.png") + "\n", true},
     };
-    bindBlackTextures(); // the texture cache's own
+    resetTextureUnits(device.textures); // the texture cache's own
     const int before = countObjects();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.json);
         const LogCapture log;
         EXPECT_EQ(isRunnable(use(c.json)), c.runs);
         EXPECT_TRUE(log.text().ends_with(c.ending)) << log.text();
-        warmUpEffect(effect, DrawState::alpha, DrawTarget::screen, kWidth, kHeight);
+        warmUpEffect(device, effect, DrawTarget::screen, screenDraw(BlendMode::alpha));
         drawAt(0.5f);
         releaseEffect(effect);
         EXPECT_EQ(countObjects(), before);
@@ -168,7 +167,6 @@ TEST_F(CompositeTest, CaptionsKnowTheirEntrysLengthOnEveryClockAroundThem) {
         while (!innermost->children.empty()) innermost = innermost->children[0].get();
         EXPECT_FLOAT_EQ(innermost->caption.duration, length) << json;
     }
-    deleteColorFonts();
 }
 
 TEST_F(CompositeTest, ChildrenRunOnTheirParentsClock) {
@@ -256,7 +254,7 @@ TEST_F(CompositeTest, CallersBlendingSurvivesNestedComposites) {
     const std::string dark = R"({"type": "paint", "params": {"colour": [0.4, 0, 0, 1]}})";
     use(pip(pair("dynamicsplit", dark, dark)));
     clear(0, 0.2f, 0, 1);
-    applyDrawState(DrawState::additive);
+    now.blending = BlendMode::additive;
     draw(effect);
     EXPECT_PIXEL(pixel(0, kHeight - 1), Pixel{102, 51, 0, 255});
 }

@@ -4,7 +4,6 @@
 #include "effects/image_effect.h"
 #include "effects/shader_effect.h"
 #include "effects/warm_up.h"
-#include "text/color_font.h"
 
 namespace {
 
@@ -33,7 +32,7 @@ TEST_F(EffectTest, ChannelsFallBackOnlyWhereTheyAreSampled) {
 
     EXPECT_PIXEL(draw(use(R"({"type": "blind", "params": {"channel1": "red.png"}})")), red);
     EXPECT_EQ(effect.channels[0].texture, 0u);
-    EXPECT_EQ(loadTexture(show.path("red.png")).texture, loadTexture(show.path("red.png")).texture); // one a path
+    EXPECT_EQ(loadTexture(device.textures, show.path("red.png")).texture, loadTexture(device.textures, show.path("red.png")).texture); // one a path
 }
 
 TEST_F(EffectTest, ChannelsWithoutAPictureSampleChannel0WhateverTheProgramDidBefore) {
@@ -93,13 +92,12 @@ TEST_F(EffectTest, EveryKindSetsTheStandardUniforms) {
         use(std::string(R"({"id": "x", "duration": 0, "type": ")") + type + R"(", "params": {"fontPath": "font.json",
             "text": "W", "revealMode": "none", "svgPath": "box.svg", "blendMode": "alpha", "alpha": 0.25}})");
         ASSERT_TRUE(isRunnable(effect)) << type;
-        effect.localTime = 2.5f;
-        effect.frameCounter = 51;
+        now.time = 2.5;
+        now.frame = 51;
         clear(0, 0, 0, 1);
         SCOPED_TRACE(type);
         EXPECT_PIXEL(draw(effect), Pixel{255, 255, 255, 255});
     }
-    deleteColorFonts();
 }
 
 TEST_F(EffectTest, ImagesStandUprightAndFit) {
@@ -158,20 +156,21 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
                 "uniform sampler2D uBufferA; void main() {"
                 "c = texture(uBufferA, vec2(0.5)) + vec4(0.2, 0, 0, 0.2); }",
                 "EchoBufferA");
-    ASSERT_TRUE(use(R"({"type": "echo"})").hasBuffer);
+    ASSERT_TRUE(hasBuffer(use(R"({"type": "echo"})")));
 
     // Neither blending nor the target of the caller may leak into the pass or be lost behind it.
     RenderTarget target;
     ensureTarget(target, kWidth, kHeight);
-    bindTarget(target);
-    applyDrawState(DrawState::alpha);
-    warmUpEffect(effect, DrawState::alpha, DrawTarget::offscreen, kWidth, kHeight);
+    now = drawInto(target, now);
+    now.blending = BlendMode::alpha;
+    warmUpEffect(device, effect, DrawTarget::offscreen, now);
     for (int frame = 1; frame <= 3; ++frame) {
+        gl.BindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
         clear(0, 0, 0, 1);
         EXPECT_PIXEL(draw(effect), Pixel{51 * frame, 51 * frame, 0, 255});
         EXPECT_TRUE(glIsEnabled(GL_BLEND));
     }
-    glDisable(GL_BLEND);
+    now.blending = BlendMode::opaque;
 
     // A picture that another effect hands over takes channel 0 of both passes.
     const InputTexture input = {solidTexture({0, 0, 0, 255}), 1, 1, 0};
@@ -179,8 +178,8 @@ TEST_F(EffectTest, BufferPassFeedsBackAndReachesTheMainPass) {
 
     clearBufferTargets(effect);
     EXPECT_PIXEL(draw(effect), Pixel{51, 51, 0, 255});
-    drawEffectPasses(effect, 4, 4, nullptr); // a new size begins anew
-    EXPECT_PIXEL(pixel(3, 3), Pixel{51, 51, 0, 255});
+    now.width = now.height = 4; // a new size begins anew
+    EXPECT_PIXEL(draw(effect), Pixel{51, 51, 0, 255});
     deleteTarget(target);
 }
 
@@ -188,14 +187,14 @@ TEST_F(EffectTest, WarmUpTouchesOnePixelAndOnlyOnce) {
     const Pixel white = {255, 255, 255, 255}, black = {0, 0, 0, 255};
     writeShader("white", "void main() { c = vec4(1); }");
     use(R"({"type": "white"})");
-    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
+    warmUpEffect(device, effect, DrawTarget::screen, screenDraw());
     EXPECT_PIXEL(pixel(0, 0), white);
     EXPECT_PIXEL(pixel(1, 1), black);
     EXPECT_PIXEL(draw(effect), white); // the scissor is off again
-    // Created anew, as at a loop wrap, the effect gets its program back, warm.
+    // Another effect of the same sources has the same program, which is warm.
     clear(0, 0, 0, 1);
     use(R"({"type": "white"})");
-    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
+    warmUpEffect(device, effect, DrawTarget::screen, screenDraw());
     EXPECT_PIXEL(pixel(0, 0), black);
 }
 
@@ -204,10 +203,8 @@ TEST_F(EffectTest, TextsAreWarmInTheBlendingThatTheySet) {
     writePicture("font.png", {255, 255, 255, 255});
     show.write("font.json", R"({"texture": "font.png", "chars": "W"})");
     use(R"({"type": "kinetictext", "params": {"fontPath": "font.json"}})");
-    warmUpEffect(effect, DrawState::opaque, DrawTarget::screen, kWidth, kHeight);
-    EXPECT_FALSE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::additive)));
-    EXPECT_TRUE(markWarm(effect.mainProgram, static_cast<uint32_t>(DrawState::opaque)));
-    deleteColorFonts();
+    warmUpEffect(device, effect, DrawTarget::screen, screenDraw());
+    EXPECT_EQ(effect.main.program->warmStates, 1u << static_cast<int>(BlendMode::additive));
 }
 
 } // namespace

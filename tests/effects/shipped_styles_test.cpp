@@ -14,7 +14,8 @@ protected:
     void SetUp() override {
         EffectFixture::SetUp();
         ensureTarget(output, kSide, kSide);
-        ASSERT_TRUE(createTransitionRenderer(renderer, GALLERY_PATH, "gallery"));
+        now = drawInto(output, now);
+        ASSERT_TRUE(createTransitionRenderer(device, renderer, GALLERY_PATH, "gallery"));
     }
 
     void TearDown() override {
@@ -45,15 +46,15 @@ protected:
     }
 
     Picture mix(const TransitionLook& look, float progress) {
-        renderTransition(renderer, output.framebuffer, kSide, kSide, from, to, progress, look);
+        renderTransition(device, renderer, now, from, to, progress, look);
         return readPicture();
     }
 
     Picture drawAt(float t, const InputTexture* picture) {
-        effect.localTime = t;
+        now.time = static_cast<double>(t);
         bindTarget(output);
         clear(0, 0, 0, 1);
-        drawEffectPasses(effect, kSide, kSide, picture);
+        draw(effect, picture);
         return readPicture();
     }
 
@@ -145,7 +146,7 @@ TEST_F(ShippedStylesTest, GlitchesChangeTheirPictureAndMove) {
         pictures.push_back(drawAt(0.7f, &input));
         EXPECT_GT(meanDifference(pictures.back(), plain), 1.0);
         EXPECT_GT(meanDifference(pictures.back(), drawAt(1.2f, &input)), 0.3) << "it stands still";
-        bindBlackTextures(); // without a picture it shows one of its own
+        resetTextureUnits(device.textures); // without a picture it shows one of its own
         EXPECT_GT(meanDifference(drawAt(0.7f, nullptr), black), 2.0);
     }
     expectAllDiffer(styles, pictures);

@@ -7,15 +7,14 @@ class TransitionTest : public EffectFixture {
 protected:
     // A renderer whose shader paints `expression`, a value in 0..255, into red.
     void build(const std::string& declarations, const std::string& expression) {
-        releaseTransitionRenderer(renderer);
         writeShader("transition", declarations + " void main() { c = vec4((" + expression + ") / 255.0, 0, 0, 1); }",
                     "Transition");
         const LogCapture quiet;
-        ASSERT_TRUE(initTransitionRenderer(renderer, show.baseDir));
+        ASSERT_TRUE(initTransitionRenderer(device, renderer, show.baseDir));
     }
 
     int paint(const TransitionLook& look, float progress = 0.5f, GLuint from = 0, GLuint to = 0) {
-        renderTransition(renderer, 0, kWidth, kHeight, from, to, progress, look);
+        renderTransition(device, renderer, now, from, to, progress, look);
         return pixel(kWidth - 1, kHeight - 1)[0];
     }
 };
@@ -55,7 +54,7 @@ TEST_F(TransitionTest, ProgressIsClampedAndPicturesAreInOrder) {
 TEST_F(TransitionTest, BrokenShadersMakeItCut) {
     writeShader("transition", "no shader", "Transition");
     const LogCapture log;
-    EXPECT_FALSE(initTransitionRenderer(renderer, show.baseDir));
+    EXPECT_FALSE(initTransitionRenderer(device, renderer, show.baseDir));
     EXPECT_TRUE(log.text().ends_with("[TRANS] shader compile/link failed; transitions will cut.\n")) << log.text();
 }
 

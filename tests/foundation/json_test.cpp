@@ -223,15 +223,21 @@ TEST(Json, WhatALimitLeavesOutIsSaid) {
                               "objects\n");
 }
 
-TEST(Log, WritesHeldMessagesInTheirOrder) {
+TEST(Log, RecordedLinesAreSaidAgainAndOnceLinesOnce) {
     const LogCapture log;
-    holdLog();
+    LogRecord record;
+    recordLog(&record, true);
     logLine("[A]\x1B\n");
+    logOnce("key", "[B]\n");
     EXPECT_EQ(log.text(), "");
-    logLine("[B]\n");
-    releaseLog();
+    recordLog(nullptr);
     logLine("[C]\n");
-    EXPECT_EQ(log.text(), "[A]?\n[B]\n[C]\n");
+    logAgain(record);
+    logOnce("key", "[B]\n");
+    EXPECT_EQ(log.text(), "[C]\n[A]?\n[B]\n");
+    logAgain(record);
+    EXPECT_EQ(log.text(), "[C]\n[A]?\n[B]\n[A]?\n");
+    forgetOnce();
 }
 
 TEST(Log, MasksControlCharactersAndKeepsLongMessagesWhole) {

@@ -6,22 +6,16 @@
 
 #include "config/runtime_config.h"
 #include "effects/effect.h"
-#include "gpu/program_pool.h"
 #include "gpu/shader_lookup.h"
-#include "gpu/textures.h"
 #include "platform/image.h"
 
 class EffectFixture : public GlTest {
 protected:
-    static void TearDownTestSuite() {
-        deleteTextures();
-        deletePooledPrograms();
-        GlTest::TearDownTestSuite();
-    }
-
+    // The next case finds nothing loaded.
     void TearDown() override {
         releaseEffect(effect);
-        releaseTransitionRenderer(renderer);
+        deleteFonts(fonts);
+        deleteTextures(device.textures);
         GlTest::TearDown();
     }
 
@@ -56,7 +50,7 @@ protected:
         config.baseDir = baseDir ? baseDir : show.baseDir;
         config.fallbackImagePath = show.path("fallback.png");
         config.shaders.resolve = resolveShaderSources;
-        return createEffect(parseTimelineEntry(parseJson(json), config, config.baseDir));
+        return createEffect({device, fonts, kWidth, kHeight}, parseTimelineEntry(parseJson(json), config, config.baseDir));
     }
 
     // Puts another effect in the place of the test's own.
@@ -66,11 +60,26 @@ protected:
     }
 
     Pixel draw(Effect& drawn, const InputTexture* input = nullptr) {
-        drawEffectPasses(drawn, kWidth, kHeight, input);
-        return pixel(kWidth - 1, kHeight - 1);
+        Draw draw = now;
+        draw.opacity = drawn.alpha;
+        draw.input = input;
+        drawEffect(device, drawn, draw);
+        gl.BindFramebuffer(GL_FRAMEBUFFER, draw.framebuffer);
+        return pixel(draw.width - 1, draw.height - 1);
+    }
+
+    // A draw over framebuffer 0.
+    static Draw screenDraw(BlendMode blending = BlendMode::opaque) {
+        Draw draw;
+        draw.width = kWidth;
+        draw.height = kHeight;
+        draw.blending = blending;
+        return draw;
     }
 
     TempShow show;
-    Effect effect; // released at the end of the test, like the renderer
+    Fonts fonts;
+    Effect effect;           // released at the end of the test, like the fonts
+    Draw now = screenDraw(); // where and when it is drawn
     TransitionRenderer renderer;
 };

@@ -5,9 +5,10 @@
 #include "support/temp_show.h"
 
 #include "gpu/shader_pack.h"
-#include "gpu/textures.h"
+#include "gpu/draw.h"
+#include "gpu/uniform_values.h"
 #include "text/bitmap_font.h"
-#include "text/color_font.h"
+#include "text/fonts.h"
 
 class PictureTest : public GlTest {
 protected:
@@ -19,7 +20,8 @@ protected:
     void SetUp() override {
         GlTest::SetUp();
         program = linkProgram(readTextFile(stem + ".vert"), readTextFile(stem + ".frag"), stem);
-        ASSERT_NE(program, 0u);
+        ASSERT_NE(program.handle, 0u);
+        values = makeUniformValues(device.programs, program);
         startPicture(width, height);
     }
 
@@ -27,9 +29,8 @@ protected:
     void TearDown() override {
         deleteTarget(target);
         deleteProgram(program);
-        deleteTextures();
-        deleteColorFonts();
-        deleteBitmapFont();
+        deleteTextures(device.textures);
+        deleteFonts(fonts);
         GlTest::TearDown();
     }
 
@@ -42,13 +43,25 @@ protected:
         clear(0, 0, 0, 1);
     }
 
+    // A draw over the whole picture.
+    Draw drawAt(float time) const {
+        Draw draw;
+        draw.framebuffer = target.framebuffer;
+        draw.width = width;
+        draw.height = height;
+        draw.time = static_cast<double>(time);
+        return draw;
+    }
+
     // Counted from the top left, as texts are laid out.
     Pixel at(double x, double y) const { return pixel(static_cast<int>(x), height - 1 - static_cast<int>(y)); }
 
     std::string stem;
     int width = 0;
     int height = 0;
-    GLuint program = 0;
+    Program program;
+    UniformValues values;
+    Fonts fonts;
     RenderTarget target;
     TempShow show;
 };

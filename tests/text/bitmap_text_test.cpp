@@ -24,9 +24,9 @@ protected:
     std::string drawn(const std::string& text, const std::string& rest, int columns, int rows) {
         BitmapText drawing;
         const std::string json = "{" + rest + R"(, "scale": 1, "text": ")" + text + "\"}";
-        EXPECT_TRUE(createBitmapText(drawing, parseJson(json), program));
+        EXPECT_TRUE(createBitmapText(fonts, drawing, parseJson(json), program));
         startPicture(columns, rows);
-        drawBitmapText(drawing, program, 0.0f, 0, columns, rows);
+        drawBitmapText(device, drawing, program, values, drawAt(0.0f));
         releaseBitmapText(drawing);
         std::string picture;
         for (int y = 0; y < rows; ++y) {
@@ -74,29 +74,28 @@ TEST_F(BitmapTextTest, FontFilesGiveTheGlyphsThatTheyHold) {
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.json.substr(0, 80));
-        deleteBitmapFont();
+        deleteFonts(fonts);
         show.write("assets/fonts/bitmapfont.json", each.json);
         LogCapture log;
-        loadBitmapFont(show.baseDir);
+        loadBitmapFont(fonts, show.baseDir);
         EXPECT_EQ(log.text(), each.log);
-        ASSERT_EQ(bitmapGlyphTexture() != 0, each.width > 0);
+        ASSERT_EQ(fonts.bitmapGlyphs != 0, each.width > 0);
         if (!each.width) continue;
-        const std::vector<GLint> all = texels(bitmapGlyphTexture());
+        const std::vector<GLint> all = texels(fonts.bitmapGlyphs);
         ASSERT_EQ(all.size(), static_cast<size_t>(each.width));
         EXPECT_TRUE(std::equal(each.lastRows.begin(), each.lastRows.end(), all.end() - 7));
     }
 }
 
-TEST_F(BitmapTextTest, ResourcesComeBeforeAssetsAndTheFirstFontStays) {
+TEST_F(BitmapTextTest, ResourcesComeBeforeAssets) {
     const std::string asset = R"([{"code": 1, "rows": [1, 1, 1, 1, 1, 1, 1]}])";
     const std::string resource = R"([{"code": 0, "rows": [1, 1, 1, 1, 1, 1, 1]}])";
     LogCapture log;
-    loadBitmapFont(show.baseDir);
+    loadBitmapFont(fonts, show.baseDir);
     show.write("assets/fonts/bitmapfont.json", asset);
     show.write("DemoSceneResources/assets/fonts/bitmapfont.json", resource);
-    loadBitmapFont(show.baseDir);
-    EXPECT_EQ(texels(bitmapGlyphTexture()).size(), 7u);
-    loadBitmapFont(GALLERY_PATH);
+    loadBitmapFont(fonts, show.baseDir);
+    EXPECT_EQ(texels(fonts.bitmapGlyphs).size(), 7u);
     EXPECT_EQ(log.text(), "[FONT] bitmapfont.json not found\n[FONT] Loaded 1 glyphs (maxCode=0)\n");
 }
 
@@ -113,18 +112,18 @@ TEST_F(BitmapTextTest, ColoursFallBackPartByPart) {
 }
 
 TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
-    const GLuint lengths = link("uniform int uTextLength; out vec4 c;"
+    Program lengths = link("uniform int uTextLength; out vec4 c;"
                                 "void main() { c = vec4(uTextLength / 1024.0); }");
     for (const auto& [length, shown] : {std::pair{0, 0}, {2, 2}, {1 << 20, 512}}) {
         SCOPED_TRACE(length);
         JsonValue params = parseJson(R"({"text": ""})");
         params.members[0].second.text = std::string(static_cast<size_t>(length), '\xFF');
         BitmapText text;
-        createBitmapText(text, params, lengths);
+        createBitmapText(fonts, text, params, lengths);
         std::vector<GLint> wanted(512, ' ');
         std::fill_n(wanted.begin(), shown, 255);
         EXPECT_EQ(texels(text.codeTexture), wanted);
-        drawBitmapText(text, lengths, 0.0f, 0, kWidth, kHeight);
+        drawBitmapText(device, text, lengths, makeUniformValues(device.programs, lengths), drawAt(0.0f));
         EXPECT_PIXEL(pixel(), {shown / 4, shown / 4, shown / 4, shown / 4});
         releaseBitmapText(text);
     }
@@ -132,7 +131,7 @@ TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
 }
 
 TEST_F(BitmapTextTest, LettersStandWhereTheyShould) {
-    loadBitmapFont(GALLERY_PATH);
+    loadBitmapFont(fonts, GALLERY_PATH);
     // The upper line's upper half lies above the picture.
     EXPECT_EQ(drawn("F\\n.i", R"("textPosX": 1, "textPosY": -4, "lineSpacing": 1.14)", 14, 11), ".#............\n"
                                                                                                 ".#............\n"
@@ -155,7 +154,7 @@ TEST_F(BitmapTextTest, LettersStandWhereTheyShould) {
 
 TEST_F(BitmapTextTest, EveryLineIsFound) {
     // Further down than the vertex shader knows where lines begin.
-    loadBitmapFont(GALLERY_PATH);
+    loadBitmapFont(fonts, GALLERY_PATH);
     std::string text;
     for (int i = 0; i < 40; ++i) text += "..\\n";
     EXPECT_EQ(drawn(text + ".-", R"("textPosX": 0, "textPosY": -323)", 12, 4),

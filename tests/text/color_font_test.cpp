@@ -3,7 +3,7 @@
 #include "support/temp_show.h"
 
 #include "platform/image.h"
-#include "text/color_font.h"
+#include "text/fonts.h"
 
 #include <climits>
 
@@ -23,14 +23,20 @@ protected:
     }
 
     ColorFont load(const std::string& json) {
-        deleteColorFonts();
+        deleteFonts(fonts);
         show.write(kFont, json);
         ColorFont font;
-        EXPECT_TRUE(loadColorFont(show.baseDir, kFont, font)) << json;
+        EXPECT_TRUE(loadColorFont(fonts, show.baseDir, kFont, font)) << json;
         return font;
     }
 
+    void TearDown() override {
+        deleteFonts(fonts);
+        GlTest::TearDown();
+    }
+
     TempShow show;
+    Fonts fonts;
 };
 
 TEST_F(ColorFontTest, GlyphsAreCellsAndLinesAsHighAsInk) {
@@ -113,11 +119,11 @@ TEST_F(ColorFontTest, FailuresAreSaidOnce) {
     ColorFont font;
     std::string wanted = "[KTEXT] Color font json not found: gone/f.json\n";
     LogCapture log;
-    EXPECT_FALSE(loadColorFont(show.baseDir, "gone/f.json", font));
+    EXPECT_FALSE(loadColorFont(fonts, show.baseDir, "gone/f.json", font));
     for (const auto& [json, line] : cases) {
         SCOPED_TRACE(json);
         show.write(kFont, json);
-        EXPECT_FALSE(loadColorFont(show.baseDir, kFont, font));
+        EXPECT_FALSE(loadColorFont(fonts, show.baseDir, kFont, font));
         EXPECT_EQ(font.texture, 0u);
         EXPECT_EQ(log.text(), wanted += line);
     }
@@ -127,12 +133,12 @@ TEST_F(ColorFontTest, ShippedFontsHoldAllOfAscii) {
     for (const std::string name : {"demo_neon_32.json", "demo_slab_64.json"}) {
         SCOPED_TRACE(name);
         ColorFont font, again;
-        ASSERT_TRUE(loadColorFont(GALLERY_PATH, "assets/fonts/color/" + name, font));
+        ASSERT_TRUE(loadColorFont(fonts, GALLERY_PATH, "assets/fonts/color/" + name, font));
         for (unsigned char c = ' '; c <= '~'; ++c) EXPECT_TRUE(font.glyphs.contains(c)) << c;
         EXPECT_EQ(font.columns * font.cellWidth, font.textureWidth);
         EXPECT_EQ(font.rows * font.cellHeight, font.textureHeight);
         EXPECT_GT(font.lineAdvance, static_cast<float>(font.cellHeight) * 0.7f);
-        EXPECT_TRUE(loadColorFont(GALLERY_PATH, "assets\\fonts\\color\\" + name, again));
+        EXPECT_TRUE(loadColorFont(fonts, GALLERY_PATH, "assets\\fonts\\color\\" + name, again));
         EXPECT_EQ(again.texture, font.texture); // one atlas for all its users
         releaseColorFont(font);
         EXPECT_TRUE(glIsTexture(again.texture));

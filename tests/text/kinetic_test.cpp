@@ -342,7 +342,7 @@ protected:
         font.texture = atlas;
         KineticText text;
         createKineticText(text, parseJson(json), std::move(font), program);
-        drawKineticText(text, program, time, 0, kOutputWidth, kOutputHeight);
+        drawKineticText(text, program, values, drawAt(time));
         releaseKineticText(text);
     }
     void drawText(const std::string& rest) { drawText(still(rest), makeFont(), 1.0f); }

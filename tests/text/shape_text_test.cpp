@@ -17,11 +17,11 @@ protected:
     ShapeText create(const std::string& members) {
         ShapeText shape;
         const std::string json = "{" + members + R"(, "svgPath": "flag.svg", "glow": 0, "rasterWidth": 256})";
-        EXPECT_TRUE(createShapeText(shape, parseJson(json), show.baseDir, program));
+        EXPECT_TRUE(createShapeText(device.textures, shape, parseJson(json), show.baseDir, program));
         return shape;
     }
 
-    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(shape, program, time, 0, width, height); }
+    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(device, shape, program, values, drawAt(time)); }
 
     // At a point in shares of the output, from its top left.
     Pixel at(float x, float y) const { return PictureTest::at(x * 160, y * 80); }
@@ -106,37 +106,37 @@ TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {
     EXPECT_EQ(shape.logo.mask.texture, same.logo.mask.texture);
     EXPECT_NE(shape.logo.mask.texture, larger.logo.mask.texture);
     EXPECT_EQ(larger.logo.mask.height, 256);
-    const TextureInfo picture = loadPicture(show.path("flag.svg"));
+    const TextureInfo picture = loadPicture(device.textures, show.path("flag.svg"));
     EXPECT_TRUE(log.text().ends_with("  [TEX] " + show.path("flag.svg") + " (1024x512)\n")) << log.text();
 
     // Pictures are drawn bottom row first, masks top row first.
-    const GLuint quad = linkProgram(kQuadVertexSource, kQuadFragmentSource, "image");
-    gl.UseProgram(quad);
-    setUniformVec2(quad, "uUvScale", 1, 1);
-    setUniformFloat(quad, "uAlpha", 1);
-    bindChannel(quad, 0, picture.texture);
-    drawQuad();
+    Program quad = linkProgram(kQuadVertexSource, kQuadFragmentSource, "image");
+    gl.UseProgram(quad.handle);
+    setUniformVec2(standardUniform(quad.uniforms, StandardUniform::uUvScale), 1, 1);
+    setUniformFloat(standardUniform(quad.uniforms, StandardUniform::uAlpha), 1);
+    bindChannel(quad.uniforms, 0, picture.texture);
+    drawQuad(device.quad);
     EXPECT_TRUE(isLit(0.2f, 0.2f) && isLit(0.8f, 0.2f) && isLit(0.8f, 0.8f));
     EXPECT_FALSE(isLit(0.2f, 0.8f));
     deleteProgram(quad);
 
     show.write("tall.SVG", "<path d=\"M0 0H10V40H0Z\">");
-    const TextureInfo tall = loadPicture(show.path("tall.SVG"));
+    const TextureInfo tall = loadPicture(device.textures, show.path("tall.SVG"));
     EXPECT_TRUE(tall.width == 256 && tall.height == 1024) << tall.width << " x " << tall.height;
 }
 
 TEST_F(ShapeTextTest, FailuresAreSaidAndNotRemembered) {
     ShapeText shape;
     const JsonValue params = parseJson(R"({"svgPath": "late.svg"})");
-    EXPECT_FALSE(createShapeText(shape, params, show.baseDir, program));
+    EXPECT_FALSE(createShapeText(device.textures, shape, params, show.baseDir, program));
     draw(shape); // draws nothing
     const std::string path = show.write("late.svg", "<svg/>");
-    EXPECT_EQ(loadPicture(path).texture, 0u);
+    EXPECT_EQ(loadPicture(device.textures, path).texture, 0u);
     EXPECT_EQ(log.text(), "[SHAPETEXT] SVG not found: late.svg\n[SHAPETEXT] SVG has no supported paths: " + path +
                               "\n  [WARN] Texture load failed: " + path + "\n");
     show.write("late.svg", kFlag);
-    EXPECT_NE(loadPicture(path).texture, 0u);
-    EXPECT_TRUE(createShapeText(shape, params, show.baseDir, program));
+    EXPECT_NE(loadPicture(device.textures, path).texture, 0u);
+    EXPECT_TRUE(createShapeText(device.textures, shape, params, show.baseDir, program));
 }
 
 } // namespace

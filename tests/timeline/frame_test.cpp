@@ -15,25 +15,31 @@ protected:
     }
 
     void TearDown() override {
-        releaseTransitionStage(stage);
-        releaseTimeline(timeline);
+        releaseStage(stage);
         EffectFixture::TearDown();
     }
 
     void load(const std::string& json) {
         const LogCapture quiet;
         config = loadRuntimeConfig(show.write("config.json", json), {nullptr, resolveShaderSources});
-        if (config.nativeRuntime) {
-            loadTimeline(timeline, config, kWidth, kHeight);
-        } else {
-            loadScene(timeline, config, 0, kWidth, kHeight);
-        }
+        releaseStage(stage);
+        stage.device = createDevice();
+        timeline = config.nativeRuntime ? loadTimeline(stage, config, kWidth, kHeight)
+                                        : loadScene(stage, config, 0, kWidth, kHeight);
+        makeTransition(stage, config.baseDir, kWidth, kHeight);
+        warmUpTimeline(stage, stage.parts[0], timeline, kWidth, kHeight);
+        resetClocks(clocks, timeline);
+    }
+
+    void drawNow(float delta) {
+        runClocks(clocks, timeline, delta, moment);
+        drawMoment(stage, stage.parts[0], moment, kWidth, kHeight);
     }
 
     void frame(float t, float delta) {
-        resolvePlayState(timeline, t, state);
-        logPlayState(log, timeline, t, state);
-        drawTimelineFrame(state, delta, kWidth, kHeight);
+        resolveMoment(timeline, t, false, scratch, moment);
+        logPlayState(log, timeline, t, scratch.state);
+        drawNow(delta);
     }
 
     Pixel drawAt(float t, float delta = 0.0f) {
@@ -46,16 +52,17 @@ protected:
     // What a frame at t logs of a transition; empty when it is as before, "-" when none runs.
     std::string logAt(float t) {
         const LogCapture capture;
-        if (!resolveTransition(timeline, t, transition)) return "-";
-        logTransition(log, timeline, t, transition);
+        if (!resolveTransition(timeline, t, scratch.transition)) return "-";
+        logTransition(log, timeline, t, scratch.transition);
         return capture.text();
     }
 
     RuntimeConfig config;
+    Stage stage;
     Timeline timeline;
-    PlayState state;
-    TransitionState transition;
-    TransitionStage stage;
+    Clocks clocks;
+    PlayScratch scratch;
+    Moment moment;
     PlayLog log;
 };
 
@@ -86,7 +93,7 @@ TEST_F(FrameTest, ClocksRunOnlyWhileDrawn) {
     EXPECT_PIXEL(drawAt(1.0f, 0.5f), Pixel{51, 2, 0, 255}); // 2 x (0.5 + 0.5) s, two frames
     EXPECT_PIXEL(drawAt(2.0f, 0.25f), Pixel{6, 1, 0, 255});
     EXPECT_PIXEL(drawAt(1.5f, 0.0f), Pixel{51, 3, 0, 255});
-    seekEffect(timeline.entries[0].effect, 1.5f);
+    seekClock(clocks.entries[0], 2.0f, 1.5f);
     EXPECT_PIXEL(drawAt(1.5f, 0.0f), Pixel{77, 91, 0, 255}); // 60 frames a second, and this one
 }
 
@@ -101,7 +108,8 @@ TEST_F(FrameTest, SceneListDrawsInListOrderBothEndsInclusive) {
     };
     for (const auto& [t, wanted] : cases) {
         clear(0, 0, 0, 1);
-        drawSceneFrame(timeline, t, 0.0f, kWidth, kHeight);
+        resolveSceneMoment(timeline, t, moment);
+        drawNow(0.0f);
         EXPECT_PIXEL(colourOf(pixel()), wanted);
     }
 }
@@ -147,7 +155,7 @@ TEST_F(FrameTest, TwoScenesLogTheirTransitionOnce) {
     load(R"({"transitions": {"one": {"type": "wavy", "duration": 0.5}, "two": {"duration": 9}},)" + entries);
     for (const auto& [t, progress] : {std::pair(2.25f, 0.5f), {3.5f, 1.0f}}) {
         logAt(t);
-        EXPECT_FLOAT_EQ(transition.progress, progress);
+        EXPECT_FLOAT_EQ(scratch.transition.progress, progress);
     }
     EXPECT_EQ(timeline.scenes[0].transition.effectId, transitionStyleCode("wavy"));
 }
@@ -166,19 +174,37 @@ TEST_F(FrameTest, OnlyTheTwoEarliestOfThreeScenesMix) {
     EXPECT_TRUE(open.ends_with("       [IN] (none)\n")) << open;
 }
 
-TEST_F(FrameTest, TheFirstFrameSamplesNothingThatWarmedUp) {
+TEST_F(FrameTest, NothingOfTheFrameBeforeIsSampled) {
+    // Channel 0 without a picture: black at first, and then what the same frame has left there.
     writeShader("bare", "uniform sampler2D iChannel0; void main() { c = texture(iChannel0, vec2(0.5)); }");
-    load("{\"entries\": [{\"type\": \"bare\"}," + entry("a", "one", 0, 4) + "," + entry("b", "two", 2, 4) + "]}");
-    const LogCapture quiet;
-    ASSERT_TRUE(initTransitionStage(stage, show.baseDir, kWidth, kHeight));
-    GLint bound = 0;
-    for (const GLenum unit : {GL_TEXTURE1, GL_TEXTURE0}) {
-        gl.ActiveTexture(unit);
-        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-        EXPECT_TRUE(static_cast<GLuint>(bound) != stage.outgoing.texture &&
-                    static_cast<GLuint>(bound) != stage.incoming.texture);
+    writeShader("shown", "uniform sampler2D iChannel0; void main() { c = texture(iChannel0, vec2(0.5)); }");
+    writePicture("red.png", {255, 0, 0, 255});
+    load("{\"entries\": [{\"type\": \"bare\", \"duration\": 9},"
+         "{\"type\": \"shown\", \"overlay\": true, \"params\": {\"image\": \"red.png\", \"blendMode\": \"additive\"}}," +
+         entry("a", "one", 20, 4) + "," + entry("b", "two", 22, 4) + "]}");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_PIXEL(drawAt(8.0f), Pixel{0, 0, 0, 255});
+        EXPECT_PIXEL(drawAt(0.5f), Pixel{255, 0, 0, 255});
     }
-    EXPECT_PIXEL(drawAt(0.5f), Pixel{0, 0, 0, 255});
+}
+
+TEST_F(FrameTest, AWrapBeginsAnewAndMakesNothing) {
+    writeShader("grow", "uniform sampler2D uBufferA; void main() { c = texture(uBufferA, vec2(0.5)); }");
+    writeShader("grow", "uniform sampler2D uBufferA; void main() { c = texture(uBufferA, vec2(0.5)) + vec4(0.2); }",
+                "growBufferA");
+    load(R"({"entries": [{"type": "grow"}, {"type": "gone", "overlay": true}]})");
+    for (int pass = 0; pass < 2; ++pass) {
+        for (int i = 1; i <= 3; ++i) EXPECT_PIXEL(drawAt(0.1f * static_cast<float>(i), 0.1f), Pixel{51 * i, 51 * i, 51 * i, 51 * i});
+        const LogCapture again;
+        logAgain(stage.parts[0].log);
+        resetEffects(stage.parts[0]);
+        resetClocks(clocks, timeline);
+        EXPECT_EQ(again.text(), "[TIMELINE] Loading 2 entries\n"
+                                "  [LOAD] t=0.000s dur=5.000s scene=(none) type=grow\n  [OK] grow (+BufferA)\n"
+                                "  [LOAD] t=0.000s dur=5.000s scene=(none) type=gone\n"
+                                "    [WARN] Vert not found: (none) (using default)\n"
+                                "    [ERROR] Frag not found: (none)\n  [SKIP] gone (shader failed)\n");
+    }
 }
 
 TEST_F(FrameTest, ScenesAreComposedApartAndThenMixed) {
@@ -188,12 +214,12 @@ TEST_F(FrameTest, ScenesAreComposedApartAndThenMixed) {
         {"type": "paint", "scene": "two", "start": 2, "duration": 4, "params": {"colour": [0, 1, 0, 1]}},
         {"type": "clock", "scene": "two", "start": 2, "duration": 4, "overlay": true, "params": {"blendMode": "additive"}}]})");
     const LogCapture quiet;
-    ASSERT_TRUE(initTransitionRenderer(stage.renderer, show.baseDir));
-    ASSERT_TRUE(resolveTransition(timeline, 3.0f, transition));
-    drawTransitionFrame(stage, timeline, transition, 1.0f, kWidth, kHeight);
+    resolveMoment(timeline, 3.0f, true, scratch, moment);
+    ASSERT_TRUE(moment.inTransition);
+    drawNow(1.0f);
     // Half of (half red, half blue) and half of (green plus the clock's 1 s).
     EXPECT_PIXEL(pixel(kWidth - 1, kHeight - 1), Pixel{64 + 13, 128, 64, pixel()[3]});
-    EXPECT_FLOAT_EQ(timeline.entries[3].effect.localTime, 1.0f);
+    EXPECT_EQ(moment.incoming.back().time, 1.0);
 }
 
 } // namespace

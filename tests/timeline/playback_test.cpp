@@ -1,4 +1,4 @@
-#include "timeline/playback.h"
+#include "timeline/moment.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ struct TestShow {
         for (const Row& row : rows) {
             sources.emplace_back().id = row.id;
             timeline.entries.push_back(
-                {&sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene, {}});
+                {&sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene});
         }
     }
 
@@ -28,7 +28,7 @@ struct TestShow {
     Timeline timeline;
 };
 
-std::string idsOf(const std::vector<RuntimeEntry*>& entries) {
+std::string idsOf(const std::vector<const RuntimeEntry*>& entries) {
     std::string ids;
     for (const RuntimeEntry* entry : entries) ids += entry ? entry->entry->id : "none";
     return ids;
@@ -67,11 +67,49 @@ TEST(Playback, StacksTheOverlaysOfATimeByLayerThenByStart) {
                    {"b", 4, -1, true, -1, 1},
                    {"z", 4.1f, 9, true},
                    {"a", 1, 0, true, -2}});
-    std::vector<RuntimeEntry*> overlays(3, nullptr); // what it held before is gone
+    std::vector<const RuntimeEntry*> overlays(3, nullptr); // what it held before is gone
     selectOverlays(show.timeline, 4, overlays);
     EXPECT_EQ(idsOf(overlays), "abdce");
     selectOverlays(show.timeline, 4, overlays, 1);
     EXPECT_EQ(idsOf(overlays), "be");
+}
+
+// A rendering's clocks count frames, so that they are right after hours; a window's add deltas.
+TEST(Clocks, RunOnlyWhileDrawnAndLoseNothing) {
+    TestShow show({{"a", 0, 0}, {"b", 600, 0, true}});
+    show.sources[0].timeScale = 3.0f;
+    for (const double rate : {24.0, 60.0}) {
+        Clocks clocks;
+        clocks.rate = rate;
+        resetClocks(clocks, show.timeline);
+        PlayScratch scratch;
+        Moment moment;
+        const int frames = static_cast<int>(610 * rate);
+        for (int k = 0; k <= frames; ++k) {
+            resolveMoment(show.timeline, static_cast<float>(k / rate), false, scratch, moment);
+            runClocks(clocks, show.timeline, k ? static_cast<float>(1.0 / rate) : 0.0f, moment);
+        }
+        ASSERT_EQ(moment.entries.size(), 2u);
+        EXPECT_EQ(moment.entries[0].time, 3.0 * frames / rate);
+        EXPECT_EQ(moment.entries[0].frame, frames + 1);
+        EXPECT_EQ(moment.entries[1].time, 10.0 + 1.0 / rate) << "from the frame before its first";
+    }
+    // A jump begins anew from where the entry would be; a negative time scale runs back.
+    const struct {
+        float seconds, timeScale;
+        double time;
+        int frame;
+    } cases[] = {{4, 0.5f, 2, 240}, {-1, 1, 0, 0}, {3, -1, -3, 180}, {0.025f, 1, 0.025f, 2}, {1e30f, 0, 0, 2147483520}};
+    for (const auto& c : cases) {
+        EntryClock clock;
+        clock.steps = clock.frame = 99;
+        seekClock(clock, c.timeScale, c.seconds);
+        EXPECT_EQ(clockTime(clock, {}, c.timeScale), c.time) << c.seconds;
+        EXPECT_EQ(clock.frame, c.frame) << c.seconds;
+    }
+    EntryClock window;
+    for (int i = 0; i < 36000; ++i) advanceClock(window, {}, 1.0f / 60.0f);
+    EXPECT_NEAR(clockTime(window, {}, 1.0f), 600.0, 1e-4);
 }
 
 } // namespace

@@ -60,7 +60,7 @@ TextureInfo loadTexture(const std::string& path) {
     if (const TextureInfo* found = findTexture(path)) return *found;
     std::string reason;
     DecodedImage image;
-    if (!decodeImage(path, image, reason)) return reportFailure(path, reason);
+    if (!decodeImage(path, image, reason, whyNoRoom)) return reportFailure(path, reason);
     return addTexture(path, path, image.pixels.data(), image.width, image.height);
 }
 

@@ -119,18 +119,19 @@ void makeGlyphs(ColorFont& font, int glyphCount) {
     }
 }
 
-// Empty when the driver takes the picture, else why not.
-std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
+// Why an atlas of that size has no place; empty when it has.
+std::string whyNoRoom(int width, int height) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    if (std::max(image.width, image.height) > limit) {
+    if (std::max(width, height) > limit) {
         return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
     }
-    const int64_t texels = int64_t{image.width} * image.height;
-    if (cache().texels + texels > kMaxAtlasTexels) {
-        return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) +
-               " megapixels";
-    }
+    if (cache().texels + int64_t{width} * height <= kMaxAtlasTexels) return {};
+    return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) + " megapixels";
+}
+
+// Empty when the driver takes the picture, else why not.
+std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
     clearGlErrors();
     glGenTextures(1, &font.texture);
     glBindTexture(GL_TEXTURE_2D, font.texture);
@@ -147,7 +148,7 @@ std::string uploadAtlas(const DecodedImage& image, ColorFont& font) {
         font.texture = 0;
         return "the driver has no memory for it";
     }
-    cache().texels += texels;
+    cache().texels += int64_t{image.width} * image.height;
     return {};
 }
 
@@ -168,7 +169,7 @@ ColorFont readFont(const std::string& baseDir, const std::string& jsonPath) {
     }
     DecodedImage image;
     std::string reason;
-    if (decodeImage(font.texturePath, image, reason)) reason = uploadAtlas(image, font);
+    if (decodeImage(font.texturePath, image, reason, whyNoRoom)) reason = uploadAtlas(image, font);
     if (!font.texture) {
         logLine("[KTEXT] Failed to load texture: %s\n", font.texturePath.c_str());
         printError("%s: %s\n", font.texturePath.c_str(), reason.c_str());

@@ -49,14 +49,23 @@ bool hasAllPngChunks(const Reader& in) {
     return false;
 }
 
-// Deflate makes at most 1032 bytes of one: with fewer than that takes the rows cannot all be there.
+// Bytes of which `packed` in the file can be had at most; a few megabytes are free, so that a picture that is cut is
+// shown as far as it goes.
+bool isPlausible(const Reader& in, uint64_t unpacked, uint64_t packed) {
+    constexpr uint64_t kFreeBytes = 4 << 20;
+    return unpacked <= kFreeBytes + packed * in.bytes.size();
+}
+
+uint64_t pixelsOf(const ImageSize& size) {
+    return fitsImageLimits(size.width, size.height) ? static_cast<uint64_t>(size.width * size.height) : 0;
+}
+
 bool holdsPngRows(const Reader& in, const ImageSize& size) {
     constexpr uint64_t kMostDeflated = 1032;
     constexpr uint64_t kSamples[] = {1, 0, 3, 1, 2, 0, 4}; // a pixel, by the type of colour
     const uint32_t type = in.byte(25);
-    if (!fitsImageLimits(size.width, size.height) || type >= std::size(kSamples)) return true;
-    const uint64_t rowBytes = (static_cast<uint64_t>(size.width) * kSamples[type] * in.byte(24) + 7) / 8;
-    return rowBytes * static_cast<uint64_t>(size.height) <= in.bytes.size() * kMostDeflated;
+    if (type >= std::size(kSamples)) return true;
+    return isPlausible(in, pixelsOf(size) * kSamples[type] * in.byte(24) / 8, kMostDeflated);
 }
 
 void readPng(const Reader& in, ImageSize& size) {
@@ -88,28 +97,29 @@ uint64_t nextMarker(const Reader& in, uint64_t at) {
 void readJpeg(const Reader& in, ImageSize& size) {
     // A progressive picture has about ten; each passes over the whole picture however short it is.
     constexpr int kMostScans = 100;
+    constexpr uint64_t kMostPixels = 1024; // a byte: a block of 64 takes a bit at least
     int scans = 0;
     for (uint64_t at = nextMarker(in, 2); at < in.bytes.size(); at = nextMarker(in, at)) {
         const uint32_t marker = in.byte(at + 1);
         at += 2;
-        if (marker == 0xD9) return; // EOI
-        if (marker == 0xDA) size.safe = ++scans <= kMostScans;
+        if (marker == 0xD9) break; // EOI
+        if (marker == 0xDA) ++scans;
         if (startsFrame(marker) && scans == 0 && size.width == 0) {
             size.height = in.two(at + 3);
             size.width = in.two(at + 5);
         }
         if (!standsAlone(marker)) at += std::max<uint32_t>(in.two(at), 2);
     }
+    size.safe = scans <= kMostScans && isPlausible(in, pixelsOf(size), kMostPixels);
 }
 
-// Rows that are not compressed are all in the file.
 bool holdsBmpRows(const Reader& in, const ImageSize& size) {
     constexpr uint32_t kRle8 = 1, kRle4 = 2;
+    constexpr uint64_t kMostRun = 1024; // 128 pixels a byte and more where rows end early
     const bool core = in.four(14) == kBmpCoreHeader;
     const uint32_t packing = core ? 0 : in.four(30);
-    if (!fitsImageLimits(size.width, size.height) || packing == kRle8 || packing == kRle4) return true;
-    const uint64_t rowBits = static_cast<uint64_t>(size.width) * in.two(core ? 24 : 28);
-    return rowBits / 8 * static_cast<uint64_t>(size.height) <= in.bytes.size();
+    if (packing == kRle8 || packing == kRle4) return isPlausible(in, pixelsOf(size), kMostRun);
+    return isPlausible(in, pixelsOf(size) * in.two(core ? 24 : 28) / 8, 1);
 }
 
 void readBmp(const Reader& in, ImageSize& size) {
@@ -128,6 +138,7 @@ void readBmp(const Reader& in, ImageSize& size) {
 
 void readGif(const Reader& in, ImageSize& size) {
     const auto colorTableBytes = [](uint32_t flags) { return flags & 0x80 ? 3u << ((flags & 7) + 1) : 0u; };
+    constexpr uint64_t kMostPixels = 4096; // a byte: strings are of 4095 at most, codes of 12 bits
     const int64_t screenWidth = in.two(6);
     const int64_t screenHeight = in.two(8);
     uint64_t at = 13 + colorTableBytes(in.byte(10));
@@ -137,6 +148,7 @@ void readGif(const Reader& in, ImageSize& size) {
         if (block == ',') {
             size.width = std::max<int64_t>(screenWidth, in.two(at + 4));
             size.height = std::max<int64_t>(screenHeight, in.two(at + 6));
+            size.safe = isPlausible(in, uint64_t{in.two(at + 4)} * in.two(at + 6), kMostPixels);
             return;
         }
         if (block != '!') continue; // decoders look on for the next block
@@ -162,7 +174,7 @@ int64_t tiffValue(const Reader& in, uint64_t entry) {
 
 // What the first directory says of its picture; 0 where it says nothing.
 struct TiffClaims {
-    int64_t width = 0, height = 0, tileWidth = 0, tileHeight = 0, samples = 0;
+    int64_t width = 0, height = 0, tileWidth = 0, tileHeight = 0, samples = 0, packing = 0;
     uint32_t tags = 0;
     uint64_t valueBytes = 0; // of all tags together
 };
@@ -183,6 +195,7 @@ bool readTiffDirectory(const Reader& in, TiffClaims& claims) {
         switch (in.two(entry)) {
         case 256: field = &claims.width; break;
         case 257: field = &claims.height; break;
+        case 259: field = &claims.packing; break;
         case 277: field = &claims.samples; break;
         case 322: field = &claims.tileWidth; break;
         case 323: field = &claims.tileHeight; break;
@@ -211,6 +224,13 @@ bool hasFairTiles(const TiffClaims& claims) {
            columns * rows <= (kBytes + kPixelBytes * pixels) / tileBytes;
 }
 
+bool holdsTiffRows(const Reader& in, const TiffClaims& claims) {
+    constexpr uint64_t kMostUnpacked = 4096, kMostFaxed = 1 << 17; // pixels a byte; a fax of white takes a bit a row
+    const bool fax = (claims.packing >= 2 && claims.packing <= 4) || claims.packing == 32771;
+    const uint64_t samples = static_cast<uint64_t>(claims.width * claims.height * std::max<int64_t>(claims.samples, 1));
+    return isPlausible(in, fax ? samples / 8 : samples, fax ? kMostFaxed / 8 : kMostUnpacked);
+}
+
 void readTiff(const Reader& in, ImageSize& size) {
     // Decoders copy the values of all tags, also of those that they do not know, and sort these at each new one.
     constexpr uint32_t kMostTags = 512;
@@ -221,7 +241,8 @@ void readTiff(const Reader& in, ImageSize& size) {
     size.height = claims.height;
     // Beyond these limits nothing is decoded; within them no product below is too large.
     if (!fitsImageLimits(size.width, size.height)) return;
-    size.safe = claims.tags <= kMostTags && claims.valueBytes <= in.bytes.size() + kSharedBytes && hasFairTiles(claims);
+    size.safe = claims.tags <= kMostTags && claims.valueBytes <= in.bytes.size() + kSharedBytes &&
+                hasFairTiles(claims) && holdsTiffRows(in, claims);
 }
 
 void readWebp(const Reader& in, ImageSize& size) {

@@ -2,6 +2,7 @@
 
 import os
 import unittest
+from pathlib import Path
 
 from support import Player, PlayerTest, entry, show
 
@@ -25,6 +26,16 @@ class PeakMemory(PlayerTest):
         for config, output, lengths in ((looped, "--headless", (0.3, 3)), (offline, "--o=f.rgba", (0.2, 6))):
             few, many = (self.peak(output, "--length", length, self.write_show(config)) for length in lengths)
             self.assertLess(many, few + 6, "after 30 loops, or 360 frames")
+
+    def test_hostile_pictures(self):
+        finds = Path(__file__).parents[2] / "fuzz/finds/pictures"
+        clean = self.peak("--headless", "--length", 0.02, self.write_show(show(entry("textured"))))
+        for kind in ("bmp", "gif", "jpeg", "png", "tiff", "webp"):
+            with self.subTest(kind):
+                pictures = sorted(map(str, finds.glob(f"{kind}-*")))
+                self.assertGreater(len(pictures), 20)
+                path = self.write_show(show(*(entry("textured", image=picture) for picture in pictures)))
+                self.assertLess(self.peak("--headless", "--length", 0.02, path), clean + 300, "of all together")
 
 
 if __name__ == "__main__":

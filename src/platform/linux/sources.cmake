@@ -2,7 +2,6 @@
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
 pkg_check_modules(PICTURES REQUIRED IMPORTED_TARGET libpng libjpeg libtiff-4 libwebp)
-find_package(GIF REQUIRED)
 find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
 
 add_layer(platform
@@ -26,7 +25,7 @@ add_layer(platform
   platform/linux/window.cpp
 )
 target_link_libraries(platform PUBLIC foundation OpenGL::OpenGL
-  PRIVATE PkgConfig::SDL2 PkgConfig::PICTURES GIF::GIF OpenGL::EGL ${CMAKE_DL_LIBS})
+  PRIVATE PkgConfig::SDL2 PkgConfig::PICTURES OpenGL::EGL ${CMAKE_DL_LIBS})
 
 function(add_program_resources program)
   # Nothing goes into a program here.

@@ -1,109 +1,187 @@
+// The first frame of a GIF, read here: libraries either unfold all frames, or take a whole table's time for every
+// clear code, of which a short file holds thousands.
 #include "platform/linux/images/decoders.h"
 
-#include <gif_lib.h>
-
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 
 namespace {
 
 struct Color {
-    uint8_t r = 0, g = 0, b = 0, a = 0;
+    uint8_t r = 0, g = 0, b = 0, a = 255;
 };
 
-int readBytes(GifFileType* gif, GifByteType* target, int count) {
-    auto& rest = *static_cast<std::string_view*>(gif->UserData);
-    const size_t given = std::min(rest.size(), static_cast<size_t>(count));
-    std::memcpy(target, rest.data(), given);
-    rest.remove_prefix(given);
-    return static_cast<int>(given);
+using Palette = std::array<Color, 256>; // indices that the file has no colour for are black
+
+// The file's bytes from `at` on; 0 behind its end.
+struct Reader {
+    std::string_view bytes;
+    size_t at = 0;
+
+    bool atEnd() const { return at >= bytes.size(); }
+    uint8_t byte() { return atEnd() ? uint8_t{0} : static_cast<uint8_t>(bytes[at++]); }
+    int two() {
+        const int low = byte();
+        return low | byte() << 8;
+    }
+};
+
+void readPalette(Reader& in, int flags, Palette& palette) {
+    if (!(flags & 0x80)) return;
+    for (int i = 0; i < 2 << (flags & 7); ++i) {
+        Color& color = palette[static_cast<size_t>(i)];
+        color.r = in.byte();
+        color.g = in.byte();
+        color.b = in.byte();
+    }
 }
 
-// Passes over an extension; a graphics control in it may name the index that is transparent.
-bool readExtension(GifFileType* gif, int& transparent) {
-    int label = 0;
-    GifByteType* block = nullptr; // its length, then that many bytes
-    if (DGifGetExtension(gif, &label, &block) == GIF_ERROR) return false;
-    GraphicsControlBlock control;
-    if (label == GRAPHICS_EXT_FUNC_CODE && block && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK &&
-        control.TransparentColor != NO_TRANSPARENT_COLOR) {
-        transparent = control.TransparentColor;
-    }
-    while (block) {
-        if (DGifGetExtensionNext(gif, &block) == GIF_ERROR) return false;
-    }
-    return true;
-}
-
-// Goes on to the first frame, past bytes that begin no block; the other frames are never looked at.
-bool findFrame(GifFileType* gif, int& transparent) {
-    for (;;) {
-        GifRecordType record = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(gif, &record) == GIF_ERROR) {
-            if (gif->Error != D_GIF_ERR_WRONG_RECORD) return false;
-        } else if (record == IMAGE_DESC_RECORD_TYPE) {
-            return DGifGetImageHeader(gif) == GIF_OK;
-        } else if (record != EXTENSION_RECORD_TYPE || !readExtension(gif, transparent)) {
-            return false;
+// Passes over an extension; a graphics control may name the index that is transparent.
+void readExtension(Reader& in, int& transparent) {
+    constexpr int kGraphicsControl = 0xF9;
+    const int label = in.byte();
+    bool first = true;
+    while (const size_t length = in.byte()) {
+        const size_t start = in.at;
+        if (label == kGraphicsControl && first && length >= 4 && in.byte() & 1) {
+            in.at = start + 3;
+            transparent = in.byte();
         }
+        first = false;
+        in.at = std::min(start + length, in.bytes.size());
     }
 }
 
-// What every index looks like; indices that the palette lacks are black.
-std::vector<Color> paletteOf(const GifFileType& gif, int transparent) {
-    std::vector<Color> palette(256, {0, 0, 0, 255});
-    const ColorMapObject* map = gif.Image.ColorMap ? gif.Image.ColorMap : gif.SColorMap;
-    for (int i = 0; map && i < std::min(map->ColorCount, 256); ++i) {
-        palette[static_cast<size_t>(i)] = {map->Colors[i].Red, map->Colors[i].Green, map->Colors[i].Blue, 255};
-    }
-    if (transparent >= 0) palette[static_cast<size_t>(transparent)].a = 0;
-    return palette;
-}
+// The codes of a frame's data, from the lowest bits up, in blocks that each begin with their length.
+struct Codes {
+    Reader& in;
+    uint32_t bits = 0;
+    int count = 0;        // of `bits`
+    size_t blockRest = 0; // bytes
 
-// The frame's rows in the order in which the file has them.
-std::vector<int> rowOrder(const GifImageDesc& frame) {
-    std::vector<int> order;
-    order.reserve(static_cast<size_t>(frame.Height));
-    if (frame.Interlace) {
-        constexpr struct { int first, step; } kPasses[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
-        for (const auto& pass : kPasses) {
-            for (int y = pass.first; y < frame.Height; y += pass.step) order.push_back(y);
+    // -1 behind the last.
+    int next(int size) {
+        for (; count < size; count += 8) {
+            if (blockRest == 0) blockRest = in.byte();
+            if (blockRest == 0 || in.atEnd()) return -1;
+            --blockRest;
+            bits |= static_cast<uint32_t>(in.byte()) << count;
         }
-    } else {
-        for (int y = 0; y < frame.Height; ++y) order.push_back(y);
+        const int code = static_cast<int>(bits & ((1u << size) - 1));
+        bits >>= size;
+        count -= size;
+        return code;
     }
-    return order;
+};
+
+constexpr int kMostCodeBits = 12;
+
+// A string of indices is another one and an index behind it.
+struct Strings {
+    struct Entry {
+        uint16_t before;
+        uint16_t length;
+        uint8_t first, last;
+    };
+    std::array<Entry, 1 << kMostCodeBits> entries;
+
+    // Writes a string of at most `room` indices to `to`; what has no room is left out.
+    size_t write(int code, uint8_t* to, size_t room) const {
+        const size_t length = entries[static_cast<size_t>(code)].length;
+        for (size_t i = length; i-- > 0;) {
+            const Entry& entry = entries[static_cast<size_t>(code)];
+            if (i < room) to[i] = entry.last;
+            code = entry.before;
+        }
+        return std::min(length, room);
+    }
+};
+
+// Unpacks indices until `indices` is full or the data end or make no sense; the rest stays as it is.
+void unpack(Reader& in, std::vector<uint8_t>& indices) {
+    const int rootBits = in.byte();
+    if (rootBits < 1 || rootBits >= kMostCodeBits) return;
+    const int clear = 1 << rootBits;
+    const auto strings = std::make_unique<Strings>();
+    for (int i = 0; i < clear; ++i) {
+        const auto index = static_cast<uint8_t>(i);
+        strings->entries[static_cast<size_t>(i)] = {0, 1, index, index};
+    }
+    Codes codes{in};
+    int size = rootBits + 1, next = clear + 2, before = -1;
+    for (size_t at = 0; at < indices.size();) {
+        const int code = codes.next(size);
+        if (code < 0 || code == clear + 1) return;
+        if (code == clear) {
+            size = rootBits + 1;
+            next = clear + 2;
+            before = -1;
+            continue;
+        }
+        if (before < 0 ? code > clear : code > next) return;
+        if (before >= 0 && next < 1 << kMostCodeBits) {
+            const Strings::Entry& old = strings->entries[static_cast<size_t>(before)];
+            const uint8_t last = strings->entries[static_cast<size_t>(code == next ? before : code)].first;
+            strings->entries[static_cast<size_t>(next)] = {static_cast<uint16_t>(before),
+                                                           static_cast<uint16_t>(old.length + 1), old.first, last};
+            if (++next == 1 << size && size < kMostCodeBits) ++size;
+        } else if (code >= next) {
+            return;
+        }
+        at += strings->write(code, indices.data() + at, indices.size() - at);
+        before = code;
+    }
 }
 
-void copyColors(const std::vector<GifPixelType>& indices, const std::vector<Color>& palette, uint8_t* to) {
-    for (size_t x = 0; x < indices.size(); ++x) std::memcpy(to + x * 4, &palette[indices[x]], 4);
+// Which row comes after `y` in an interlaced picture: every eighth from 0, from 4, every fourth from 2, every second
+// from 1.
+int nextInterlaced(int y, int height, int& pass) {
+    constexpr int kStart[] = {0, 4, 2, 1}, kStep[] = {8, 8, 4, 2};
+    y += kStep[pass];
+    while (y >= height && pass < 3) y = kStart[++pass];
+    return y;
 }
 
-// What a cut or broken file lacks is of the first colour.
-bool readFrame(GifFileType* gif, int transparent, DecodedImage& image, std::string& reason) {
-    const GifImageDesc& frame = gif->Image;
-    if (!makePicture(frame.Width, frame.Height, image, reason)) return false;
-    const std::vector<Color> palette = paletteOf(*gif, transparent);
-    std::vector<GifPixelType> indices(static_cast<size_t>(frame.Width));
-    bool going = true;
-    for (const int y : rowOrder(frame)) {
-        std::fill(indices.begin(), indices.end(), GifPixelType{0});
-        going = going && DGifGetLine(gif, indices.data(), frame.Width) == GIF_OK;
-        copyColors(indices, palette, rowFromTop(image, y));
+// Goes to the first frame, past bytes that begin no block. False when there is none.
+bool findFrame(Reader& in, int& transparent) {
+    while (!in.atEnd()) {
+        const uint8_t block = in.byte();
+        if (block == ',') return true;
+        if (block == ';') return false;
+        if (block == '!') readExtension(in, transparent);
     }
-    return true;
+    return false;
 }
 
 } // namespace
 
 bool decodeGif(std::string_view bytes, DecodedImage& image, std::string& reason) {
-    int error = D_GIF_SUCCEEDED;
-    int transparent = NO_TRANSPARENT_COLOR;
-    GifFileType* gif = DGifOpen(&bytes, readBytes, &error);
-    const bool decoded = gif && findFrame(gif, transparent) && readFrame(gif, transparent, image, reason);
-    if (gif && gif->Error != D_GIF_SUCCEEDED) error = gif->Error;
-    if (!decoded && reason.empty() && GifErrorString(error)) reason = std::string("broken: ") + GifErrorString(error);
-    if (gif) DGifCloseFile(gif, nullptr);
-    return decoded;
+    constexpr size_t kScreenFlags = 10;
+    Reader in{bytes, kScreenFlags};
+    Palette palette;
+    const int screenFlags = in.byte();
+    in.at += 2; // the background and the pixels' aspect count for nothing
+    readPalette(in, screenFlags, palette);
+    int transparent = -1;
+    if (!findFrame(in, transparent)) return false;
+    in.at += 4; // where on the screen it stands: the frame alone is the picture
+    const int width = in.two(), height = in.two(), flags = in.byte();
+    readPalette(in, flags, palette);
+    if (transparent >= 0) palette[static_cast<size_t>(transparent)].a = 0;
+    if (in.atEnd() || !makePicture(width, height, image, reason)) return false;
+
+    // What a cut or broken file lacks is of the first colour.
+    std::vector<uint8_t> indices(static_cast<size_t>(width) * static_cast<size_t>(height));
+    unpack(in, indices);
+    const bool interlaced = flags & 0x40;
+    const uint8_t* index = indices.data();
+    for (int row = 0, y = 0, pass = 0; row < height; ++row) {
+        uint8_t* to = rowFromTop(image, y);
+        for (int x = 0; x < width; ++x, to += 4) std::memcpy(to, &palette[*index++], 4);
+        y = interlaced ? nextInterlaced(y, height, pass) : y + 1;
+    }
+    return true;
 }

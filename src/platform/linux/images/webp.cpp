@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
+#include <memory>
 
 namespace {
 
@@ -54,21 +56,20 @@ const char* words(VP8StatusCode status) {
     }
 }
 
-// Decodes `data` straight into its place, its last row first.
-VP8StatusCode decodeInto(std::string_view data, const WebPBitstreamFeatures& features, int left, int top,
-                         DecodedImage& image) {
-    WebPDecoderConfig config;
-    if (!WebPInitDecoderConfig(&config)) return VP8_STATUS_INVALID_PARAM;
-    const size_t rowBytes = static_cast<size_t>(image.width) * 4;
-    config.input = features;
-    config.options.flip = 1;
-    config.output.colorspace = MODE_RGBA;
-    config.output.is_external_memory = 1;
-    config.output.u.RGBA.rgba = rowFromTop(image, top + features.height - 1) + static_cast<ptrdiff_t>(left) * 4;
-    config.output.u.RGBA.stride = static_cast<int>(rowBytes);
-    config.output.u.RGBA.size = rowBytes * static_cast<size_t>(features.height - 1) +
-                                static_cast<size_t>(features.width) * 4;
-    return WebPDecode(start(data), data.size(), &config);
+// Decodes `data` and copies it to its place. The library's own memory is not touched before there are pixels, so that
+// a broken file costs little, whatever size it claims.
+VP8StatusCode decodeInto(const Frame& frame, DecodedImage& image, std::string& reason) {
+    int width = 0, height = 0;
+    const std::unique_ptr<uint8_t, decltype(&WebPFree)> pixels(
+        WebPDecodeRGBA(start(frame.data), frame.data.size(), &width, &height), WebPFree);
+    if (!pixels) return VP8_STATUS_BITSTREAM_ERROR;
+    if (!makePicture(frame.canvasWidth, frame.canvasHeight, image, reason)) return VP8_STATUS_USER_ABORT;
+    const size_t rowBytes = static_cast<size_t>(width) * 4;
+    for (int y = 0; y < height; ++y) {
+        uint8_t* row = rowFromTop(image, static_cast<int>(frame.top) + y) + frame.left * 4;
+        std::memcpy(row, pixels.get() + static_cast<size_t>(y) * rowBytes, rowBytes);
+    }
+    return VP8_STATUS_OK;
 }
 
 } // namespace
@@ -85,10 +86,7 @@ bool decodeWebp(std::string_view bytes, DecodedImage& image, std::string& reason
         (frame.left + features.width > frame.canvasWidth || frame.top + features.height > frame.canvasHeight)) {
         status = VP8_STATUS_BITSTREAM_ERROR;
     }
-    if (status == VP8_STATUS_OK) {
-        if (!makePicture(frame.canvasWidth, frame.canvasHeight, image, reason)) return false;
-        status = decodeInto(frame.data, features, static_cast<int>(frame.left), static_cast<int>(frame.top), image);
-    }
-    if (status != VP8_STATUS_OK) reason = std::string("broken: ") + words(status);
+    if (status == VP8_STATUS_OK) status = decodeInto(frame, image, reason);
+    if (status != VP8_STATUS_OK && reason.empty()) reason = std::string("broken: ") + words(status);
     return status == VP8_STATUS_OK;
 }

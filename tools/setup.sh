@@ -6,7 +6,8 @@
 # holds the software renderer for machines without a graphics card.
 kPlayerPackages=(
     g++ cmake ninja-build pkg-config
-    libsdl2-dev libsdl2-image-dev libegl-dev libopengl-dev libgl-dev
+    libsdl2-dev libegl-dev libopengl-dev libgl-dev
+    libpng-dev libjpeg-dev libtiff-dev libwebp-dev
     libmpg123-dev libvorbis-dev libflac-dev libopusfile-dev libopenmpt-dev libspeexdsp-dev
     libegl1 libegl-mesa0 libgl1 libgl1-mesa-dri
 )

@@ -169,7 +169,7 @@ TEST(Image, AlphaBesideGreyAndOtherOddities) {
          {0xAA, 0xAA, 0xAA, 0xFF, 0xAA, 0xAA, 0xAA, 0}},
         {"TIFF, alpha apart", greyTiff(8, 2, 1, "\x40\x80\xFF\0"s), {64, 64, 64, 128, 255, 255, 255, 0}},
         {"TIFF, alpha of no kind", greyTiff(8, 0, 1, "\x40\x80\xFF\0"s), {64, 64, 64, 128, 255, 255, 255, 0}},
-        {"TIFF, multiplied", greyTiff(8, 1, 1, "\x40\x80\x10\x10"s), {128, 128, 128, 128, 255, 255, 255, 16}},
+        {"TIFF, multiplied", greyTiff(8, 1, 1, "\x20\xA0\x10\x10"s), {51, 51, 51, 160, 255, 255, 255, 16}},
         {"TIFF, turned", greyTiff(8, 2, 2, "\x40\x80\xFF\xFF"s), {64, 64, 64, 128, 255, 255, 255, 255}},
     };
     for (const auto& c : cases) {

@@ -34,7 +34,7 @@ class PeakMemory(PlayerTest):
             with self.subTest(kind):
                 pictures = sorted(map(str, finds.glob(f"{kind}-*")))
                 self.assertGreater(len(pictures), 20)
-                path = self.write_show(show(*(entry("textured", image=picture) for picture in pictures)))
+                path = self.write_show(show(*(entry("textured", params={"image": picture}) for picture in pictures)))
                 self.assertLess(self.peak("--headless", "--length", 0.02, path), clean + 300, "of all together")
 
 

@@ -13,7 +13,10 @@
 
 namespace {
 
-constexpr int kMaxDigits = 9;          // of a padded frame number
+constexpr int kMaxDigits = 9; // of a padded frame number
+// While ffmpeg opens its inputs, one after the other, it takes up to half a second of sound and no picture. Where the
+// sound only comes with the pictures, silence goes before it.
+constexpr int kSoundLead = kMusicRate;
 constexpr size_t kBandBytes = 1 << 16; // stays in the processor's cache between turning and writing
 
 bool fail(FrameSink& sink, const std::string& path, const std::string& reason) {
@@ -56,7 +59,12 @@ bool openVideo(FrameSink& sink, const VideoJob& job) {
     whole.hasSoundtrack = sink.sound.track.frames > 0;
     sink.rate = job.rate;
     sink.soundByFrame = whole.hasSoundtrack && job.frames == 0;
-    if (job.frames > 0) appendSpan(sink.sound, {sink.sound.start, soundBefore(job.frames, job.rate)});
+    if (sink.soundByFrame) {
+        whole.soundLead = kSoundLead;
+        appendSpan(sink.sound, {sink.sound.track.frames, static_cast<uint64_t>(kSoundLead)});
+    } else {
+        appendSpan(sink.sound, {sink.sound.start, soundBefore(job.frames, job.rate)});
+    }
     std::string reason;
     sink.encoder = startProcess(videoCommand(whole), reason,
                                 whole.hasSoundtrack ? SecondInput{nextSound, &sink.sound} : SecondInput{});

@@ -118,7 +118,9 @@ std::vector<std::string> videoCommand(const VideoJob& job) {
     if (!animation) append(command, colorTags());
     if (hasSound) {
         append(command, {"-map", "1:a:0"});
+        const std::string lead = std::to_string(job.soundLead);
         if (!ownSound) append(command, {"-filter:a", soundFilter(job)});
+        else if (job.soundLead > 0) append(command, {"-filter:a", "atrim=start_sample=" + lead + ",asetpts=N/SR/TB"});
         append(command, kind.sound);
         // Sound that comes with the pictures ends with them, unless the user's arguments end these before.
         if (job.frames == 0 && (!ownSound || !job.arguments.empty())) command.push_back("-shortest");

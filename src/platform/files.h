@@ -21,6 +21,10 @@ bool isAbsolutePath(const std::string& path);
 // and ".." are folded. Symbolic links are left alone. Empty where the system has no room for so long a path.
 std::string fullPath(const std::string& path);
 
+// The absolute form under which an existing file can be opened: as above, but where the system resolves a symbolic
+// link before the ".." behind it, as it does on Linux, both stay.
+std::string fullFilePath(const std::string& path);
+
 // Between keepListings(true) and keepListings(false) what look-ups ignoring case have read of directories is
 // remembered: while a show loads, whose missing files would otherwise have the same directories read again each. For
 // one thread.

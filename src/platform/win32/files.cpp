@@ -58,6 +58,11 @@ std::string fullPath(const std::string& path) {
     return hasRoom(full) ? full : "";
 }
 
+// The system folds ".." before it looks at links.
+std::string fullFilePath(const std::string& path) {
+    return fullPath(path);
+}
+
 // The system ignores case by itself.
 void keepListings(bool) {}
 

@@ -106,10 +106,7 @@ LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         showCursor();
         stop("WM_DESTROY");
         return 0;
-    case WM_SIZE:
-        shellState().clientWidth = LOWORD(lParam);
-        shellState().clientHeight = HIWORD(lParam);
-        return 0;
+    case WM_SIZE: resizeClient(LOWORD(lParam), HIWORD(lParam)); return 0;
     case WM_CLOSE: // the window is destroyed with all the rest at shutdown
         stop("WM_CLOSE");
         return 0;

@@ -52,7 +52,7 @@ TEST_F(WindowTest, EachMessageChangesWhatItMeans) {
         LRESULT result = 0; // of the last one
     } cases[] = {
         {"size in all 16 bits", {{WM_SIZE, SIZE_RESTORED, MAKELPARAM(65535, 40000)}}, "65535x40000 "},
-        {"minimized", {{WM_SIZE, SIZE_MINIMIZED, 0}}, "0x0 "},
+        {"minimized", {{WM_SIZE, SIZE_RESTORED, MAKELPARAM(64, 36)}, {WM_SIZE, SIZE_MINIMIZED, 0}}, "64x36 "},
         {"close", {{WM_CLOSE}}, "stopped WM_CLOSE"},
         {"cursor", {{WM_SETCURSOR}}, "hidden ", 1},
         {"cursor back when destroyed", {{WM_SETCURSOR}, {WM_SETCURSOR}, {WM_DESTROY}}, "stopped WM_DESTROY"},

@@ -1,5 +1,6 @@
 #include "app/frame_sink.h"
 
+#include "app/ffmpeg_words.h"
 #include "app/options.h"
 #include "foundation/text.h"
 #include "platform/files.h"
@@ -123,20 +124,20 @@ bool writePlanes(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>
 }
 
 // Some versions end with exit code 0 although the disk was full, if that comes out at the end.
-bool saysNotWritten(const std::string& words) {
-    return containsText(words, "Error writing") || containsText(words, "Error closing file");
+bool saysNotWritten(const std::string& said) {
+    return containsText(said, "Error writing") || containsText(said, "Error closing file");
 }
 
 void closeVideo(FrameSink& sink, const std::atomic<bool>& cancelled) {
-    std::string words;
-    const bool finished = finishProcess(sink.encoder, cancelled, words) && !saysNotWritten(words);
+    std::string said, reason;
+    const bool finished = finishProcess(sink.encoder, cancelled, said) && !saysNotWritten(said);
     sink.encoder = nullptr;
-    if (!finished) fail(sink, sink.output, "ffmpeg: " + words);
+    if (!finished) fail(sink, sink.output, "ffmpeg: " + ffmpegWords(said));
     if (cancelled || !sink.failure.empty()) {
         removeFile(sink.partPath);
-    } else if (!renameFile(sink.partPath, sink.output, words)) {
+    } else if (!renameFile(sink.partPath, sink.output, reason)) {
         // Somebody may be watching the older video; hours of work are not thrown away for that.
-        fail(sink, sink.output, words + "; the new video is " + sink.partPath);
+        fail(sink, sink.output, reason + "; the new video is " + sink.partPath);
     }
 }
 

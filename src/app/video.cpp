@@ -1,5 +1,6 @@
 #include "app/video.h"
 
+#include "app/ffmpeg_words.h"
 #include "foundation/text.h"
 #include "platform/process.h"
 
@@ -137,7 +138,9 @@ bool canDecodeMusic(const std::string& path, std::string& reason) {
     // Where there is no ffmpeg the video says so.
     Process* process = startProcess(command, reason);
     const std::atomic<bool> cancelled = false;
-    return !process || finishProcess(process, cancelled, reason);
+    if (!process || finishProcess(process, cancelled, reason)) return true;
+    reason = ffmpegWords(reason);
+    return false;
 }
 
 bool splitArguments(const std::string& line, std::vector<std::string>& arguments) {

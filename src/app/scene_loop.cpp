@@ -91,7 +91,7 @@ void playScenes(Player& player) {
     const ScenePosition start = findScene(player.config, player.options.start.value_or(0.0));
     int index = start.index;
     loadFirstScene(player, start);
-    player.clock = startClock(0.0, isOffline(player) ? player.options.fps : 0.0);
+    player.clock = startClock(player, 0.0);
     if (player.options.start) seekInScene(player, start);
     while (beginFrame(player)) {
         if (stopTimeReached(player) || !advanceScene(player, index)) break;

@@ -96,7 +96,7 @@ VisualRange prepareTimeline(Player& player) {
 
 void playTimeline(Player& player) {
     const VisualRange range = prepareTimeline(player);
-    player.clock = startClock(static_cast<double>(range.start), isOffline(player) ? player.options.fps : 0.0);
+    player.clock = startClock(player, static_cast<double>(range.start));
     if (player.options.start) seekTo(player, range, static_cast<float>(*player.options.start));
     while (beginFrame(player)) {
         applyControls(player, range);

@@ -211,6 +211,15 @@ class Failures(VideoTest):
         fake.write_text("#!/bin/sh\nexec sleep 1000\n")
         self.interrupt(signal.SIGINT, "old.mp4", pause=1, env=path)  # by then its pipe is full; sooner tests less
 
+    def test_interrupted_twice(self):
+        fake = self.write("bin/ffmpeg", '#!/bin/sh\nfor last; do :; done\n: >"${last#file:}"\nexec sleep 1000\n')
+        fake.chmod(0o755)
+        self.path = self.write_show(show(entry("endless", 0, 3600), size=(1000, 1000)))
+        for env in {"PATH": f"{fake.parent}:/usr/bin:/bin"}, {}:
+            self.assert_one_line(Player(self, "-o", "a.mp4", self.path, env=env).interrupt_twice().err,
+                                 "Interrupted after ", " of 216000 frames: a.mp4 is not written")
+            self.assert_nothing_written()
+
     def test_interrupted(self):
         for number, output, frames in ((signal.SIGINT, "a.mp4", 216000), (signal.SIGTERM, "a.gif", 180000)):
             with self.subTest(output):

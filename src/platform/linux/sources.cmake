@@ -21,6 +21,7 @@ add_layer(platform
   platform/linux/library.cpp
   platform/linux/output.cpp
   platform/linux/process.cpp
+  platform/linux/stop_request.cpp
   platform/linux/surface.cpp
   platform/linux/window.cpp
 )

@@ -14,6 +14,10 @@ extern const char kPathSeparator;
 // The most that readFile takes into memory.
 constexpr long long kMaxFileBytes = 1LL << 28;
 
+// A drive without a medium then is one where nothing lies, while some systems would first ask the user for the medium.
+// Before the first file is looked for.
+void acceptMissingMedia();
+
 // True for a path that stands on its own: a drive letter ("C:...") everywhere; a leading '/' on Linux.
 bool isAbsolutePath(const std::string& path);
 

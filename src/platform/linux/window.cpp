@@ -78,6 +78,7 @@ SDL_DisplayMode largestWindow(bool fullscreen) {
 }
 
 bool openWindow(Surface& surface, int width, int height, bool fullscreen) {
+    // Which also keeps the screen saver away, if no setting of the user's says otherwise.
     if (SDL_Init(SDL_INIT_VIDEO) != 0 || !hasDisplay()) return reportFailure("SDL_Init");
     requestGlAttributes();
     const Uint32 sizing = fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;

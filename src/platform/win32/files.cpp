@@ -47,6 +47,10 @@ ptrdiff_t readSome(HANDLE file, char* buffer, size_t size) {
 
 } // namespace
 
+void acceptMissingMedia() {
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
+}
+
 bool isAbsolutePath(const std::string& path) {
     return path.size() >= 2 && path[1] == ':';
 }

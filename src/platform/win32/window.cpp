@@ -144,12 +144,14 @@ Surface* createPlayerWindow(int width, int height, bool fullscreen) {
     RECT client = {};
     GetClientRect(surface->window, &client);
     hideCursor();
+    SetThreadExecutionState(ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED); // nobody touches a key in a show
     catchStopRequests();
     announceClientSize(client.right, client.bottom, width, height, fullscreen);
     return surface;
 }
 
 void destroyWindow(Surface& surface) {
+    SetThreadExecutionState(ES_CONTINUOUS);
     wglMakeCurrent(nullptr, nullptr);
     wglDeleteContext(surface.context);
     ReleaseDC(surface.window, surface.deviceContext);

@@ -88,6 +88,9 @@ TEST_F(WindowTest, OpensAndTakesItsMessagesThroughTheQueue) {
     EXPECT_EQ(GetWindowLongW(surface->window, GWL_STYLE) & ~WS_CLIPSIBLINGS,
               static_cast<LONG>(WS_OVERLAPPEDWINDOW | WS_VISIBLE));
 
+    const EXECUTION_STATE awake = ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED;
+    EXPECT_EQ(SetThreadExecutionState(awake), awake); // gives the one before
+
     // Closing only asks; the window is there until the surface is destroyed.
     for (const WPARAM key : {VK_UP, VK_LEFT, VK_UP}) PostMessageW(surface->window, WM_KEYDOWN, key, 0);
     PostMessageW(surface->window, WM_CLOSE, 0, 0);
@@ -98,6 +101,7 @@ TEST_F(WindowTest, OpensAndTakesItsMessagesThroughTheQueue) {
     destroySurface(surface);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    EXPECT_EQ(SetThreadExecutionState(ES_CONTINUOUS), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
     EXPECT_EQ(changes(), "320x200 step -1 seek 20 stopped WM_CLOSE");
 }
 

@@ -20,6 +20,7 @@ kFuzzPackages=(clang libclang-rt-dev llvm)
 # window manager windows are closed and fill the screen as on a desktop.
 kWindowsPackages=(g++-mingw-w64-x86-64-posix cmake ninja-build)
 kWineTestPackages=(wine wine64 googletest libgl1 libgl1-mesa-dri openbox xvfb xauth xdotool python3 imagemagick)
+kLintPackages=(clang-format clang-tidy shellcheck glslang-tools)
 # dpkg-dev tells which libraries the Debian package depends on.
 kPackagingPackages=(dpkg-dev file)
 

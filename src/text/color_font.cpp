@@ -188,7 +188,7 @@ ColorFont readFont(const std::string& baseDir, const std::string& jsonPath) {
 } // namespace
 
 std::string resolveColorFontPath(const std::string& fontPath, const std::string& baseDir) {
-    const std::string path = withSystemSeparators(fontPath.empty() ? kDefaultFont : fontPath);
+    std::string path = withSystemSeparators(fontPath.empty() ? kDefaultFont : fontPath);
     if (path.empty()) return {};
     if (isAbsolutePath(path) && fileExists(path)) return path;
     return firstExisting({
@@ -200,7 +200,7 @@ std::string resolveColorFontPath(const std::string& fontPath, const std::string&
 
 std::string resolveFontTexturePath(const std::string& texture, const std::string& jsonPath,
                                    const std::string& baseDir) {
-    const std::string path = withSystemSeparators(texture);
+    std::string path = withSystemSeparators(texture);
     if (path.empty()) return {};
     if (isAbsolutePath(path) && fileExists(path)) return path;
     return firstExisting({

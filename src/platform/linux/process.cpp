@@ -60,6 +60,7 @@ void closePipe(Pipe& ends) {
 // 0, or the system's error number.
 int spawn(const std::vector<std::string>& arguments, int input, int errors, int second, pid_t& id) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t files;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "config/runtime_config.h"
+#include "effects/stage.h"
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
-#include "effects/stage.h"
 #include "gpu/shader_lookup.h"
 #include "platform/window.h"
 

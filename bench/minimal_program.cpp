@@ -14,9 +14,9 @@ int main(int argc, char** argv) {
     if (argc < 2 || !surface || !loadGlFunctions(glLookup(surface))) return 1;
     Quad quad = createQuad();
     const Program program = linkProgram(kQuadVertexSource,
-                                       "#version 330 core\nin vec2 vUV; out vec4 colour;\n"
-                                       "void main() { colour = vec4(0.5 + 0.5 * sin(vUV.xyx * 9.0), 1.0); }\n",
-                                       "minimal");
+                                        "#version 330 core\nin vec2 vUV; out vec4 colour;\n"
+                                        "void main() { colour = vec4(0.5 + 0.5 * sin(vUV.xyx * 9.0), 1.0); }\n",
+                                        "minimal");
     gl.UseProgram(program.handle);
     glViewport(0, 0, kWidth, kHeight);
     drawQuad(quad);

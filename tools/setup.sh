@@ -6,7 +6,8 @@
 # holds the software renderer for machines without a graphics card.
 kPlayerPackages=(
     g++ cmake ninja-build pkg-config
-    libsdl2-dev libsdl2-image-dev libegl-dev libopengl-dev libgl-dev
+    libsdl2-dev libegl-dev libopengl-dev libgl-dev
+    libpng-dev libjpeg-dev libtiff-dev libwebp-dev
     libmpg123-dev libvorbis-dev libflac-dev libopusfile-dev libopenmpt-dev libspeexdsp-dev
     libegl1 libegl-mesa0 libgl1 libgl1-mesa-dri
 )
@@ -19,6 +20,7 @@ kFuzzPackages=(clang libclang-rt-dev llvm)
 # window manager windows are closed and fill the screen as on a desktop.
 kWindowsPackages=(g++-mingw-w64-x86-64-posix cmake ninja-build)
 kWineTestPackages=(wine wine64 googletest libgl1 libgl1-mesa-dri openbox xvfb xauth xdotool python3 imagemagick)
+kLintPackages=(clang-format clang-tidy shellcheck glslang-tools)
 # dpkg-dev tells which libraries the Debian package depends on.
 kPackagingPackages=(dpkg-dev file)
 

@@ -1,5 +1,6 @@
 #include "app/frame_sink.h"
 
+#include "app/ffmpeg_words.h"
 #include "app/options.h"
 #include "foundation/text.h"
 #include "platform/files.h"
@@ -13,7 +14,10 @@
 
 namespace {
 
-constexpr int kMaxDigits = 9;          // of a padded frame number
+constexpr int kMaxDigits = 9; // of a padded frame number
+// While ffmpeg opens its inputs, one after the other, it takes up to half a second of sound and no picture. Where the
+// sound only comes with the pictures, silence goes before it.
+constexpr int kSoundLead = kMusicRate;
 constexpr size_t kBandBytes = 1 << 16; // stays in the processor's cache between turning and writing
 
 bool fail(FrameSink& sink, const std::string& path, const std::string& reason) {
@@ -56,7 +60,12 @@ bool openVideo(FrameSink& sink, const VideoJob& job) {
     whole.hasSoundtrack = sink.sound.track.frames > 0;
     sink.rate = job.rate;
     sink.soundByFrame = whole.hasSoundtrack && job.frames == 0;
-    if (job.frames > 0) appendSpan(sink.sound, {sink.sound.start, soundBefore(job.frames, job.rate)});
+    if (sink.soundByFrame) {
+        whole.soundLead = kSoundLead;
+        appendSpan(sink.sound, {sink.sound.track.frames, static_cast<uint64_t>(kSoundLead)});
+    } else {
+        appendSpan(sink.sound, {sink.sound.start, soundBefore(job.frames, job.rate)});
+    }
     std::string reason;
     sink.encoder = startProcess(videoCommand(whole), reason,
                                 whole.hasSoundtrack ? SecondInput{nextSound, &sink.sound} : SecondInput{});
@@ -115,20 +124,20 @@ bool writePlanes(FrameSink& sink, const uint8_t* pixels, const std::atomic<bool>
 }
 
 // Some versions end with exit code 0 although the disk was full, if that comes out at the end.
-bool saysNotWritten(const std::string& words) {
-    return containsText(words, "Error writing") || containsText(words, "Error closing file");
+bool saysNotWritten(const std::string& said) {
+    return containsText(said, "Error writing") || containsText(said, "Error closing file");
 }
 
 void closeVideo(FrameSink& sink, const std::atomic<bool>& cancelled) {
-    std::string words;
-    const bool finished = finishProcess(sink.encoder, cancelled, words) && !saysNotWritten(words);
+    std::string said, reason;
+    const bool finished = finishProcess(sink.encoder, cancelled, said) && !saysNotWritten(said);
     sink.encoder = nullptr;
-    if (!finished) fail(sink, sink.output, "ffmpeg: " + words);
+    if (!finished) fail(sink, sink.output, "ffmpeg: " + ffmpegWords(said));
     if (cancelled || !sink.failure.empty()) {
         removeFile(sink.partPath);
-    } else if (!renameFile(sink.partPath, sink.output, words)) {
+    } else if (!renameFile(sink.partPath, sink.output, reason)) {
         // Somebody may be watching the older video; hours of work are not thrown away for that.
-        fail(sink, sink.output, words + "; the new video is " + sink.partPath);
+        fail(sink, sink.output, reason + "; the new video is " + sink.partPath);
     }
 }
 

@@ -42,6 +42,13 @@ float showTime(const Player& player) {
     return static_cast<float>(player.clock.showTime);
 }
 
+RunClock startClock(const Player& player, double time) {
+    RunClock clock = startClock(time, isOffline(player) ? player.options.fps : 0.0);
+    // Where no display is nothing else keeps the pace.
+    if (player.options.headless && !isOffline(player)) clock.pace = player.options.fps;
+    return clock;
+}
+
 bool beginFrame(Player& player) {
     pumpMessages(player.surface);
     if (!shellState().running) return false;
@@ -79,6 +86,7 @@ void clearFrame() {
 void finishFrame(Player& player) {
     if (!isOffline(player)) {
         presentFrame(player.surface);
+        while (shellState().running && !awaitFrame(player.clock)) pumpMessages(player.surface);
     } else if (!recordFrame(player.recorder)) {
         shellState().running = false;
     }

@@ -20,13 +20,14 @@ void renderSceneStills(Player& player);
 
 // Steps of a frame.
 bool isOffline(const Player& player);
-float showTime(const Player& player); // of the current pass or scene, in seconds
-bool beginFrame(Player& player);      // pumps messages, takes the delta; false when the run is over
+float showTime(const Player& player);                   // of the current pass or scene, in seconds
+RunClock startClock(const Player& player, double time); // of the run's kind, at a show time
+bool beginFrame(Player& player);                        // pumps messages, takes the delta; false when the run is over
 bool stopTimeReached(const Player& player);
 bool hasReached(const Player& player, double time, double end); // seconds; offline to a thousandth of a frame
 double wrapTime(const VisualRange& range, double time);         // from the end or later to where it begins anew
 void clearFrame();                                              // opaque black
-void finishFrame(Player& player);                               // shows or records it
+void finishFrame(Player& player);                               // shows or records it; may wait for the next
 const Timeline& playingTimeline(const Player& player);
 void beginPart(Player& player, size_t part);        // says its load and begins it anew: clocks at 0, no feedback
 void drawPlayerMoment(Player& player, float delta); // runs the clocks and draws

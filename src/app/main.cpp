@@ -2,12 +2,14 @@
 #include "app/options.h"
 #include "app/player.h"
 #include "foundation/log.h"
+#include "platform/files.h"
 #include "platform/output.h"
 
 #include <cstdio>
 
 int main(int argc, char** argv) {
     openStandardStreams();
+    acceptMissingMedia();
     Options options;
     std::string error;
     if (!parseOptions(argc - 1, argv + 1, options, error)) {

@@ -209,7 +209,7 @@ const char* const kUsage =
     "  -o FILE, --o=FILE    one pass of the show: a video with its music (.mp4, .mkv, .webm, .mov, .gif,\n"
     "                       made by ffmpeg), a picture sequence (frame-%04d.png), raw RGBA frames\n"
     "                       (show.rgba), or raw frames to standard output (-)\n"
-    "  --fps N              frames a second (default 60, of a .gif 50); also N/D\n"
+    "  --fps N              frames a second (default 60, of a .gif 50); also N/D, and in play without a display\n"
     "  --ffmpeg-args \"...\"  more arguments for ffmpeg, behind the player's own\n"
     "  --still T[,T...]     only the pictures at these times\n"
     "\n"

@@ -25,7 +25,7 @@ struct Options {
     std::optional<double> start;              // seconds
     std::optional<double> end;                // seconds
     std::optional<double> length;             // seconds
-    double fps = 60.0;                        // frames a second, offline
+    double fps = 60.0;                        // frames a second, offline and headless
     FrameRate rate = {0, 1};                  // the same as a fraction; 0 until the command line has been read
     std::optional<bool> audio;                // unset: music in a window and in a video
     std::vector<std::string> ffmpegArguments; // the user's own

@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/output.h"
 #include "platform/shell_state.h"
+#include "platform/stop_request.h"
 
 #include <chrono>
 #include <functional>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr double kReportSeconds = 0.25;
 constexpr std::chrono::milliseconds kTick(50); // between looks for a stop request while waiting
+constexpr std::chrono::seconds kPatience(3);   // with an output that cannot be closed
 
 bool fail(Recorder& recorder, const std::string& failure) {
     if (!recorder.failed) printError("Cannot write %s\n", failure.c_str());
@@ -31,7 +33,7 @@ void writeFrames(Recorder& recorder) {
             const bool written = writeFrame(recorder.sink, frame, recorder.cancelled);
             lock.lock();
             recorder.written += written ? 1 : 0;
-            recorder.takesFrames = written;
+            if (!written) recorder.takesFrames = false;
         }
         ++recorder.done;
         recorder.toDrawer.notify_one();
@@ -41,6 +43,7 @@ void writeFrames(Recorder& recorder) {
     lock.lock();
     recorder.closed = true;
     recorder.toDrawer.notify_one();
+    recorder.toWatcher.notify_one();
 }
 
 // Until the writer makes `ready` true, of which it must have the lock. Whoever asks the player to stop
@@ -112,6 +115,25 @@ void announceInterruption(const Recorder& recorder) {
     }
 }
 
+// The watcher thread. A second stop request ends the process though the drawing thread may be in a frame that takes
+// minutes, but first the output is closed: nothing half of it stays. What comes after the second changes nothing.
+void watchForHaste(Recorder& recorder) {
+    std::unique_lock lock(recorder.mutex);
+    const auto isClosed = [&] { return recorder.closed; };
+    do {
+        if (recorder.toWatcher.wait_for(lock, kTick, isClosed)) return;
+    } while (stopRequests() < 2);
+    recorder.cancelled = true;
+    recorder.takesFrames = false;
+    recorder.ended = true;
+    recorder.toWriter.notify_one();
+    // Nobody can be told to wait for an encoder that not even the system can end, or for a disk that stands still.
+    recorder.toWatcher.wait_for(lock, kPatience, isClosed);
+    if (recorder.showProgress) std::fputc('\n', stderr);
+    announceInterruption(recorder);
+    endByStopRequest();
+}
+
 } // namespace
 
 bool openRecorder(Recorder& recorder, const VideoJob& job, Soundtrack sound, Surface* surface) {
@@ -123,10 +145,15 @@ bool openRecorder(Recorder& recorder, const VideoJob& job, Soundtrack sound, Sur
     recorder.rate = job.rate;
     recorder.sink.sound = std::move(sound);
     recorder.jumpPosition = recorder.sink.sound.start;
-    if (!openSink(recorder.sink, job)) return fail(recorder, recorder.sink.failure);
+    holdStopRequests(true);
+    if (!openSink(recorder.sink, job)) {
+        holdStopRequests(false);
+        return fail(recorder, recorder.sink.failure);
+    }
     recorder.showProgress = isTerminal(stderr);
     recorder.startCounter = clockCounter();
     recorder.writer = std::thread(writeFrames, std::ref(recorder));
+    recorder.watcher = std::thread(watchForHaste, std::ref(recorder));
     recorder.active = true;
     return true;
 }
@@ -161,6 +188,8 @@ bool closeRecorder(Recorder& recorder, bool interrupted) {
         waitForWriter(recorder, lock, [&] { return recorder.closed; });
         lock.unlock();
         recorder.writer.join();
+        recorder.watcher.join();
+        holdStopRequests(false);
         reportProgress(recorder, true);
         if (recorder.interrupted) announceInterruption(recorder);
         else if (!recorder.sink.failure.empty()) fail(recorder, recorder.sink.failure);

@@ -19,10 +19,12 @@ struct Recorder {
 
     // Frames go to the writer as mapped buffers and come back in the same order.
     std::thread writer;
+    std::thread watcher;                 // for a second stop request
     std::atomic<bool> cancelled = false; // a video is given up
     std::mutex mutex;                    // for all that follows
     std::condition_variable toWriter;
     std::condition_variable toDrawer;
+    std::condition_variable toWatcher;
     std::array<RecordedFrame, Readback::kSlots> frames = {};
     long long handedOver = 0;
     long long done = 0; // of those handed over, written or not

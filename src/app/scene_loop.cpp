@@ -90,9 +90,9 @@ void playScenes(Player& player) {
     int index = start.index;
     loadScenes(player); // before the music sounds: the picture would lag behind by as long as that takes
     if (player.audio.ready) playFrom(player.audio, start.before + start.time);
-    player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
     beginScene(player, index);
-    player.clock = startClock(0.0, player.clocks.rate);
+    player.clock = startClock(player, 0.0);
+    player.clocks.rate = player.clock.fps;
     if (player.options.start) seekInScene(player, start);
     while (beginFrame(player)) {
         if (stopTimeReached(player) || !advanceScene(player, index)) break;

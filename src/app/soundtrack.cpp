@@ -14,8 +14,7 @@ char* putNumber(char* to, uint32_t value, int size) {
 }
 
 char* putText(char* to, const char* text) {
-    std::memcpy(to, text, std::strlen(text));
-    return to + std::strlen(text);
+    return std::copy_n(text, std::strlen(text), to); // without its end
 }
 
 void putHeader(char* to) {

@@ -94,8 +94,8 @@ VisualRange prepareTimeline(Player& player) {
 
 void playTimeline(Player& player) {
     const VisualRange range = prepareTimeline(player);
-    player.clocks.rate = isOffline(player) ? player.options.fps : 0.0;
-    player.clock = startClock(static_cast<double>(range.start), player.clocks.rate);
+    player.clock = startClock(player, static_cast<double>(range.start));
+    player.clocks.rate = player.clock.fps;
     if (player.options.start) seekTo(player, range, static_cast<float>(*player.options.start));
     while (beginFrame(player)) {
         applyControls(player, range);

@@ -1,5 +1,6 @@
 #include "app/video.h"
 
+#include "app/ffmpeg_words.h"
 #include "foundation/text.h"
 #include "platform/process.h"
 
@@ -118,7 +119,9 @@ std::vector<std::string> videoCommand(const VideoJob& job) {
     if (!animation) append(command, colorTags());
     if (hasSound) {
         append(command, {"-map", "1:a:0"});
+        const std::string lead = std::to_string(job.soundLead);
         if (!ownSound) append(command, {"-filter:a", soundFilter(job)});
+        else if (job.soundLead > 0) append(command, {"-filter:a", "atrim=start_sample=" + lead + ",asetpts=N/SR/TB"});
         append(command, kind.sound);
         // Sound that comes with the pictures ends with them, unless the user's arguments end these before.
         if (job.frames == 0 && (!ownSound || !job.arguments.empty())) command.push_back("-shortest");
@@ -135,7 +138,9 @@ bool canDecodeMusic(const std::string& path, std::string& reason) {
     // Where there is no ffmpeg the video says so.
     Process* process = startProcess(command, reason);
     const std::atomic<bool> cancelled = false;
-    return !process || finishProcess(process, cancelled, reason);
+    if (!process || finishProcess(process, cancelled, reason)) return true;
+    reason = ffmpegWords(reason);
+    return false;
 }
 
 bool splitArguments(const std::string& line, std::vector<std::string>& arguments) {

@@ -27,6 +27,7 @@ struct VideoJob {
     long long frames = 0; // 0 when it cannot be told
     VideoMusic music;
     bool hasSoundtrack = false;         // the player's own sound comes in on the second input, as a WAVE file
+    int soundLead = 0;                  // frames of silence before that sound, to be left out
     std::vector<std::string> arguments; // the user's own, behind ours
 };
 

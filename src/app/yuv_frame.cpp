@@ -51,7 +51,7 @@ void splitRow(const uint8_t* __restrict pixels, int width, const RowPlanes& plan
     int16_t* __restrict r = planes.r;
     int16_t* __restrict g = planes.g;
     int16_t* __restrict b = planes.b;
-    for (int x = 0; x < width; ++x) {
+    for (ptrdiff_t x = 0; x < width; ++x) {
         b[x] = static_cast<int16_t>(pixels[4 * x] << 7);
         g[x] = static_cast<int16_t>(pixels[4 * x + 1] << 7);
         r[x] = static_cast<int16_t>(pixels[4 * x + 2] << 7);
@@ -82,7 +82,7 @@ void averageRows(const RowPlanes& upper, const RowPlanes& lower, int width) {
     }
 }
 
-inline int16_t across(const int16_t* plane, int x) {
+inline int16_t across(const int16_t* plane, ptrdiff_t x) {
     return static_cast<int16_t>((plane[2 * x - 1] >> 2) + (plane[2 * x] >> 1) + (plane[2 * x + 1] >> 2));
 }
 
@@ -125,7 +125,7 @@ void convertFrame(YuvFrame& frame, const uint8_t* pixels, int width, int height)
         writeLuma(lower, evenWidth, luma + evenWidth);
         averageRows(upper, lower, evenWidth);
         writeChroma(upper, evenWidth / 2, cb, cr);
-        luma += 2 * evenWidth;
+        luma += 2 * static_cast<ptrdiff_t>(evenWidth);
         cb += evenWidth / 2;
         cr += evenWidth / 2;
     }

@@ -13,6 +13,13 @@ std::string joinPath(const std::string& base, const std::string& rel) {
     return base + kPathSeparator + rel;
 }
 
+std::string directoryOfFile(const std::string& path) {
+    const char separators[] = {'/', kPathSeparator, '\0'};
+    const size_t last = path.find_last_of(separators);
+    if (last == std::string::npos) return ".";
+    return path.substr(0, last == 0 ? 1 : last); // the root directory is nothing without its slash
+}
+
 std::string resolveAssetPath(const std::string& path, const AssetMap& assets, const std::string& baseDir) {
     std::string resolved = path;
     if (!path.empty() && path.front() == '@') {
@@ -25,5 +32,7 @@ std::string resolveAssetPath(const std::string& path, const AssetMap& assets, co
     for (char& c : resolved) {
         if (c == '/' || c == '\\') c = kPathSeparator;
     }
-    return isAbsolutePath(resolved) ? resolved : joinPath(baseDir, resolved);
+    const bool begins = !resolved.empty() && resolved.front() == kPathSeparator;
+    const bool standsAlone = isAbsolutePath(resolved) && (!begins || isRegularFile(resolved) || isDirectory(resolved));
+    return standsAlone ? resolved : joinPath(baseDir, resolved);
 }

@@ -13,12 +13,6 @@ constexpr const char* kNativeSchema = "native-runtime/v1";
 constexpr size_t kMaxEntries = 16384; // each takes some kilobytes, and a shader to build
 constexpr const char* kDefaultFallbackImage = "assets/images/Logo.png";
 
-std::string parentDirectory(const std::string& path) {
-    const char separators[] = {'/', kPathSeparator, '\0'};
-    const size_t last = path.find_last_of(separators);
-    return last == std::string::npos || last == 0 ? "." : path.substr(0, last);
-}
-
 void readGlobals(RuntimeConfig& config, const JsonValue& globals) {
     config.width = getInt(find(globals, "width"), config.width);
     config.height = getInt(find(globals, "height"), config.height);
@@ -113,7 +107,7 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
     RuntimeConfig config;
     config.shaders = shaders;
 
-    const std::string file = fullPath(path);
+    const std::string file = fullFilePath(path);
     std::string bytes;
     if (!readFile(file, bytes) || bytes.empty()) {
         logLine("[ERROR] Cannot read %s\n", (file.empty() ? path : file).c_str());
@@ -122,8 +116,9 @@ RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& sha
     }
     const JsonValue root = parseJsonFile(skipByteOrderMark(bytes), file);
 
-    config.baseDir = parentDirectory(file);
-    logLine("[CONFIG] baseDir = %s\n", config.baseDir.c_str());
+    config.baseDir = directoryOfFile(file);
+    // Of the root directory nothing is left before its slash.
+    logLine("[CONFIG] baseDir = %s\n", config.baseDir == "/" ? "." : config.baseDir.c_str());
     if (shaders.loadPack) shaders.loadPack(config.baseDir);
 
     const std::string schema = getString(find(root, "schemaVersion"), "");

@@ -126,7 +126,7 @@ std::string builtinShaderDir(const std::string& baseDir, const std::string& name
     std::string subdirectory = builtin ? builtin->directory : toLower(name);
     std::replace(subdirectory.begin(), subdirectory.end(), '\\', kPathSeparator);
     for (const std::string& root : shaderRoots(baseDir)) {
-        const std::string directory = joinPath(root, subdirectory);
+        std::string directory = joinPath(root, subdirectory);
         if (packHasDirectory(directory) || isDirectory(directory)) return directory;
     }
     return "";

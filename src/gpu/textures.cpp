@@ -54,7 +54,8 @@ TextureInfo loadTexture(TextureCache& cache, const std::string& path) {
     if (const TextureInfo* found = findTexture(cache, path)) return *found;
     std::string reason;
     DecodedImage image;
-    if (!decodeImage(path, image, reason)) return reportFailure(path, reason);
+    const auto objection = [&](int width, int height) { return whyNoRoom(cache, width, height); };
+    if (!decodeImage(path, image, reason, objection)) return reportFailure(path, reason);
     return addTexture(cache, path, path, image.pixels.data(), image.width, image.height);
 }
 

@@ -159,7 +159,8 @@ double channelBytes2Seconds(uint32_t channel, uint64_t bytes) {
         return -1.0;
     }
     succeed();
-    return static_cast<double>(bytes / kMusicFrameBytes) / kMusicRate;
+    const uint64_t frame = bytes / kMusicFrameBytes;
+    return static_cast<double>(frame) / kMusicRate;
 }
 
 uint64_t channelSeconds2Bytes(uint32_t channel, double seconds) {

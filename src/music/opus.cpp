@@ -39,7 +39,7 @@ OpusStream* openOpus(std::FILE* file, std::string& reason) {
 }
 
 bool nextPiece(OpusStream& stream, SoundPiece& piece) {
-    constexpr size_t kMostSamples = 2 * 5760; // the longest packet
+    constexpr size_t kMostSamples = size_t{2} * 5760; // the longest packet
     piece.rate = 48000;
     piece.channels = 2;
     piece.samples.resize(kMostSamples);

@@ -116,9 +116,9 @@ void resample(StereoConverter& converter, const float* samples, size_t frames, s
         spx_uint32_t in = static_cast<spx_uint32_t>(std::min<size_t>(frames, kStepFrames)), out = kStepFrames;
         converter.library.speex_resampler_process_interleaved_float(converter.resampler, samples, &in,
                                                                     converted.data() + before, &out);
-        converted.resize(before + kMusicChannels * out);
+        converted.resize(before + kMusicChannels * size_t{out});
         converter.framesOut += out;
-        samples += kMusicChannels * in;
+        samples += kMusicChannels * size_t{in};
         frames -= in;
         if (in == 0 && out == 0) return;
     }

@@ -57,7 +57,8 @@ bool skipBytes(std::FILE* file, uint64_t size) {
 
 float integerSample(const uint8_t* bytes, size_t size) {
     if (size == 1) return (static_cast<float>(bytes[0]) - 128.0f) / 128.0f;
-    const uint32_t top = littleEndian(bytes, size) << (32 - 8 * size);
+    uint32_t top = 0; // the value in the highest bytes
+    for (size_t i = 0; i < size; ++i) top = top >> 8 | uint32_t{bytes[i]} << 24;
     return static_cast<float>(static_cast<int32_t>(top)) / 2147483648.0f;
 }
 

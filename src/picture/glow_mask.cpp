@@ -45,7 +45,8 @@ Field shrink(const SvgMask& mask, const Grid& grid) {
         for (int x = 0; x < mask.width;) {
             const int column = (x + reach) / step;
             int sum = 0;
-            for (const int end = std::min((column + 1) * step - reach, mask.width); x < end; ++x) sum += row[4 * x];
+            const int end = std::min((column + 1) * step - reach, mask.width);
+            for (; x < end; ++x) sum += row[4 * static_cast<size_t>(x)];
             out[column] += static_cast<float>(sum) * share;
         }
     }
@@ -53,11 +54,11 @@ Field shrink(const SvgMask& mask, const Grid& grid) {
 }
 
 // A running mean over 2 * radius + 1 values that lie `stride` apart; outside is dark.
-void boxBlur(const float* in, float* out, int count, int stride, int radius) {
+void boxBlur(const float* in, float* out, ptrdiff_t count, ptrdiff_t stride, ptrdiff_t radius) {
     const float share = 1.0f / static_cast<float>(2 * radius + 1);
     float sum = 0.0f;
-    for (int i = 0; i < std::min(radius, count); ++i) sum += in[i * stride];
-    for (int i = 0; i < count; ++i) {
+    for (ptrdiff_t i = 0; i < std::min(radius, count); ++i) sum += in[i * stride];
+    for (ptrdiff_t i = 0; i < count; ++i) {
         if (i + radius < count) sum += in[(i + radius) * stride];
         if (i - radius > 0) sum -= in[(i - radius - 1) * stride];
         out[i * stride] = sum * share;

@@ -14,12 +14,20 @@ extern const char kPathSeparator;
 // The most that readFile takes into memory.
 constexpr long long kMaxFileBytes = 1LL << 28;
 
+// A drive without a medium then is one where nothing lies, while some systems would first ask the user for the medium.
+// Before the first file is looked for.
+void acceptMissingMedia();
+
 // True for a path that stands on its own: a drive letter ("C:...") everywhere; a leading '/' on Linux.
 bool isAbsolutePath(const std::string& path);
 
 // The absolute form of a path without looking at the disk: the current directory is put in front, "."
 // and ".." are folded. Symbolic links are left alone. Empty where the system has no room for so long a path.
 std::string fullPath(const std::string& path);
+
+// The absolute form under which an existing file can be opened: as above, but where the system resolves a symbolic
+// link before the ".." behind it, as it does on Linux, both stay.
+std::string fullFilePath(const std::string& path);
 
 // Between keepListings(true) and keepListings(false) what look-ups ignoring case have read of directories is
 // remembered: while a show loads, whose missing files would otherwise have the same directories read again each. For

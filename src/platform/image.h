@@ -1,7 +1,8 @@
-// Image decoding and PNG encoding by the system's own services (SDL2_image, GDI+).
+// Image decoding and PNG encoding: by the formats' own libraries on Linux, by GDI+ on Windows.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,14 @@ struct DecodedImage {
 void startImageDecoding();
 void stopImageDecoding();
 
-// False, with `image` empty, when the file is missing, no picture, broken or too large; `reason` then
-// says which in a few words.
-bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason);
+// Why a picture of that size is not wanted; empty when it is. Asked before anything of that size is allocated.
+using ImageObjection = std::function<std::string(int width, int height)>;
+
+// False, with `image` empty, when the file is missing, no picture, broken, too large or not wanted; `reason` then
+// says which in a few words. Of an animation only the first frame is looked at. What the decoding
+// takes stays within 32 bytes a pixel and 64 MB, 2 s a megapixel and 1 s.
+bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason,
+                 const ImageObjection& objection = {});
 
 // How a picture of four bytes a pixel lies in memory.
 struct PixelLayout {

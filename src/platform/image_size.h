@@ -7,8 +7,8 @@
 
 enum class ImageKind { unknown, png, jpeg, bmp, gif, tiff, webp };
 
-// For kinds with more than one size inside (GIF frames, TIFF tiles) width and height are each the
-// largest that a decoder needs to hold; 0 where the file names none.
+// The size of the picture that is shown, 0 where the file names none. Of a GIF, of which the first frame is shown, each
+// is that of its screen where that is larger: decoders may hold that, too.
 struct ImageSize {
     ImageKind kind = ImageKind::unknown;
     int64_t width = 0;

@@ -29,6 +29,6 @@ Process* startProcess(const std::vector<std::string>& arguments, std::string& re
 bool feedProcess(Process* process, const void* bytes, size_t size, const std::atomic<bool>& cancelled);
 
 // Closes its inputs, the second one when it has taken all of it, waits for its end and releases it; kills it once
-// `cancelled` is set. True when it ended with exit code 0. `words` are its last lines; how it failed if it said
-// nothing.
-bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words);
+// `cancelled` is set. True when it ended with exit code 0. `said` is the end of what it said; how it failed if that
+// is nothing.
+bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& said);

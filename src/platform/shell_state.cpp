@@ -18,6 +18,12 @@ void announceClientSize(int width, int height, int requestedWidth, int requested
             requestedHeight, fullscreen ? "true" : "false");
 }
 
+void resizeClient(int width, int height) {
+    if (width <= 0 || height <= 0) return;
+    shellState().clientWidth = width;
+    shellState().clientHeight = height;
+}
+
 void recordExitReason(const char* reason) {
     if (shellState().exitReason.empty()) shellState().exitReason = reason;
 }

@@ -22,6 +22,10 @@ ShellState& shellState();
 // Stores the client size of a surface that has just been made and says it in the log.
 void announceClientSize(int width, int height, int requestedWidth, int requestedHeight, bool fullscreen);
 
+// The window has a new size. None at all (minimised) changes nothing: pictures that later frames build on would be
+// made anew.
+void resizeClient(int width, int height);
+
 // Records the reason if there is none yet.
 void recordExitReason(const char* reason);
 

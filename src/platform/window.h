@@ -9,9 +9,9 @@ using GlLookup = GlAddress (*)(const char* name);
 struct Surface; // the system's window, display and context handles
 
 // Opens the player's window, makes its context current and turns vertical sync on; writes the client
-// size to shellState() and hides the cursor. Sizes in pixels, at least 1; full screen takes the size of
-// the desktop. Null when there is no window or context to be had; the system's words are then on
-// standard error.
+// size to shellState() and hides the cursor. As long as it is open the system leaves the display on. Sizes in
+// pixels, at least 1, and no more than the system's windows can have; full screen takes the size of the desktop.
+// Null when there is no window or context to be had; the system's words are then on standard error.
 Surface* createPlayerWindow(int width, int height, bool fullscreen);
 
 // Makes a current context whose framebuffer 0 is a picture of the given size, without a display.

@@ -20,7 +20,7 @@ struct BitmapGlyph {
 std::string findFont(const std::string& baseDir) {
     const std::string inResources = joinPath(joinPath(baseDir, "DemoSceneResources"), "assets");
     for (const std::string& assets : {inResources, joinPath(baseDir, "assets")}) {
-        const std::string path = joinPath(joinPath(assets, "fonts"), "bitmapfont.json");
+        std::string path = joinPath(joinPath(assets, "fonts"), "bitmapfont.json");
         if (fileExists(path)) return path;
     }
     return {};
@@ -74,7 +74,8 @@ void loadBitmapFont(Fonts& fonts, const std::string& baseDir) {
     for (const BitmapGlyph& glyph : glyphs) maxCode = std::max(maxCode, glyph.code);
     std::vector<GLint> texels((static_cast<size_t>(maxCode) + 1) * kBitmapGlyphRows, 0);
     for (const BitmapGlyph& glyph : glyphs) {
-        std::copy(glyph.rows.begin(), glyph.rows.end(), texels.begin() + glyph.code * kBitmapGlyphRows);
+        const ptrdiff_t first = static_cast<ptrdiff_t>(glyph.code) * kBitmapGlyphRows;
+        std::copy(glyph.rows.begin(), glyph.rows.end(), texels.begin() + first);
     }
     fonts.bitmapGlyphs = createIntegerTexture(texels.data(), static_cast<int>(texels.size()));
     logLine("[FONT] Loaded %d glyphs (maxCode=%d)\n", static_cast<int>(glyphs.size()), maxCode);

@@ -30,7 +30,8 @@ struct Caption {
 };
 
 // Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-// `duration` is the entry's, in seconds of the effect's own clock; 0 or less has no end. Lays out for an output of that size, in pixels.
+// `duration` is the entry's, in seconds of the effect's own clock; 0 or less has no end. Lays out for an output of that
+// size, in pixels.
 bool createCaption(Fonts& fonts, Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
                    const std::string& baseDir, const Program& program, int width, int height);
 

@@ -109,18 +109,19 @@ void makeGlyphs(ColorFont& font, int glyphCount) {
     }
 }
 
-// Empty when the driver takes the picture, else why not.
-std::string uploadAtlas(Fonts& fonts, const DecodedImage& image, ColorFont& font) {
+// Why an atlas of that size has no place; empty when it has.
+std::string whyNoRoom(const Fonts& fonts, int width, int height) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    if (std::max(image.width, image.height) > limit) {
+    if (std::max(width, height) > limit) {
         return "larger than the driver's limit of " + std::to_string(limit) + " pixels";
     }
-    const int64_t texels = int64_t{image.width} * image.height;
-    if (fonts.atlasTexels + texels > kMaxAtlasTexels) {
-        return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) +
-               " megapixels";
-    }
+    if (fonts.atlasTexels + int64_t{width} * height <= kMaxAtlasTexels) return {};
+    return "the show's fonts are too many; there is room for " + std::to_string(kMaxAtlasTexels >> 20) + " megapixels";
+}
+
+// Empty when the driver takes the picture, else why not.
+std::string uploadAtlas(Fonts& fonts, const DecodedImage& image, ColorFont& font) {
     clearGlErrors();
     glGenTextures(1, &font.texture);
     glBindTexture(GL_TEXTURE_2D, font.texture);
@@ -137,7 +138,7 @@ std::string uploadAtlas(Fonts& fonts, const DecodedImage& image, ColorFont& font
         font.texture = 0;
         return "the driver has no memory for it";
     }
-    fonts.atlasTexels += texels;
+    fonts.atlasTexels += int64_t{image.width} * image.height;
     return {};
 }
 
@@ -159,7 +160,8 @@ LoadedColorFont readFont(Fonts& fonts, const std::string& baseDir, const std::st
     }
     DecodedImage image;
     std::string reason;
-    if (decodeImage(font.texturePath, image, reason)) reason = uploadAtlas(fonts, image, font);
+    const auto objection = [&](int width, int height) { return whyNoRoom(fonts, width, height); };
+    if (decodeImage(font.texturePath, image, reason, objection)) reason = uploadAtlas(fonts, image, font);
     if (!font.texture) {
         logLine("[KTEXT] Failed to load texture: %s\n", font.texturePath.c_str());
         printError("%s: %s\n", font.texturePath.c_str(), reason.c_str());
@@ -179,7 +181,7 @@ LoadedColorFont readFont(Fonts& fonts, const std::string& baseDir, const std::st
 } // namespace
 
 std::string resolveColorFontPath(const std::string& fontPath, const std::string& baseDir) {
-    const std::string path = withSystemSeparators(fontPath.empty() ? kDefaultFont : fontPath);
+    std::string path = withSystemSeparators(fontPath.empty() ? kDefaultFont : fontPath);
     if (path.empty()) return {};
     if (isAbsolutePath(path) && fileExists(path)) return path;
     return firstExisting({
@@ -191,7 +193,7 @@ std::string resolveColorFontPath(const std::string& fontPath, const std::string&
 
 std::string resolveFontTexturePath(const std::string& texture, const std::string& jsonPath,
                                    const std::string& baseDir) {
-    const std::string path = withSystemSeparators(texture);
+    std::string path = withSystemSeparators(texture);
     if (path.empty()) return {};
     if (isAbsolutePath(path) && fileExists(path)) return path;
     return firstExisting({

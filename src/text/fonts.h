@@ -13,9 +13,9 @@ struct LoadedColorFont {
 };
 
 struct Fonts {
-    GLuint bitmapGlyphs = 0; // text/bitmap_font.h; owned
+    GLuint bitmapGlyphs = 0;                                     // text/bitmap_font.h; owned
     std::unordered_map<std::string, LoadedColorFont> colorFonts; // by description; their textures are owned
-    int64_t atlasTexels = 0; // of all of them
+    int64_t atlasTexels = 0;                                     // of all of them
 };
 
 // Deletes every texture, when no font is in use any more, and empties the record.

@@ -10,14 +10,14 @@
 // entry was drawn are counted, each 1 / rate long but for the run's first, so that a clock is a function of the show,
 // the rate and the frame.
 struct EntryClock {
-    double origin = 0.0;  // seconds on the clock when the counting began: 0, or where a seek put it
-    double passed = 0.0;  // seconds drawn since, by the real clock; its time scale is not in it
-    int64_t steps = 0;    // frames drawn since, rendering
-    int frame = 0;        // the entry's frame counter
+    double origin = 0.0; // seconds on the clock when the counting began: 0, or where a seek put it
+    double passed = 0.0; // seconds drawn since, by the real clock; its time scale is not in it
+    int64_t steps = 0;   // frames drawn since, rendering
+    int frame = 0;       // the entry's frame counter
 };
 
 struct Clocks {
-    double rate = 0.0; // frames a second of a rendering; 0: the real clock
+    double rate = 0.0;               // frames a second of a rendering; 0: the real clock
     std::vector<EntryClock> entries; // as in the timeline
 };
 

@@ -52,7 +52,8 @@ void runClocks(Clocks& clocks, const Timeline& timeline, float delta, Moment& mo
         for (MomentEntry& playing : *entries) {
             EntryClock& clock = clocks.entries[static_cast<size_t>(playing.entry)];
             advanceClock(clock, clocks, delta);
-            playing.time = clockTime(clock, clocks, timeline.entries[static_cast<size_t>(playing.entry)].entry->timeScale);
+            playing.time = clockTime(clock, clocks,
+                                     timeline.entries[static_cast<size_t>(playing.entry)].entry->timeScale);
             playing.frame = clock.frame;
         }
     }

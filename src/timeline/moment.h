@@ -25,9 +25,9 @@ struct Moment {
     TransitionLook look;
 };
 
-// What plays at t on the flat timeline, base first, then the overlays, each mixed in as its entry says; where two scenes
-// overlap and `canMix` a transition between them. Every clock of an entry that plays runs on by `delta` seconds. The
-// log says what plays when that has changed.
+// What plays at t on the flat timeline, base first, then the overlays, each mixed in as its entry says; where two
+// scenes overlap and `canMix` a transition between them. Every clock of an entry that plays runs on by `delta` seconds.
+// The log says what plays when that has changed.
 struct PlayScratch {
     PlayState state;
     TransitionState transition;

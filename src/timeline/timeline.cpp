@@ -62,6 +62,7 @@ Timeline buildTimeline(std::span<const TimelineEntry* const> entries, const Runt
 std::vector<bool> findOverlaps(const Timeline& timeline) {
     const std::vector<SceneSpan>& scenes = timeline.scenes;
     std::vector<float> ends;
+    ends.reserve(scenes.size());
     for (const SceneSpan& scene : scenes) ends.push_back(scene.end);
     for (const RuntimeEntry& entry : timeline.entries) {
         const bool isOpenEnded = entry.duration <= 0.0f;

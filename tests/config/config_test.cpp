@@ -1,7 +1,6 @@
 #include "config/runtime_config.h"
 #include "support/log_capture.h"
 #include "support/temp_show.h"
-#include "system.h"
 
 #include <sstream>
 
@@ -114,10 +113,22 @@ TEST(Config, ResolvesPathsOfShows) {
         {"@music", "/show/audio/track.mp3"}, {"@drive", "C:/x/y.png"},
         {"@chain", "/show/@music"},          {"@music/more", "/show/@music/more"}, // aliases do not chain
         {"@Music", "/show/@Music"},          {"a@music", "/show/a@music"},
-        {"C:\\x/y.png", "C:/x/y.png"},       {"\\srv\\x.png", kRootIsAbsolute ? "/srv/x.png" : "/show//srv/x.png"},
+        {"C:\\x/y.png", "C:/x/y.png"},       {"\\srv\\x.png", "/show//srv/x.png"},
     };
     for (const auto& [path, resolved] : cases) {
         EXPECT_EQ(resolveAssetPath(path, assets, nativePath("/show")), nativePath(resolved)) << path;
+    }
+    const TempShow there;
+    for (const std::string& path : {there.baseDir, there.write("x.png", "")}) {
+        EXPECT_EQ(resolveAssetPath(path, {}, nativePath("/show")), path);
+    }
+}
+
+TEST(Config, TheRootIsADirectoryToo) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"/shows/a/config.json", "/shows/a"}, {"/config.json", "/"}, {"config.json", "."}};
+    for (const auto& [path, directory] : cases) {
+        EXPECT_EQ(directoryOfFile(nativePath(path)), nativePath(directory)) << path;
     }
 }
 

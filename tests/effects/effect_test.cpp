@@ -32,7 +32,8 @@ TEST_F(EffectTest, ChannelsFallBackOnlyWhereTheyAreSampled) {
 
     EXPECT_PIXEL(draw(use(R"({"type": "blind", "params": {"channel1": "red.png"}})")), red);
     EXPECT_EQ(effect.channels[0].texture, 0u);
-    EXPECT_EQ(loadTexture(device.textures, show.path("red.png")).texture, loadTexture(device.textures, show.path("red.png")).texture); // one a path
+    EXPECT_EQ(loadTexture(device.textures, show.path("red.png")).texture,
+              loadTexture(device.textures, show.path("red.png")).texture); // one a path
 }
 
 TEST_F(EffectTest, ChannelsWithoutAPictureSampleChannel0WhateverTheProgramDidBefore) {

@@ -135,8 +135,9 @@ TEST_F(UniformsTest, ChannelResolutionsFollowTextureInputAndDefault) {
 // Two effects with one program: each finds its own values, and what it does not set as the shader has it.
 TEST_F(UniformsTest, ValuesBelongToWhoeverDraws) {
     ProgramTable& table = device.programs;
-    const std::string source = "#version 330 core\nuniform float uSpeed = 0.2; uniform vec3 tint; uniform int steps = 51;"
-                               "out vec4 c; void main() { c = vec4(uSpeed, tint.y, float(steps) / 255.0, 1); }";
+    const std::string source =
+        "#version 330 core\nuniform float uSpeed = 0.2; uniform vec3 tint; uniform int steps = 51;"
+        "out vec4 c; void main() { c = vec4(uSpeed, tint.y, float(steps) / 255.0, 1); }";
     Program* shared = findProgram(table, {kQuadVertexSource, source}, "shared");
     ASSERT_TRUE(shared);
     EXPECT_EQ(findProgram(table, {kQuadVertexSource, source}, "again"), shared);

@@ -128,6 +128,70 @@ TEST(Image, EachKindInStraightAlphaFromTheBottomRowAndCutShort) {
     }
 }
 
+// Two grey pixels of which one colour is clear: the header's depth and what follows it.
+std::string greyPng(const std::string& depth, const std::string& checksum, const std::string& rest) {
+    return "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\2\0\0\0\1"s + depth + "\0\0\0\0"s + checksum + rest +
+           "\0\0\0\0IEND\xAE\x42\x60\x82"s;
+}
+
+// Grey and alpha, two pixels: 8 or 16 bits a sample.
+std::string greyTiff(int bits, int extraSample, int orientation, const std::string& samples) {
+    const auto entry = [](int tag, int type, int value) {
+        return little(tag, 2) + little(type, 2) + little(1, 4) + little(value, 4);
+    };
+    return "II*\0"s + little(8, 4) + little(12, 2) + entry(256, 4, 2) + entry(257, 4, 1) + entry(258, 3, bits) +
+           entry(259, 3, 1) + entry(262, 3, 1) + entry(273, 4, 158) + entry(274, 3, orientation) + entry(277, 3, 2) +
+           entry(278, 4, 1) + entry(279, 4, bits / 2) + entry(284, 3, 1) + entry(338, 3, extraSample) + little(0, 4) +
+           samples;
+}
+
+TEST(Image, AlphaBesideGreyAndOtherOddities) {
+    const Pixels greyAndClear = {0x55, 0x55, 0x55, 0xFF, 0xAA, 0xAA, 0xAA, 0};
+    const struct {
+        const char* name;
+        std::string bytes;
+        Pixels pixels;
+    } cases[] = {
+        {"PNG, 2 bits, one grey clear",
+         greyPng(
+             "\x02"s, "\x9B\xF9\x38\xF7"s,
+             "\x00\x00\x00\x02\x74\x52\x4E\x53\x00\x02\x98\x9D\xAC\x14\x00\x00\x00\x0A\x49\x44\x41\x54\x78\xDA\x63\x48\x00\x00\x00\x62\x00\x61\x1C\x10\x03\x7F"s),
+         greyAndClear},
+        {"PNG, 8 bits",
+         greyPng(
+             "\x08"s, "\xD1\x49\x20\x56"s,
+             "\x00\x00\x00\x02\x74\x52\x4E\x53\x00\xAA\x40\x90\x87\xCE\x00\x00\x00\x0B\x49\x44\x41\x54\x78\xDA\x63\x08\x5D\x05\x00\x01\x57\x01\x00\x0C\x6B\x43\x75"s),
+         greyAndClear},
+        {"PNG, 16 bits, another grey of the same high byte",
+         greyPng(
+             "\x10"s, "\x81\xD9\xFC\x15"s,
+             "\x00\x00\x00\x02\x74\x52\x4E\x53\xAA\x01\x55\x7C\xA9\xCD\x00\x00\x00\x0D\x49\x44\x41\x54\x78\xDA\x63\x58\xC5\xB4\x8A\x11\x00\x04\x08\x01\x58\xCE\xA4\xDE\xAB"s),
+         {0xAA, 0xAA, 0xAA, 0xFF, 0xAA, 0xAA, 0xAA, 0}},
+        {"TIFF, alpha apart", greyTiff(8, 2, 1, "\x40\x80\xFF\0"s), {64, 64, 64, 128, 255, 255, 255, 0}},
+        {"TIFF, alpha of no kind", greyTiff(8, 0, 1, "\x40\x80\xFF\0"s), {64, 64, 64, 128, 255, 255, 255, 0}},
+        {"TIFF, multiplied", greyTiff(8, 1, 1, "\x20\xA0\x10\x10"s), {51, 51, 51, 160, 255, 255, 255, 16}},
+        {"TIFF, turned", greyTiff(8, 2, 2, "\x40\x80\xFF\xFF"s), {64, 64, 64, 128, 255, 255, 255, 255}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Decoded image = decode(c.bytes);
+        EXPECT_EQ(image.reason, "");
+        EXPECT_EQ(image.pixels, c.pixels);
+    }
+}
+
+TEST(Image, RoomIsAskedForBeforeDecoding) {
+    const TempShow show;
+    DecodedImage image;
+    std::string reason;
+    const ImageObjection objection = [](int width, int height) {
+        return std::to_string(width) + " by " + std::to_string(height);
+    };
+    EXPECT_FALSE(
+        decodeImage(show.write("broken behind its header", jpeg(300, 200).substr(0, 100)), image, reason, objection));
+    EXPECT_EQ(reason, "300 by 200");
+}
+
 TEST(Image, SizeIsRefusedBeforeDecoding) {
     constexpr int kSide = 60000;
     const std::string canvas = little(0, 4) + little(kSide - 1, 3) + little(kSide - 1, 3);

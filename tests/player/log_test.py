@@ -121,6 +121,14 @@ class NativeLog(PlayerTest):
         self.assertGreaterEqual(time.monotonic() - begun, 0.2)
 
 
+    def test_pace_without_a_display(self):
+        # Of thirty entries in three seconds two frames a second meet seven at most.
+        entries = [entry("plain", k / 10, 0.1, id=f"e{k}", params=RED) for k in range(30)]
+        log = self.play(show(*entries), "--fps", "4/2").log
+        self.assertLessEqual(log.count("[PLAY]"), 7, log)
+        self.assertTrue(log.endswith("[EXIT] native timeline end\n[DONE]\n"), log)
+
+
 class LegacyLog(PlayerTest):
     def test_scene_list(self):
         scenes = [{"id": "first", "entries": [entry("clock", 0, 0.2, delay=0.1), entry("neon_text", 0, 0.25)]},

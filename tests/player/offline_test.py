@@ -208,6 +208,16 @@ class Runs(PlayerTest):
                 said = f"Interrupted: {output} has {written} of {36000 * 60} frames\n"
                 self.assertEqual(beside_the_log(player.err), said)
 
+    def test_interrupted_twice(self):
+        path = self.write_show(show(entry("endless", 0, 3600), size=(999, 997)))
+        for output, log in ("s-%d.png", "log"), ("s.rgba", "err"):
+            with self.subTest(output):
+                player = Player(self, "-o", output, path).interrupt_twice(log)
+                raw = self.folder / "s.rgba"
+                written = raw.stat().st_size / 4 / 999 / 997 if raw.exists() else len(list(self.folder.glob("s-*")))
+                said = f"Interrupted: {output} has {written:g} of {3600 * 60} frames\n"
+                self.assertEqual(beside_the_log(player.err), said)
+
     def test_show_without_an_end(self):
         endless = entry("clock", 0, 0)
         backwards, early = show(entry("clock", 5, -3)), show(entry("clock", -5, 2))

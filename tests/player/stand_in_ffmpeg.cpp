@@ -15,12 +15,11 @@ int main(int count, char** arguments) {
     const char* setting = std::getenv("STAND_IN_FFMPEG");
     const std::string behaviour = setting ? setting : "";
     if (output == "-") return 0; // asked whether it can read the music
-    if (behaviour == "hangs") std::this_thread::sleep_for(std::chrono::hours(1));
-
     _setmode(_fileno(stdin), _O_BINARY);
     std::FILE* file = std::fopen(output.substr(output.find(':') + 1).c_str(), "wb");
     for (int i = 1; i < count; ++i) std::fprintf(file, "%s\n", arguments[i]);
     std::fputs("\n", file);
+    if (behaviour == "hangs") std::this_thread::sleep_for(std::chrono::hours(1));
     std::vector<char> buffer(100'000);
     long long left = behaviour == "dies" ? 3'000'000 : 1LL << 40;
     while (left > 0) {

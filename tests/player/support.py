@@ -18,6 +18,7 @@ from pathlib import Path
 
 from system import COMMAND, WINDOWS, environment, text_of
 
+CONTROL_C = 0x3A  # what is left in an exit code of Windows' own
 TIME_LIMIT = 120.0  # seconds for whatever is waited for; only a hang takes so long, even on a busy machine
 
 # What a shell starts in the background ignores this one, and so would the players.
@@ -41,6 +42,12 @@ SHADERS = {
     "textured": HEADER + "uniform sampler2D iChannel0; void main() { FragColor = texture(iChannel0, vUV); }",
     "echo": HEADER + "uniform sampler2D uBufferA; void main() { FragColor = texture(uBufferA, vUV); }",
     "broken": HEADER + "void main() { FragColor = nonsense; }",
+    # Its third frame takes minutes, if it is large: software drivers end a longer loop.
+    "endless": HEADER + """void main() {
+        float x = vUV.x;
+        for (int i = 0; i < (iFrame > 2 ? 60000 : 1); ++i) x = fract(x * 1.7 + 0.3);
+        FragColor = vec4(x);
+    }""",
     # White in the frame that begins each half second.
     "flash": HEADER + "void main() { FragColor = vec4(vec3(mod(iTime + 0.005, 0.5) < 0.045), 1.0); }",
 }
@@ -137,6 +144,16 @@ class Player:
             if is_last:
                 self.fail(f"no {pattern!r}")
             time.sleep(0.02)
+
+    def interrupt_twice(self, where="log"):
+        """Does not let a large show of "endless" end its frame. The second time it ends as by the system, but for a
+        machine so busy that the frame had not begun."""
+        self.wait_for(r"\[PLAY\]", where)
+        time.sleep(1)  # less tests less
+        self.process.send_signal(signal.SIGINT)
+        time.sleep(0.5)
+        self.process.send_signal(signal.SIGINT)
+        return self.end((1, CONTROL_C if WINDOWS else -signal.SIGINT))
 
     def end(self, code=0):
         """Waits for the end, with one of the exit codes `code`; the player itself."""

@@ -92,7 +92,9 @@ class WholeVideos(VideoTest):
         path = self.write_show(show(
             entry("clock", 0, 2, scene="a"), entry("clock", 2, 2, scene="b"),
             audio={"path": "m.wav", "startOffset": 0.25, "volume": 0.5}))
-        self.run_player("-o", "a.mkv", "--fps", 25, "--start", 0.5, "--press", "1:Right", path)
+        # A frame fills more than a pipe: ffmpeg must not wait for sound while the player waits with a frame.
+        self.run_player("-o", "a.mkv", "--fps", 25, "--start", 0.5, "--press", "1:Right", "--size", "1280x1024",
+                        "--ffmpeg-args=-preset ultrafast -tune zerolatency", path)
         heard = array.array("h", self.decode("a.mkv", *"-map 0:a -f s16le".split()))
         second = 2 * 44100
         played = track[second * 3 // 4:second * 7 // 4] + track[second * 9 // 4:]
@@ -208,6 +210,15 @@ class Failures(VideoTest):
         self.assert_fails("old.mp4", "ffmpeg: some; last words", env=path)
         fake.write_text("#!/bin/sh\nexec sleep 1000\n")
         self.interrupt(signal.SIGINT, "old.mp4", pause=1, env=path)  # by then its pipe is full; sooner tests less
+
+    def test_interrupted_twice(self):
+        fake = self.write("bin/ffmpeg", '#!/bin/sh\nfor last; do :; done\n: >"${last#file:}"\nexec sleep 1000\n')
+        fake.chmod(0o755)
+        self.path = self.write_show(show(entry("endless", 0, 3600), size=(1000, 1000)))
+        for env in {"PATH": f"{fake.parent}:/usr/bin:/bin"}, {}:
+            self.assert_one_line(Player(self, "-o", "a.mp4", self.path, env=env).interrupt_twice().err,
+                                 "Interrupted after ", " of 216000 frames: a.mp4 is not written")
+            self.assert_nothing_written()
 
     def test_interrupted(self):
         for number, output, frames in ((signal.SIGINT, "a.mp4", 216000), (signal.SIGTERM, "a.gif", 180000)):

@@ -34,14 +34,17 @@ class Window(PlayerTest):
 
     def test_keys(self):
         player, _ = self.open()
-        self.display.xdotool("key", "a", "space", "Return")
-        at = {}
-        for key in ("Left", "Right", "Up", "Down"):
-            self.display.xdotool("key", key)
-            at[key] = float(player.wait_for(r"^\[SEEK\] t=(\d+\.\d{3})s scene=(?:one|two)$").group(1))
-        self.assertEqual((at["Left"], at["Right"]), (0, 1000))
-        # Time passes between the keys.
-        self.assertTrue(1009.9 < at["Up"] < at["Down"] + 10.1 < at["Up"] + 20, at)
+        # Keys with Alt are the desktop's; keys of the number pad type digits while NumLock is on.
+        self.display.xdotool("key", "a", "space", "Return", "alt+Right", "alt+Escape", "Num_Lock", "KP_Right", "Num_Lock")
+        for keys in ("Left", "Right", "Up", "Down"), ("KP_Left", "KP_Right", "KP_Up", "KP_Down"):
+            at = []
+            for key in keys:
+                self.display.xdotool("key", key)
+                at.append(float(player.wait_for(r"^\[SEEK\] t=(\d+\.\d{3})s scene=(?:one|two)$").group(1)))
+            left, right, up, down = at
+            self.assertEqual((left, right), (0, 1000))
+            # Time passes between the keys.
+            self.assertTrue(1009.9 < up < down + 10.1 < up + 20, at)
         self.display.xdotool("keydown", "Up")
         for _ in range(3):
             player.wait_for(r"^\[SEEK\]")
@@ -85,11 +88,14 @@ class Window(PlayerTest):
         self.assert_color(1, 1, (0, 102, 255), window)
         self.escape(player)
         self.write_show(show(entry("clock"), size=(-5, 0)), "odd.json")
+        self.write_show(show(entry("clock"), size=(40000, 100)), "wide.json")
         for arguments, line in (
                 ("config.json", "200x150 (requested=200x150, fullscreen=false)"),
                 ("config.json --fs --windowed", "200x150 (requested=200x150, fullscreen=false)"),
                 ("config.json --size 160x140", "160x140 (requested=160x140, fullscreen=false)"),
                 ("config.json --fullscreen", self.display.size + " (requested=200x150, fullscreen=true)"),
+                ("wide.json", "(requested=40000x100, fullscreen=false)"),
+                ("wide.json --fs", self.display.size + " (requested=40000x100, fullscreen=true)"),
                 ("odd.json", "(requested=1x1, fullscreen=false)")):
             log = self.run_player(*arguments.split(), "--length", 0.1, env=self.display.env).log
             self.assertIn(line + "\n", log)

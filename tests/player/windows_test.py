@@ -86,10 +86,14 @@ class Encoder(PlayerTest):
             self.assert_nothing_written()
 
     def test_interrupted_while_the_encoder_takes_nothing(self):
-        player = Player(self, "-o", "my film.mp4", self.path, env=self.env(STAND_IN_FFMPEG="hangs"))
+        arguments, hangs = ("-o", "my film.mp4", self.path), self.env(STAND_IN_FFMPEG="hangs")
+        player = Player(self, *arguments, env=hangs)
         player.wait_for(r"\[PLAY\]")
         player.process.send_signal(signal.SIGINT)
         self.assertTrue(player.end(code=1).log.endswith("[EXIT] WM_QUIT\n[DONE]\n"))
+        self.assert_nothing_written()
+        self.write_show(show(entry("endless", 0, 3600), size=(1000, 1000)))
+        Player(self, *arguments, env=hangs).interrupt_twice()
         self.assert_nothing_written()
 
 

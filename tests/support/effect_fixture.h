@@ -50,7 +50,8 @@ protected:
         config.baseDir = baseDir ? baseDir : show.baseDir;
         config.fallbackImagePath = show.path("fallback.png");
         config.shaders.resolve = resolveShaderSources;
-        return createEffect({device, fonts, kWidth, kHeight}, parseTimelineEntry(parseJson(json), config, config.baseDir));
+        return createEffect({device, fonts, kWidth, kHeight},
+                            parseTimelineEntry(parseJson(json), config, config.baseDir));
     }
 
     // Puts another effect in the place of the test's own.

@@ -4,14 +4,26 @@
 #include "foundation/log.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <random>
 #include <string>
 
 class LogCapture {
 public:
-    LogCapture() : file(std::tmpfile()) { setLogStream(file); }
+    // A name of its own: Wine's tmpfile gives two programs that ask for one at the same time the same file.
+    LogCapture() {
+        std::random_device random;
+        const std::string name = "quillon-log-" + std::to_string(random()) + std::to_string(random());
+        path = std::filesystem::temp_directory_path() / name;
+        file = std::fopen(path.string().c_str(), "w+b");
+        if (!file) std::perror(path.string().c_str());
+        setLogStream(file);
+    }
     ~LogCapture() {
         setLogStream(nullptr);
         std::fclose(file);
+        std::error_code error;
+        std::filesystem::remove(path, error);
     }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
@@ -26,5 +38,6 @@ public:
     }
 
 private:
+    std::filesystem::path path;
     std::FILE* file;
 };

@@ -4,8 +4,8 @@
 #include "support/gl_test.h"
 #include "support/temp_show.h"
 
-#include "gpu/shader_pack.h"
 #include "gpu/draw.h"
+#include "gpu/shader_pack.h"
 #include "gpu/uniform_values.h"
 #include "text/bitmap_font.h"
 #include "text/fonts.h"

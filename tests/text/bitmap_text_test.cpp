@@ -113,7 +113,7 @@ TEST_F(BitmapTextTest, ColoursFallBackPartByPart) {
 
 TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
     Program lengths = link("uniform int uTextLength; out vec4 c;"
-                                "void main() { c = vec4(uTextLength / 1024.0); }");
+                           "void main() { c = vec4(uTextLength / 1024.0); }");
     for (const auto& [length, shown] : {std::pair{0, 0}, {2, 2}, {1 << 20, 512}}) {
         SCOPED_TRACE(length);
         JsonValue params = parseJson(R"({"text": ""})");

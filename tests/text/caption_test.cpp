@@ -352,7 +352,8 @@ protected:
         LogCapture quiet;
         Caption caption;
         const JsonValue params = parseJson(R"({"fontPath": "font.json", )" + rest + "}");
-        EXPECT_TRUE(createCaption(fonts, caption, params, isCreditRoll, kDuration, show.baseDir, program, width, height));
+        EXPECT_TRUE(
+            createCaption(fonts, caption, params, isCreditRoll, kDuration, show.baseDir, program, width, height));
         drawCaption(caption, program, values, drawAt(time));
         deleteVertexStream(caption.stream);
         return caption;

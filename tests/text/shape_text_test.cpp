@@ -21,7 +21,9 @@ protected:
         return shape;
     }
 
-    void draw(const ShapeText& shape, float time = 0.0f) { drawShapeText(device, shape, program, values, drawAt(time)); }
+    void draw(const ShapeText& shape, float time = 0.0f) {
+        drawShapeText(device, shape, program, values, drawAt(time));
+    }
 
     // At a point in shares of the output, from its top left.
     Pixel at(float x, float y) const { return PictureTest::at(x * 160, y * 80); }

@@ -179,9 +179,10 @@ TEST_F(FrameTest, NothingOfTheFrameBeforeIsSampled) {
     writeShader("bare", "uniform sampler2D iChannel0; void main() { c = texture(iChannel0, vec2(0.5)); }");
     writeShader("shown", "uniform sampler2D iChannel0; void main() { c = texture(iChannel0, vec2(0.5)); }");
     writePicture("red.png", {255, 0, 0, 255});
-    load("{\"entries\": [{\"type\": \"bare\", \"duration\": 9},"
-         "{\"type\": \"shown\", \"overlay\": true, \"params\": {\"image\": \"red.png\", \"blendMode\": \"additive\"}}," +
-         entry("a", "one", 20, 4) + "," + entry("b", "two", 22, 4) + "]}");
+    load(
+        "{\"entries\": [{\"type\": \"bare\", \"duration\": 9},"
+        "{\"type\": \"shown\", \"overlay\": true, \"params\": {\"image\": \"red.png\", \"blendMode\": \"additive\"}}," +
+        entry("a", "one", 20, 4) + "," + entry("b", "two", 22, 4) + "]}");
     for (int i = 0; i < 2; ++i) {
         EXPECT_PIXEL(drawAt(8.0f), Pixel{0, 0, 0, 255});
         EXPECT_PIXEL(drawAt(0.5f), Pixel{255, 0, 0, 255});
@@ -194,7 +195,8 @@ TEST_F(FrameTest, AWrapBeginsAnewAndMakesNothing) {
                 "growBufferA");
     load(R"({"entries": [{"type": "grow"}, {"type": "gone", "overlay": true}]})");
     for (int pass = 0; pass < 2; ++pass) {
-        for (int i = 1; i <= 3; ++i) EXPECT_PIXEL(drawAt(0.1f * static_cast<float>(i), 0.1f), Pixel{51 * i, 51 * i, 51 * i, 51 * i});
+        for (int i = 1; i <= 3; ++i)
+            EXPECT_PIXEL(drawAt(0.1f * static_cast<float>(i), 0.1f), Pixel{51 * i, 51 * i, 51 * i, 51 * i});
         const LogCapture again;
         logAgain(stage.parts[0].log);
         resetEffects(stage.parts[0]);

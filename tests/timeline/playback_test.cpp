@@ -19,8 +19,7 @@ struct TestShow {
     explicit TestShow(const std::vector<Row>& rows) {
         for (const Row& row : rows) {
             sources.emplace_back().id = row.id;
-            timeline.entries.push_back(
-                {&sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene});
+            timeline.entries.push_back({&sources.back(), row.start, row.duration, row.layer, row.overlay, row.scene});
         }
     }
 

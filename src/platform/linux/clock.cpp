@@ -15,3 +15,8 @@ int64_t clockCounter() {
 int64_t clockFrequency() {
     return kNanosecondsPerSecond;
 }
+
+void sleepUntil(int64_t counter) {
+    const timespec time = {counter / kNanosecondsPerSecond, counter % kNanosecondsPerSecond};
+    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr);
+}

@@ -148,6 +148,28 @@ ssize_t readSome(int descriptor, char* buffer, size_t size) {
     return count;
 }
 
+bool isLinkToDirectory(const std::string& path) {
+    std::string found;
+    struct stat status = {};
+    return locate(path, Wanted::directory, found) && lstat(found.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// The path with the current directory in front, and "." and ".." folded; with `heedsLinks` no ".." behind a link.
+std::string foldPath(const std::string& path, bool heedsLinks) {
+    std::string folded = "/";
+    if (!path.starts_with('/')) {
+        std::error_code error;
+        folded = std::filesystem::current_path(error).string();
+        if (error) return path; // the directory was removed under us
+    }
+    for (const std::string_view part : splitPath(path)) {
+        const bool stays = part != ".." || folded.ends_with("/..") || (heedsLinks && isLinkToDirectory(folded));
+        if (stays) folded = joinPath(folded, part);
+        else folded.resize(std::max<size_t>(folded.rfind('/'), 1));
+    }
+    return folded;
+}
+
 bool isRegularEntry(DIR* stream, const dirent& entry) {
     if (entry.d_type == DT_REG) return true;
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return false;
@@ -157,6 +179,10 @@ bool isRegularEntry(DIR* stream, const dirent& entry) {
 
 } // namespace
 
+void acceptMissingMedia() {
+    // The system asks nobody.
+}
+
 bool isAbsolutePath(const std::string& path) {
     if (path.starts_with('/')) return true;
     if (path.size() < 2 || path[1] != ':') return false;
@@ -165,21 +191,11 @@ bool isAbsolutePath(const std::string& path) {
 }
 
 std::string fullPath(const std::string& path) {
-    std::string whole = path;
-    if (!path.starts_with('/')) {
-        std::error_code error;
-        const std::string current = std::filesystem::current_path(error).string();
-        if (error) return path; // the directory was removed under us
-        whole = current + '/' + path;
-    }
-    std::vector<std::string_view> parts;
-    for (const std::string_view part : splitPath(whole)) {
-        if (part != "..") parts.push_back(part);
-        else if (!parts.empty()) parts.pop_back();
-    }
-    std::string folded;
-    for (const std::string_view part : parts) folded.append("/").append(part);
-    return folded.empty() ? "/" : folded;
+    return foldPath(path, false);
+}
+
+std::string fullFilePath(const std::string& path) {
+    return foldPath(path, true);
 }
 
 void keepListings(bool keeping) {

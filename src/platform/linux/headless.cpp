@@ -3,33 +3,17 @@
 #include "foundation/log.h"
 #include "platform/gl.h"
 #include "platform/shell_state.h"
+#include "platform/stop_request.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
-
-volatile std::sig_atomic_t stopRequested = 0;
-
-void requestStop(int) {
-    stopRequested = 1;
-}
-
-// A signal that the parent has the program ignore (nohup) stays ignored.
-void catchStopSignal(int number) {
-    struct sigaction action = {};
-    if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
-    action = {};
-    action.sa_handler = requestStop;
-    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND); // a second one ends a load that takes too long
-    sigaction(number, &action, nullptr);
-}
 
 std::string eglErrorName(EGLint error) {
     switch (error) {
@@ -167,14 +151,13 @@ Surface* createHeadlessSurface(int width, int height) {
         destroySurface(surface);
         return nullptr;
     }
-    stopRequested = 0;
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) catchStopSignal(number);
+    catchStopRequests();
     announceClientSize(width, height, width, height, false);
     return surface;
 }
 
 void pumpHeadless() {
-    if (stopRequested) stopRunning("WM_QUIT");
+    if (stopRequests() > 0) stopRunning("WM_QUIT");
 }
 
 void presentHeadless() {

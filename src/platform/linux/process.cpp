@@ -1,7 +1,5 @@
 #include "platform/process.h"
 
-#include "platform/last_lines.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -62,6 +60,7 @@ void closePipe(Pipe& ends) {
 // 0, or the system's error number.
 int spawn(const std::vector<std::string>& arguments, int input, int errors, int second, pid_t& id) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t files;
@@ -181,7 +180,7 @@ bool feedProcess(Process* process, const void* bytes, size_t size, const std::at
     return true;
 }
 
-bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words) {
+bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& said) {
     closeFile(process->input);
     int status = 0;
     bool killed = false;
@@ -197,8 +196,8 @@ bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::st
     closeFile(process->errors);
     closeFile(process->second);
     const bool succeeded = ended == process->id && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    words = lastLines(process->said);
-    if (!succeeded && words.empty()) words = describeEnd(status);
+    said = process->said;
+    if (!succeeded && said.find_first_not_of(" \t\r\n") == std::string::npos) said = describeEnd(status);
     delete process;
     return succeeded;
 }

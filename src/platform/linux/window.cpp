@@ -14,6 +14,7 @@
 namespace {
 
 constexpr const char* kTitle = "Quillon DemoScene - Native Player";
+constexpr int kMaxWindowSide = 16384; // pixels; SDL makes no larger one
 
 bool reportFailure(const char* step) {
     printError("No window: %s: %s\n", step, SDL_GetError());
@@ -63,19 +64,29 @@ void surviveXErrors() {
 }
 
 // The client size in pixels, which on scaled desktops is not the window's size.
-void readClientSize(SDL_Window* window, int& width, int& height) {
-    SDL_GL_GetDrawableSize(window, &width, &height);
-    width = std::max(width, 1);
-    height = std::max(height, 1);
+SDL_Point clientSize(SDL_Window* window) {
+    SDL_Point size = {};
+    SDL_GL_GetDrawableSize(window, &size.x, &size.y);
+    return size;
+}
+
+// In full screen the size that a window begins with is soon the screen's; a larger one would only take memory.
+SDL_DisplayMode largestWindow(bool fullscreen) {
+    SDL_DisplayMode most = {};
+    if (!fullscreen || SDL_GetDesktopDisplayMode(0, &most) != 0) most.w = most.h = kMaxWindowSide;
+    return most;
 }
 
 bool openWindow(Surface& surface, int width, int height, bool fullscreen) {
+    // Which also keeps the screen saver away, if no setting of the user's says otherwise.
     if (SDL_Init(SDL_INIT_VIDEO) != 0 || !hasDisplay()) return reportFailure("SDL_Init");
     requestGlAttributes();
     const Uint32 sizing = fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
     const Uint32 flags = SDL_WINDOW_OPENGL | SDL_WINDOW_ALLOW_HIGHDPI | sizing;
     constexpr int kAnywhere = SDL_WINDOWPOS_UNDEFINED;
-    surface.window = SDL_CreateWindow(kTitle, kAnywhere, kAnywhere, width, height, flags);
+    const SDL_DisplayMode most = largestWindow(fullscreen);
+    surface.window = SDL_CreateWindow(kTitle, kAnywhere, kAnywhere, std::min(width, most.w), std::min(height, most.h),
+                                      flags);
     if (!surface.window) return reportFailure("SDL_CreateWindow");
     surface.windowContext = SDL_GL_CreateContext(surface.window);
     if (!surface.windowContext) return reportFailure("SDL_GL_CreateContext");
@@ -98,8 +109,22 @@ void showCursor(const Surface& surface) {
     shellState().cursorHidden = false;
 }
 
-void handleKey(SDL_Keycode key) {
+// What a key of the number pad means while it types no digits.
+SDL_Keycode withoutNumLock(SDL_Keycode key) {
     switch (key) {
+    case SDLK_KP_4: return SDLK_LEFT;
+    case SDLK_KP_6: return SDLK_RIGHT;
+    case SDLK_KP_8: return SDLK_UP;
+    case SDLK_KP_2: return SDLK_DOWN;
+    default: return key;
+    }
+}
+
+void handleKey(const SDL_Keysym& pressed) {
+    // Keys with Alt are the desktop's, but where Ctrl is held too: so some keyboards name their third level.
+    if ((pressed.mod & KMOD_ALT) && !(pressed.mod & KMOD_CTRL)) return;
+    const bool typesDigits = (pressed.mod & KMOD_NUM) && !(pressed.mod & KMOD_SHIFT);
+    switch (typesDigits ? pressed.sym : withoutNumLock(pressed.sym)) {
     case SDLK_ESCAPE: pressKey(PlayerKey::escape); return;
     case SDLK_LEFT: pressKey(PlayerKey::left); return;
     case SDLK_RIGHT: pressKey(PlayerKey::right); return;
@@ -112,7 +137,8 @@ void handleKey(SDL_Keycode key) {
 void handleWindowEvent(const Surface& surface, Uint8 event) {
     if (event == SDL_WINDOWEVENT_CLOSE) stopRunning("WM_CLOSE");
     if (event == SDL_WINDOWEVENT_SIZE_CHANGED && !surface.windowGone) {
-        readClientSize(surface.window, shellState().clientWidth, shellState().clientHeight);
+        const SDL_Point size = clientSize(surface.window);
+        resizeClient(size.x, size.y);
     }
 }
 
@@ -140,10 +166,8 @@ Surface* createPlayerWindow(int width, int height, bool fullscreen) {
         destroySurface(surface);
         return nullptr;
     }
-    int clientWidth = 0;
-    int clientHeight = 0;
-    readClientSize(surface->window, clientWidth, clientHeight);
-    announceClientSize(clientWidth, clientHeight, width, height, fullscreen);
+    const SDL_Point size = clientSize(surface->window);
+    announceClientSize(std::max(size.x, 1), std::max(size.y, 1), width, height, fullscreen);
     return surface;
 }
 
@@ -153,7 +177,7 @@ void pumpWindow(Surface& surface) {
         switch (event.type) {
         case SDL_QUIT: stopRunning("WM_QUIT"); break; // SIGINT and SIGTERM arrive so too
         case SDL_WINDOWEVENT: handleWindowEvent(surface, event.window.event); break;
-        case SDL_KEYDOWN: handleKey(event.key.keysym.sym); break;
+        case SDL_KEYDOWN: handleKey(event.key.keysym); break;
         case SDL_SYSWMEVENT: handleSystemMessage(surface, *event.syswm.msg); break;
         default: break;
         }

@@ -47,6 +47,10 @@ ptrdiff_t readSome(HANDLE file, char* buffer, size_t size) {
 
 } // namespace
 
+void acceptMissingMedia() {
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS);
+}
+
 bool isAbsolutePath(const std::string& path) {
     return path.size() >= 2 && path[1] == ':';
 }
@@ -56,6 +60,11 @@ std::string fullPath(const std::string& path) {
     const DWORD length = GetFullPathNameA(path.c_str(), kMostPathBytes, buffer, nullptr);
     const std::string full(buffer, length < kMostPathBytes ? length : 0);
     return hasRoom(full) ? full : "";
+}
+
+// The system folds ".." before it looks at links.
+std::string fullFilePath(const std::string& path) {
+    return fullPath(path);
 }
 
 // The system ignores case by itself.

@@ -2,8 +2,8 @@
 
 #include "foundation/log.h"
 #include "platform/shell_state.h"
+#include "platform/stop_request.h"
 #include "platform/win32/error_words.h"
-#include "platform/win32/stop_request.h"
 
 #include <string>
 

@@ -140,11 +140,11 @@ void stopImageDecoding() {
     session = 0;
 }
 
-bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason) {
+bool decodeImage(const std::string& path, DecodedImage& image, std::string& reason, const ImageObjection& objection) {
     image = DecodedImage();
     std::string bytes;
     ImageKind kind = ImageKind::unknown;
-    if (!readPicture(path, bytes, kind, reason)) return false;
+    if (!readPicture(path, objection, bytes, kind, reason)) return false;
     if (kind == ImageKind::webp) {
         reason = "a WebP picture, which GDI+ does not decode";
         return false;

@@ -1,7 +1,6 @@
 #include "platform/process.h"
 
 #include "platform/files.h"
-#include "platform/last_lines.h"
 #include "platform/win32/error_words.h"
 
 #include <algorithm>
@@ -231,7 +230,7 @@ bool feedProcess(Process* process, const void* bytes, size_t size, const std::at
     return true;
 }
 
-bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& words) {
+bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::string& said) {
     closeEnd(process->input);
     bool killed = false;
     // Its end is what counts, not the pipe's: a program that it has started may hold that open.
@@ -244,8 +243,8 @@ bool finishProcess(Process* process, const std::atomic<bool>& cancelled, std::st
     DWORD code = 1;
     GetExitCodeProcess(process->process, &code);
     CloseHandle(process->process);
-    words = lastLines(process->said);
-    if (code != 0 && words.empty()) words = "exit code " + std::to_string(code);
+    said = process->said;
+    if (code != 0 && said.find_first_not_of(" \t\r\n") == std::string::npos) said = "exit code " + std::to_string(code);
     delete process;
     return code == 0;
 }

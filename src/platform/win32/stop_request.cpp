@@ -1,32 +1,46 @@
-#include "platform/win32/stop_request.h"
+#include "platform/stop_request.h"
 
-#include <csignal>
-#include <initializer_list>
+#include <atomic>
+#include <cstdlib>
 
 #include <windows.h>
 
 namespace {
 
-// The C library calls this on a thread of the console's, and has put the default back before.
-volatile std::sig_atomic_t stopRequested = 0;
+constexpr DWORD kPatience = 1000; // milliseconds
 
-void requestStop(int number) {
-    stopRequested = 1;
-    // Also a closed console, a log-off and a shutdown: the process is ended as soon as the handler returns, so it
-    // waits for the main thread to end it. The system's patience, five seconds, bounds the wait.
-    if (number == SIGBREAK) Sleep(INFINITE);
+// The system calls the handler on a thread of its own.
+std::atomic<int> requests = 0;
+std::atomic<bool> held = false;
+
+BOOL WINAPI requestStop(DWORD event) {
+    ++requests;
+    if (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT) return requests < 2 || held; // FALSE ends the process
+    // A closed console, a log-off or a shutdown: the process is ended as soon as the handler returns, so it waits for
+    // the main thread to end it. The system's patience, five seconds, bounds the wait; there will be no second event.
+    Sleep(kPatience);
+    ++requests;
+    Sleep(INFINITE);
+    return TRUE;
 }
 
 } // namespace
 
 void catchStopRequests() {
-    stopRequested = 0;
-    for (const int number : {SIGINT, SIGTERM, SIGBREAK}) {
-        // One that the parent has the program ignore stays ignored.
-        if (std::signal(number, requestStop) == SIG_IGN) std::signal(number, SIG_IGN);
-    }
+    requests = 0;
+    SetConsoleCtrlHandler(requestStop, FALSE); // one that is called twice would count twice
+    SetConsoleCtrlHandler(requestStop, TRUE);
 }
 
-bool isStopRequested() {
-    return stopRequested != 0;
+int stopRequests() {
+    return requests;
+}
+
+void holdStopRequests(bool hold) {
+    held = hold;
+}
+
+void endByStopRequest() {
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
+    std::abort();
 }

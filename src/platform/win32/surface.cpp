@@ -3,7 +3,7 @@
 #include "foundation/log.h"
 #include "platform/library.h"
 #include "platform/shell_state.h"
-#include "platform/win32/stop_request.h"
+#include "platform/stop_request.h"
 #include "platform/win32/wgl.h"
 
 namespace {
@@ -24,7 +24,7 @@ void pumpMessages(Surface*) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-    if (isStopRequested()) stopRunning("WM_QUIT");
+    if (stopRequests() > 0) stopRunning("WM_QUIT");
 }
 
 void presentFrame(Surface* surface) {

@@ -2,8 +2,8 @@
 
 #include "foundation/log.h"
 #include "platform/shell_state.h"
+#include "platform/stop_request.h"
 #include "platform/win32/error_words.h"
-#include "platform/win32/stop_request.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -106,10 +106,7 @@ LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         showCursor();
         stop("WM_DESTROY");
         return 0;
-    case WM_SIZE:
-        shellState().clientWidth = LOWORD(lParam);
-        shellState().clientHeight = HIWORD(lParam);
-        return 0;
+    case WM_SIZE: resizeClient(LOWORD(lParam), HIWORD(lParam)); return 0;
     case WM_CLOSE: // the window is destroyed with all the rest at shutdown
         stop("WM_CLOSE");
         return 0;
@@ -147,12 +144,14 @@ Surface* createPlayerWindow(int width, int height, bool fullscreen) {
     RECT client = {};
     GetClientRect(surface->window, &client);
     hideCursor();
+    SetThreadExecutionState(ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED); // nobody touches a key in a show
     catchStopRequests();
     announceClientSize(client.right, client.bottom, width, height, fullscreen);
     return surface;
 }
 
 void destroyWindow(Surface& surface) {
+    SetThreadExecutionState(ES_CONTINUOUS);
     wglMakeCurrent(nullptr, nullptr);
     wglDeleteContext(surface.context);
     ReleaseDC(surface.window, surface.deviceContext);

@@ -28,6 +28,23 @@ TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
     for (const auto& [path, expected] : cases) EXPECT_EQ(fullPath(path), expected) << path;
 }
 
+// What is opened under the full path is what was there under the one as written.
+TEST_F(FilesTest, ParentsOfLinkedDirectoriesAreTheirOwn) {
+    show.write("show.json", "here");
+    show.write("other/show.json", "there");
+    show.write("other/inner/x", "");
+    fs::create_directory_symlink("other/inner", root + "link");
+    const std::pair<const char*, const char*> cases[] = {
+        {"link/../show.json", "link/../show.json"},          {"LINK/.././show.json", "LINK/../show.json"},
+        {"link/../../show.json", "link/../../show.json"},    {"other/inner/../../show.json", "show.json"},
+        {"link/../inner/../show.json", "link/../show.json"},
+    };
+    for (const auto& [path, full] : cases) {
+        EXPECT_EQ(fullFilePath(root + path), root + full);
+        EXPECT_EQ(get(fullFilePath(root + path)), get(root + path)) << path;
+    }
+}
+
 TEST_F(FilesTest, LettersCountOnlyWhereTheNameItselfIsThere) {
     const char* const files[] = {"logo.png",
                                  "Logo.png",

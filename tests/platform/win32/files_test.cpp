@@ -36,6 +36,11 @@ TEST(Paths, FullPathFoldsWithoutLookingAtTheDisk) {
     for (const auto& [path, expected] : cases) EXPECT_EQ(fullPath(path), expected) << path;
 }
 
+TEST(Paths, DrivesWithoutAMediumAskNobody) {
+    acceptMissingMedia();
+    EXPECT_TRUE(GetErrorMode() & SEM_FAILCRITICALERRORS);
+}
+
 TEST_F(FilesTest, EitherSlashAndAnyCaseLeadToTheSameFile) {
     const char* const files[] = {"Logo.png", "Data/Pics/deep.PNG", "two  blanks.txt", "\xC3\x84tna \xE6\x97\xA5.txt"};
     for (const char* name : files) show.write(name, name);

@@ -52,7 +52,7 @@ TEST_F(WindowTest, EachMessageChangesWhatItMeans) {
         LRESULT result = 0; // of the last one
     } cases[] = {
         {"size in all 16 bits", {{WM_SIZE, SIZE_RESTORED, MAKELPARAM(65535, 40000)}}, "65535x40000 "},
-        {"minimized", {{WM_SIZE, SIZE_MINIMIZED, 0}}, "0x0 "},
+        {"minimized", {{WM_SIZE, SIZE_RESTORED, MAKELPARAM(64, 36)}, {WM_SIZE, SIZE_MINIMIZED, 0}}, "64x36 "},
         {"close", {{WM_CLOSE}}, "stopped WM_CLOSE"},
         {"cursor", {{WM_SETCURSOR}}, "hidden ", 1},
         {"cursor back when destroyed", {{WM_SETCURSOR}, {WM_SETCURSOR}, {WM_DESTROY}}, "stopped WM_DESTROY"},
@@ -88,6 +88,9 @@ TEST_F(WindowTest, OpensAndTakesItsMessagesThroughTheQueue) {
     EXPECT_EQ(GetWindowLongW(surface->window, GWL_STYLE) & ~WS_CLIPSIBLINGS,
               static_cast<LONG>(WS_OVERLAPPEDWINDOW | WS_VISIBLE));
 
+    const EXECUTION_STATE awake = ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED;
+    EXPECT_EQ(SetThreadExecutionState(awake), awake); // gives the one before
+
     // Closing only asks; the window is there until the surface is destroyed.
     for (const WPARAM key : {VK_UP, VK_LEFT, VK_UP}) PostMessageW(surface->window, WM_KEYDOWN, key, 0);
     PostMessageW(surface->window, WM_CLOSE, 0, 0);
@@ -98,6 +101,7 @@ TEST_F(WindowTest, OpensAndTakesItsMessagesThroughTheQueue) {
     destroySurface(surface);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    EXPECT_EQ(SetThreadExecutionState(ES_CONTINUOUS), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
     EXPECT_EQ(changes(), "320x200 step -1 seek 20 stopped WM_CLOSE");
 }
 

@@ -2,4 +2,3 @@
 #pragma once
 
 constexpr bool kDecodesWebP = true;
-constexpr bool kRootIsAbsolute = true; // "/a" stands on its own

@@ -53,7 +53,7 @@ void main() {
         float halo = cover * (2.0 - cover); // thin strokes glow too
         fragColor = vec4(uGlowColor, min(halo * uGlowIntensity, 1.0) * vAlpha * uAlpha);
     } else {
-        vec4 texel = texture(uFontTexture, vUV + 0.021 * uTextureTexelSize);
+        vec4 texel = texture(uFontTexture, vUV + 0.0071 * uTextureTexelSize);
         fragColor = vec4(texel.rgb, texel.a * vAlpha * uAlpha);
     }
 }

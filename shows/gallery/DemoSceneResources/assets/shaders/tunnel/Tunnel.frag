@@ -56,7 +56,7 @@ void main() {
     side = mod(side, kSides);
     float z = depth + travel;
     float plate = floor(z), along = fract(z) - 0.5;
-    float grain = hash(side, plate, 1.0);
+    float grain = hash(side, plate, 2.0);
     // Widths of one output pixel, for seams that neither crawl nor break up far away.
     float pixelAlong = 1.55 * depth * depth / iResolution.y;
     float pixelAcross = 1.55 * depth * kSides / (2.0 * kPi) / iResolution.y;

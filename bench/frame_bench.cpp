@@ -86,7 +86,8 @@ void bareFrame(benchmark::State& state) {
             std::ifstream file(path, std::ios::binary);
             return std::string(std::istreambuf_iterator<char>(file), {});
         };
-        const GLuint program = linkProgram(read(entry.vertPath), read(entry.fragPath), "bare");
+        const ShaderPaths paths = shaderPathsOf(entry, config);
+        const GLuint program = linkProgram(read(paths.vertex), read(paths.fragment), "bare");
         layers.push_back({program, gl.GetUniformLocation(program, "uTime"), gl.GetUniformLocation(program, "uAlpha"),
                           gl.GetUniformLocation(program, "uResolution")});
     }
@@ -122,7 +123,7 @@ void loadCold(Timeline& timeline, const RuntimeConfig& config) {
         runtime.start = entry.start;
         runtime.duration = entry.duration;
         runtime.overlay = entry.overlay;
-        runtime.effect = createEffect(entry);
+        runtime.effect = createEffect(entry, config);
         timeline.entries.push_back(std::move(runtime));
     }
 }

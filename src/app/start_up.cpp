@@ -6,7 +6,6 @@
 #include "gpu/gl_functions.h"
 #include "gpu/program_pool.h"
 #include "gpu/quad.h"
-#include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "gpu/textures.h"
 #include "platform/files.h"
@@ -31,7 +30,7 @@ bool loadShow(Player& player) {
     logLine("=== Quillon DemoScene - Native Player ===\n");
     logLine("[LOAD] %s\n", path.c_str());
     keepListings(true);
-    player.config = loadRuntimeConfig(path, {loadShaderPack, resolveShaderSources});
+    player.config = loadRuntimeConfig(path, loadShaderPack);
     keepListings(false);
     if (player.config.scenes.empty() && player.config.entries.empty()) {
         logLine("[ERROR] No scenes or timeline entries found.\n");

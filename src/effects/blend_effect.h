@@ -4,6 +4,6 @@
 #include "effects/effect.h"
 
 // Fills in an effect whose identity is set; false, with a line in the log, when it cannot run.
-bool createBlend(const TimelineEntry& entry, Effect& effect);
+bool createBlend(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect);
 
 void drawBlend(Effect& effect, int width, int height, const InputTexture* input);

@@ -20,7 +20,8 @@ void drawEffectPasses(Effect& effect, int width, int height, const InputTexture*
     case EffectKind::shader: drawShaderEffect(effect, width, height, input); break;
     case EffectKind::bitmapText: drawBitmapText(effect.bitmapText, program, time, frame, width, height); break;
     case EffectKind::kineticText: drawKineticText(effect.kineticText, program, time, frame, width, height); break;
-    case EffectKind::caption: drawCaption(effect.caption, program, time, frame, width, height); break;
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll: drawCaption(effect.caption, program, time, frame, width, height); break;
     case EffectKind::shapeText: drawShapeText(effect.shapeText, program, time, frame, width, height); break;
     case EffectKind::blend: drawBlend(effect, width, height, input); break;
     case EffectKind::timelineBlend: drawTimelineBlend(effect, width, height, input); break;

@@ -15,65 +15,41 @@
 
 namespace {
 
-struct KindName {
-    const char* type;
-    EffectKind kind;
-};
-
-// Every other type is a shader effect.
-constexpr KindName kKinds[] = {
-    {"blend", EffectKind::blend},
-    {"timeline_blend", EffectKind::timelineBlend},
-    {"chain", EffectKind::chain},
-    {"dynamicsplit", EffectKind::dynamicSplit},
-    {"piptexture", EffectKind::pip},
-    {"pip", EffectKind::pip},
-    {"image", EffectKind::image},
-    {"bitmaptext", EffectKind::bitmapText},
-    {"kinetictext", EffectKind::kineticText},
-    {"lowerthird", EffectKind::caption},
-    {"creditroll", EffectKind::caption},
-    {"shapetext", EffectKind::shapeText},
-};
-
-EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
-    for (const KindName& named : kKinds) {
-        if (type == named.type) return named.kind;
-    }
-    // An entry without a type that has an image stands for that image; composites make such entries in
-    // place of a child that is missing.
-    if (type.empty() && !entry.channels[0].empty()) return EffectKind::image;
-    return EffectKind::shader;
+// The picture of a channel; the place of a missing effect shows the show's fallback image.
+const std::string& channelPath(const TimelineEntry& entry, const RuntimeConfig& show, int channel) {
+    const bool standsIn = channel == 0 && entry.presence == Presence::missing;
+    return standsIn ? show.fallbackImagePath : entry.channels[channel];
 }
 
 // Uniforms keep their values in a program, so what an effect writes only once tells programs apart, and so does its
 // kind, which writes others than the next.
-std::string programSettings(const TimelineEntry& entry, EffectKind kind) {
-    return std::to_string(static_cast<int>(kind)) + '\n' + describeParamUniforms(entry.params);
+std::string programSettings(const TimelineEntry& entry) {
+    return std::to_string(static_cast<int>(entry.kind)) + '\n' + describeParamUniforms(entry.shaderParams);
 }
 
 // False when there is no fragment source.
-bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderPair& sources) {
-    if (kind == EffectKind::image) {
+bool readSources(const TimelineEntry& entry, const ShaderPaths& paths, ShaderPair& sources) {
+    if (entry.kind == EffectKind::image) {
         sources = {kQuadVertexSource, kQuadFragmentSource};
         return true;
     }
-    sources.vertex = entry.vertPath.empty() ? "" : readTextFile(entry.vertPath);
+    sources.vertex = paths.vertex.empty() ? "" : readTextFile(paths.vertex);
     if (sources.vertex.empty()) {
-        logLine("    [WARN] Vert not found: %s (using default)\n", orNone(entry.vertPath));
+        logLine("    [WARN] Vert not found: %s (using default)\n", orNone(paths.vertex));
         sources.vertex = kQuadVertexSource;
     }
-    sources.fragment = entry.fragPath.empty() ? "" : readTextFile(entry.fragPath);
+    sources.fragment = paths.fragment.empty() ? "" : readTextFile(paths.fragment);
     if (!sources.fragment.empty()) return true;
-    logLine("    [ERROR] Frag not found: %s\n", orNone(entry.fragPath));
+    logLine("    [ERROR] Frag not found: %s\n", orNone(paths.fragment));
     return false;
 }
 
-GLuint createBufferProgram(const TimelineEntry& entry, const std::string& vertexSource, const std::string& settings) {
-    if (entry.bufferPath.empty()) return 0;
-    const std::string source = readTextFile(entry.bufferPath);
+GLuint createBufferProgram(const TimelineEntry& entry, const std::string& path, const std::string& vertexSource,
+                           const std::string& settings) {
+    if (path.empty()) return 0;
+    const std::string source = readTextFile(path);
     if (source.empty()) {
-        logLine("    [WARN] BufferA not found: %s\n", entry.bufferPath.c_str());
+        logLine("    [WARN] BufferA not found: %s\n", path.c_str());
         return 0;
     }
     return borrowProgram(vertexSource, source, settings, std::string(orNone(entry.type)) + "_Buf");
@@ -86,27 +62,26 @@ void loadChannel(ChannelBinding& channel, const std::string& path) {
     channel = {info.texture, info.width, info.height, path};
 }
 
-void loadChannels(const TimelineEntry& entry, Effect& effect) {
-    for (int i = 0; i < kChannelCount; ++i) {
-        const bool useImage = i == 0 && entry.channels[0].empty();
-        loadChannel(effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
-    }
+void loadChannels(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect) {
+    for (int i = 0; i < kChannelCount; ++i) loadChannel(effect.channels[i], channelPath(entry, show, i));
     const bool wantsImage = samplesChannel0(effect.mainProgram) || samplesChannel0(effect.bufferProgram);
     if (effect.channels[0].texture || !wantsImage) return;
-    loadChannel(effect.channels[0], entry.fallbackImage);
+    loadChannel(effect.channels[0], show.fallbackImagePath);
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
 
 // What the effect's kind draws with its program; false when that is missing.
-bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createKindBlock(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect) {
     const GLuint program = effect.mainProgram;
-    switch (kind) {
-    case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, entry.params, program);
-    case EffectKind::kineticText: return createKineticText(effect.kineticText, entry.params, entry.baseDir, program);
-    case EffectKind::caption:
-        return createCaption(effect.caption, entry.params, effect.type == "creditroll", clockLength(entry),
-                             entry.baseDir, program);
-    case EffectKind::shapeText: return createShapeText(effect.shapeText, entry.params, entry.baseDir, program);
+    switch (entry.kind) {
+    case EffectKind::bitmapText: return createBitmapText(effect.bitmapText, paramsOf<BitmapTextParams>(entry), program);
+    case EffectKind::kineticText:
+        return createKineticText(effect.kineticText, paramsOf<KineticTextParams>(entry), show.baseDir, program);
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll:
+        return createCaption(effect.caption, paramsOf<CaptionParams>(entry), clockLength(entry), show.baseDir, program);
+    case EffectKind::shapeText:
+        return createShapeText(effect.shapeText, paramsOf<ShapeTextParams>(entry), show.baseDir, program);
     case EffectKind::none:
     case EffectKind::image:
     case EffectKind::shader:
@@ -120,61 +95,69 @@ bool createKindBlock(const TimelineEntry& entry, EffectKind kind, Effect& effect
 }
 
 // Effects with a main program of their own.
-bool createProgramEffect(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createProgramEffect(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect) {
+    const ShaderPaths paths = shaderPathsOf(entry, show);
     ShaderPair sources;
-    if (!readSources(entry, kind, sources)) return false;
-    const std::string settings = programSettings(entry, kind);
+    if (!readSources(entry, paths, sources)) return false;
+    const std::string settings = programSettings(entry);
     effect.mainProgram = borrowProgram(sources.vertex, sources.fragment, settings, orNone(entry.type));
-    if (effect.type == "image") effect.fit = readFitMode(entry.params);
+    effect.fit = paramsOf<ImageParams>(entry).fit;
     effect.isDreamEntity = effect.type == "dreamentity";
-    if (effect.mainProgram && !createKindBlock(entry, kind, effect)) {
+    if (effect.mainProgram && !createKindBlock(entry, show, effect)) {
         returnProgram(effect.mainProgram);
         effect.mainProgram = 0;
     }
-    effect.bufferProgram = createBufferProgram(entry, sources.vertex, settings);
+    effect.bufferProgram = createBufferProgram(entry, paths.buffer, sources.vertex, settings);
     effect.hasBuffer = effect.bufferProgram != 0;
-    loadChannels(entry, effect);
+    loadChannels(entry, show, effect);
     if (!effect.mainProgram) return false; // not before all that is wrong with the entry has been said
     for (const GLuint program : {effect.mainProgram, effect.bufferProgram}) {
         if (!program) continue;
         resetSamplers(program);
-        writeParamUniforms(program, entry.params);
+        writeParamUniforms(program, entry.shaderParams);
     }
     return true;
 }
 
-bool createKind(const TimelineEntry& entry, EffectKind kind, Effect& effect) {
-    switch (kind) {
+bool createKind(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect) {
+    switch (entry.kind) {
     case EffectKind::none: return false;
     case EffectKind::image:
     case EffectKind::shader:
     case EffectKind::bitmapText:
     case EffectKind::kineticText:
-    case EffectKind::caption:
-    case EffectKind::shapeText: return createProgramEffect(entry, kind, effect);
-    case EffectKind::blend: return createBlend(entry, effect);
-    case EffectKind::timelineBlend: return createTimelineBlend(entry, effect);
-    case EffectKind::chain: return createChain(entry, effect);
-    case EffectKind::dynamicSplit: return createDynamicSplit(entry, effect);
-    case EffectKind::pip: return createPip(entry, effect);
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll:
+    case EffectKind::shapeText: return createProgramEffect(entry, show, effect);
+    case EffectKind::blend: return createBlend(entry, show, effect);
+    case EffectKind::timelineBlend: return createTimelineBlend(entry, show, effect);
+    case EffectKind::chain: return createChain(entry, show, effect);
+    case EffectKind::dynamicSplit: return createDynamicSplit(entry, show, effect);
+    case EffectKind::pip: return createPip(entry, show, effect);
     }
     return false;
 }
 
 } // namespace
 
-Effect createEffect(const TimelineEntry& entry) {
+ShaderPaths shaderPathsOf(const TimelineEntry& entry, const RuntimeConfig& show) {
+    if (const auto* glitch = std::get_if<GlitchParams>(&entry.params)) {
+        return resolveGlitchShaders(glitchShaderName(glitch->style), show.baseDir);
+    }
+    return resolveShaderSources(entry.type, show.baseDir);
+}
+
+Effect createEffect(const TimelineEntry& entry, const RuntimeConfig& show) {
     Effect effect;
     effect.id = entry.id;
     effect.type = toLower(entry.type);
     effect.alpha = entry.alpha;
     effect.timeScale = entry.timeScale;
     effect.duration = entry.duration;
-    effect.blendMode = blendModeFrom(entry.blendMode);
+    effect.blendMode = entry.blendMode;
 
-    const EffectKind kind = kindOf(entry, effect.type);
-    if (createKind(entry, kind, effect)) {
-        effect.kind = kind;
+    if (createKind(entry, show, effect)) {
+        effect.kind = entry.kind;
         return effect;
     }
     // What was made before it failed goes the ordinary way; the type stays, for whoever reports it.

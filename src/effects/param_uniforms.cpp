@@ -3,39 +3,9 @@
 #include "gpu/gl_functions.h"
 #include "gpu/uniforms.h"
 
-#include <cmath>
 #include <cstdio>
-#include <string_view>
-#include <unordered_set>
 
 namespace {
-
-constexpr size_t kMaxComponents = 4;
-
-struct ParamValue {
-    float components[kMaxComponents] = {};
-    size_t count = 0; // 0: no value for a uniform; 1: a number or bool
-};
-
-ParamValue readValue(const JsonValue& json) {
-    ParamValue value;
-    if (json.kind == JsonKind::number || json.kind == JsonKind::boolean) {
-        value.components[0] = getNumber(json, json.boolean ? 1.0f : 0.0f);
-        value.count = std::isfinite(value.components[0]) ? 1 : 0;
-    } else if (json.kind == JsonKind::array && json.items.size() >= 2 && json.items.size() <= kMaxComponents) {
-        for (const JsonValue& item : json.items) {
-            const float component = getNumber(item, 0.0f);
-            if (item.kind != JsonKind::number || !std::isfinite(component)) return {};
-            value.components[value.count++] = component;
-        }
-    }
-    return value;
-}
-
-// The entry's own settings, read elsewhere.
-bool isEntrySetting(const std::string& name) {
-    return name == "alpha" || name == "timeScale";
-}
 
 std::string prefixed(const std::string& name) {
     std::string uniform = "u" + name;
@@ -44,10 +14,10 @@ std::string prefixed(const std::string& name) {
     return uniform;
 }
 
-void writeValue(GLuint program, const std::string& name, const ParamValue& value) {
+void writeValue(GLuint program, const std::string& name, const ShaderParam& param) {
     if (isStandardUniform(name)) return;
-    const float* c = value.components;
-    switch (value.count) {
+    const std::array<float, 4>& c = param.values;
+    switch (param.count) {
     case 1: setUniformFloat(program, name, c[0]); break;
     case 2: setUniformVec2(program, name, c[0], c[1]); break;
     case 3: setUniformVec3(program, name, c[0], c[1], c[2]); break;
@@ -55,37 +25,27 @@ void writeValue(GLuint program, const std::string& name, const ParamValue& value
     }
 }
 
-// Calls `use(name, value)` for the first member of each name, where it holds a value for a uniform.
-template <typename Use>
-void forEachParam(const JsonValue& params, Use use) {
-    std::unordered_set<std::string_view> seen;
-    for (const auto& [name, json] : params.members) {
-        if (isEntrySetting(name) || !seen.insert(name).second) continue;
-        const ParamValue value = readValue(json);
-        if (value.count > 0) use(name, value);
+} // namespace
+
+void writeParamUniforms(GLuint program, const std::vector<ShaderParam>& params) {
+    gl.UseProgram(program);
+    for (const ShaderParam& param : params) {
+        writeValue(program, param.name, param);
+        writeValue(program, prefixed(param.name), param);
     }
 }
 
-} // namespace
-
-void writeParamUniforms(GLuint program, const JsonValue& params) {
-    gl.UseProgram(program);
-    forEachParam(params, [&](const std::string& name, const ParamValue& value) {
-        writeValue(program, name, value);
-        writeValue(program, prefixed(name), value);
-    });
-}
-
-std::string describeParamUniforms(const JsonValue& params) {
+std::string describeParamUniforms(const std::vector<ShaderParam>& params) {
     std::string text;
-    forEachParam(params, [&](const std::string& name, const ParamValue& value) {
-        text += name;
-        for (size_t i = 0; i < value.count; ++i) {
+    for (const ShaderParam& param : params) {
+        text += param.name;
+        for (int i = 0; i < param.count; ++i) {
             char number[32];
-            std::snprintf(number, sizeof number, "%c%.9g", i ? ',' : '=', static_cast<double>(value.components[i]));
+            const double value = static_cast<double>(param.values[static_cast<size_t>(i)]);
+            std::snprintf(number, sizeof number, "%c%.9g", i ? ',' : '=', value);
             text += number;
         }
         text += '\0';
-    });
+    }
     return text;
 }

@@ -5,12 +5,9 @@
 
 // Fills in an effect whose identity is set; false, with a line in the log, when it cannot run. A missing
 // inset leaves it runnable.
-bool createPip(const TimelineEntry& entry, Effect& effect);
+bool createPip(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect);
 
 void drawPip(Effect& effect, int width, int height, const InputTexture* input);
-
-// The settings of an entry's "params", clamped.
-PipBlock readPip(const JsonValue& params);
 
 // A rectangle of the output in pixels, lower-left origin.
 struct PipRect {
@@ -19,4 +16,4 @@ struct PipRect {
 };
 
 // Where the inset lies in an output of that size.
-PipRect pipRect(const PipBlock& pip, int width, int height);
+PipRect pipRect(const PipParams& pip, int width, int height);

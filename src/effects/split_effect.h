@@ -4,12 +4,6 @@
 #include "effects/effect.h"
 
 // Fills in an effect whose identity is set; false, with a line in the log, when it cannot run.
-bool createDynamicSplit(const TimelineEntry& entry, Effect& effect);
+bool createDynamicSplit(const TimelineEntry& entry, const RuntimeConfig& show, Effect& effect);
 
 void drawDynamicSplit(Effect& effect, int width, int height, const InputTexture* input);
-
-// Code of a mode's name, letter case, "-" and "_" aside: 1 horizontal, 2 diagonal, 3 wave, else 0, vertical.
-int splitModeCode(const std::string& name);
-
-// The settings of an entry's "params", clamped.
-SplitBlock readSplit(const JsonValue& params);

@@ -21,7 +21,8 @@ DrawState blendedState(BlendMode mode) {
 // Texts that move set blending as their own params say, whatever is set.
 DrawState drawnState(const Effect& effect, DrawState state) {
     if (effect.kind == EffectKind::kineticText) return blendedState(effect.kineticText.params.blendMode);
-    if (effect.kind == EffectKind::caption) return blendedState(effect.caption.params.blendMode);
+    const bool isCaption = effect.kind == EffectKind::lowerThird || effect.kind == EffectKind::creditRoll;
+    if (isCaption) return blendedState(effect.caption.params.blendMode);
     if (effect.kind == EffectKind::shapeText) return blendedState(effect.shapeText.params.blendMode);
     return state;
 }

@@ -2,10 +2,6 @@
 
 #include "platform/gl.h"
 
-BlendMode blendModeFrom(const std::string& name) {
-    return name == "additive" ? BlendMode::additive : BlendMode::alpha;
-}
-
 void setBlending(BlendMode mode) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, mode == BlendMode::additive ? GL_ONE : GL_ONE_MINUS_SRC_ALPHA);

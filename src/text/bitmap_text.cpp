@@ -8,11 +8,6 @@
 
 namespace {
 
-void readColor(const JsonValue& value, float missing, std::array<float, 4>& color) {
-    if (value.kind != JsonKind::array || value.items.size() < color.size()) return;
-    for (size_t i = 0; i < color.size(); ++i) color[i] = getFinite(value.items[i], missing);
-}
-
 BitmapTextUniforms resolveUniforms(GLuint program) {
     const auto resolve = [&](const char* name) { return uniformNamed(program, name); };
     return {resolve("uTextColor"),  resolve("uBgColor"), resolve("uTextPos"),
@@ -40,24 +35,9 @@ void bindTexture1D(int unit, GLuint texture, const UniformInfo& sampler) {
 
 } // namespace
 
-BitmapTextParams parseBitmapTextParams(const JsonValue& params) {
-    BitmapTextParams result;
-    result.text = getString(find(params, "text"), "HELLO");
-    readColor(find(params, "textColor"), 1.0f, result.textColor);
-    readColor(find(params, "bgColor"), 0.0f, result.bgColor);
-    result.textPosX = getFinite(find(params, "textPosX"), result.textPosX);
-    result.textPosY = getFinite(find(params, "textPosY"), result.textPosY);
-    result.scale = getFinite(find(params, "scale"), result.scale);
-    result.spacing = getFinite(find(params, "spacing"), result.spacing);
-    result.lineSpacing = getFinite(find(params, "lineSpacing"), result.lineSpacing);
-    return result;
-}
-
-bool createBitmapText(BitmapText& text, const JsonValue& params, GLuint program) {
-    text.params = parseBitmapTextParams(params);
-    text.params.program = program;
+bool createBitmapText(BitmapText& text, const BitmapTextParams& params, GLuint program) {
+    text.params = params;
     text.uniforms = resolveUniforms(program);
-    text.alpha = getBounded(find(params, "alpha"), text.alpha, 0.0f, 1.0f);
     text.textLength = static_cast<int>(text.params.text.size());
     text.codeTexture = createCodeTexture(text.params.text);
     return true;
@@ -67,7 +47,7 @@ void drawBitmapText(const BitmapText& text, GLuint program, float time, int fram
     const BitmapTextParams& params = text.params;
     const BitmapTextUniforms& uniforms = text.uniforms;
     gl.UseProgram(program);
-    setStandardUniforms(program, time, frame, text.alpha, width, height);
+    setStandardUniforms(program, time, frame, params.alpha, width, height);
     setColor(uniforms.textColor, params.textColor);
     setColor(uniforms.bgColor, params.bgColor);
     setUniformVec2(uniforms.textPos, params.textPosX, params.textPosY);

@@ -1,10 +1,23 @@
 #include "text/caption.h"
 
+#include "foundation/log.h"
+#include "gpu/blending.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
 
 namespace {
+
+void logCuts(const CaptionParams& params) {
+    if (params.entriesCut) {
+        logLine("    [WARN] Credit roll cut: %d entries of at most %d, texts of at most %d bytes, together %d\n",
+                static_cast<int>(params.entries.size()), static_cast<int>(kMaxCreditEntries),
+                static_cast<int>(kMaxCaptionTextBytes), static_cast<int>(kMaxCreditBytes));
+    }
+    if (params.textsCut) {
+        logLine("    [WARN] Caption text cut to %d bytes\n", static_cast<int>(kMaxCaptionTextBytes));
+    }
+}
 
 void layout(Caption& caption, int width, int height) {
     if (caption.layoutWidth == width && caption.layoutHeight == height) return;
@@ -23,9 +36,10 @@ void layout(Caption& caption, int width, int height) {
 
 } // namespace
 
-bool createCaption(Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
-                   const std::string& baseDir, GLuint program) {
-    caption.params = readCaptionParams(params, isCreditRoll);
+bool createCaption(Caption& caption, const CaptionParams& params, float duration, const std::string& baseDir,
+                   GLuint program) {
+    logCuts(params);
+    caption.params = params;
     caption.duration = duration;
     if (!loadColorFont(baseDir, caption.params.fontPath, caption.font)) return false;
     caption.letters = &readCaptionFont(caption.font);

@@ -1,5 +1,6 @@
 #include "text/kinetic_text.h"
 
+#include "foundation/log.h"
 #include "gpu/blending.h"
 #include "gpu/gl_functions.h"
 
@@ -26,16 +27,16 @@ void drawGlow(const KineticText& text) {
 
 } // namespace
 
-bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program) {
+bool createKineticText(KineticText& text, const KineticTextParams& params, const std::string& baseDir, GLuint program) {
     ColorFont font;
-    const std::string fontPath = getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str());
-    if (!loadColorFont(baseDir, fontPath, font)) return false;
+    if (!loadColorFont(baseDir, params.fontPath, font)) return false;
     createKineticText(text, params, std::move(font), program);
     return true;
 }
 
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program) {
-    text.params = parseKineticTextParams(params);
+void createKineticText(KineticText& text, const KineticTextParams& params, ColorFont font, GLuint program) {
+    if (params.uncutBytes > 0) logLine("[KTEXT] Text of %zu bytes cut to %zu\n", params.uncutBytes, kKineticMaxBytes);
+    text.params = params;
     text.font = std::move(font);
     text.layout = layoutKineticText(text.params, text.font);
     reserveKineticGeometry(text.params, text.layout, text.geometry);

@@ -1,7 +1,6 @@
 // Kinetic text: lines of a colour font of which every glyph moves.
 #pragma once
 
-#include "foundation/json.h"
 #include "gpu/uniforms.h"
 #include "gpu/vertex_stream.h"
 #include "text/color_font.h"
@@ -21,11 +20,11 @@ struct KineticText {
     VertexStream stream;
 };
 
-// Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-bool createKineticText(KineticText& text, const JsonValue& params, const std::string& baseDir, GLuint program);
+// Loads the font for a linked program; false when there is no font.
+bool createKineticText(KineticText& text, const KineticTextParams& params, const std::string& baseDir, GLuint program);
 
 // The same with a font that is loaded already; it is taken over.
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, GLuint program);
+void createKineticText(KineticText& text, const KineticTextParams& params, ColorFont font, GLuint program);
 
 // Draws the text at `time` seconds, in frame `frame`, into the current target, `width` x `height` pixels. Sets
 // blending.

@@ -22,8 +22,8 @@ bool skipCpuOnly(const TimelineEntry& entry) {
     return true;
 }
 
-void appendEntry(Timeline& timeline, const TimelineEntry& entry) {
-    Effect effect = createEffect(entry);
+void appendEntry(Timeline& timeline, const TimelineEntry& entry, const RuntimeConfig& show) {
+    Effect effect = createEffect(entry, show);
     if (!isRunnable(effect)) {
         logLine("  [SKIP] %s (shader failed)\n", orNone(entry.type));
         releaseEffect(effect);
@@ -42,7 +42,7 @@ void extendSpan(SceneSpan& span, const RuntimeEntry& entry, bool first) {
 void readTransition(SceneSpan& scene, const RuntimeConfig& config) {
     const auto preset = config.transitions.find(scene.name);
     if (preset == config.transitions.end()) return;
-    scene.transition = readTransitionLook(preset->second.type, preset->second.params);
+    scene.transition = preset->second.look;
     scene.transitionDuration = preset->second.duration;
 }
 
@@ -119,7 +119,7 @@ void loadTimeline(Timeline& timeline, const RuntimeConfig& config, int width, in
         if (skipCpuOnly(entry)) continue;
         logLine("  [LOAD] t=%.3fs dur=%.3fs scene=%s type=%s\n", static_cast<double>(entry.start),
                 static_cast<double>(entry.duration), orNone(entry.scene), orNone(entry.type));
-        appendEntry(timeline, entry);
+        appendEntry(timeline, entry, config);
     }
     buildScenes(timeline, config);
     for (RuntimeEntry& entry : timeline.entries) {
@@ -140,8 +140,9 @@ void loadScene(Timeline& timeline, const RuntimeConfig& config, int index, int w
     timeline.entries.reserve(scene.entries.size());
     for (const TimelineEntry& entry : scene.entries) {
         if (skipCpuOnly(entry)) continue;
-        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(entry.vertPath), orNone(entry.fragPath));
-        appendEntry(timeline, entry);
+        const ShaderPaths paths = shaderPathsOf(entry, config);
+        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(paths.vertex), orNone(paths.fragment));
+        appendEntry(timeline, entry, config);
     }
     for (RuntimeEntry& entry : timeline.entries) {
         warmUpEffect(entry.effect, sceneDrawState(timeline, entry), DrawTarget::screen, width, height);

@@ -6,8 +6,8 @@
 
 #include "config/runtime_config.h"
 #include "effects/effect.h"
+#include "foundation/json.h"
 #include "gpu/program_pool.h"
-#include "gpu/shader_lookup.h"
 #include "gpu/textures.h"
 #include "platform/image.h"
 
@@ -55,8 +55,8 @@ protected:
         RuntimeConfig config;
         config.baseDir = baseDir ? baseDir : show.baseDir;
         config.fallbackImagePath = show.path("fallback.png");
-        config.shaders.resolve = resolveShaderSources;
-        return createEffect(parseTimelineEntry(parseJson(json), config, config.baseDir));
+        const Reading at = {&config.assets, &config.baseDir};
+        return createEffect(parseTimelineEntry(parseJson(json), at), config);
     }
 
     // Puts another effect in the place of the test's own.

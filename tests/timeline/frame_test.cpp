@@ -22,7 +22,7 @@ protected:
 
     void load(const std::string& json) {
         const LogCapture quiet;
-        config = loadRuntimeConfig(show.write("config.json", json), {nullptr, resolveShaderSources});
+        config = loadRuntimeConfig(show.write("config.json", json));
         if (config.nativeRuntime) {
             loadTimeline(timeline, config, kWidth, kHeight);
         } else {

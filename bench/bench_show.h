@@ -58,9 +58,7 @@ public:
                                   fragment);
     }
 
-    RuntimeConfig load(const std::string& json) const {
-        return loadRuntimeConfig(write("config.json", json), {nullptr, resolveShaderSources});
-    }
+    RuntimeConfig load(const std::string& json) const { return loadRuntimeConfig(write("config.json", json)); }
 
     std::string baseDir;
 };

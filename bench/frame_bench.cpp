@@ -117,7 +117,8 @@ void bareFrame(benchmark::State& state) {
             std::ifstream file(path, std::ios::binary);
             return std::string(std::istreambuf_iterator<char>(file), {});
         };
-        Program program = linkProgram(read(entry.vertPath), read(entry.fragPath), "bare");
+        const ShaderPaths paths = shaderPathsOf(entry, config);
+        Program program = linkProgram(read(paths.vertex), read(paths.fragment), "bare");
         const GLuint handle = program.handle;
         layers.push_back({std::move(program), gl.GetUniformLocation(handle, "uTime"),
                           gl.GetUniformLocation(handle, "uAlpha"), gl.GetUniformLocation(handle, "uResolution")});

@@ -2,6 +2,7 @@
 // beside uploading and drawing the same triangles.
 #include "bench_show.h"
 
+#include "foundation/json.h"
 #include "gpu/program.h"
 #include "gpu/render_target.h"
 #include "text/kinetic_text.h"
@@ -34,7 +35,7 @@ ColorFont makeFont() {
 }
 
 // Words of seven letters in lines of 80.
-JsonValue makeParams(const std::string& animation, bool decorated) {
+KineticTextParams makeParams(const std::string& animation, bool decorated) {
     std::string text;
     int letters = 0;
     for (int i = 0; letters < kCharacters; ++i) {
@@ -43,9 +44,9 @@ JsonValue makeParams(const std::string& animation, bool decorated) {
         letters += isBreak ? 0 : 1;
     }
     const std::string flag = decorated ? "true" : "false";
-    return parseJson("{\"text\": \"" + text + "\", \"animation\": \"" + animation +
-                     "\", \"revealMode\": \"none\", \"glitchEnabled\": " + flag + ", \"outlineGlowEnabled\": " + flag +
-                     "}");
+    return parseKineticTextParams(parseJson("{\"text\": \"" + text + "\", \"animation\": \"" + animation +
+                                            "\", \"revealMode\": \"none\", \"glitchEnabled\": " + flag +
+                                            ", \"outlineGlowEnabled\": " + flag + "}"));
 }
 
 void setGlyphRate(benchmark::State& state) {
@@ -54,7 +55,7 @@ void setGlyphRate(benchmark::State& state) {
 }
 
 void geometry(benchmark::State& state, const char* animation, bool decorated) {
-    const KineticTextParams params = parseKineticTextParams(makeParams(animation, decorated));
+    const KineticTextParams params = makeParams(animation, decorated);
     const KineticLayout layout = layoutKineticText(params, makeFont());
     KineticGeometry built;
     reserveKineticGeometry(params, layout, built);
@@ -73,7 +74,7 @@ BENCHMARK_CAPTURE(geometry, explode with glitch and glow, "explode", true);
 BENCHMARK_CAPTURE(geometry, scramble with glitch and glow, "scramble", true);
 
 void copyVertices(benchmark::State& state, bool decorated) {
-    const KineticTextParams params = parseKineticTextParams(makeParams("wave", decorated));
+    const KineticTextParams params = makeParams("wave", decorated);
     KineticGeometry built;
     buildKineticGeometry(params, layoutKineticText(params, makeFont()), 1.0f, 1920, 1080, built);
     std::vector<float> glyphs(built.glyphs.size()), glow(built.glow.size());

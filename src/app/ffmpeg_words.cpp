@@ -38,7 +38,8 @@ std::string lastLines(const std::string& text, bool withConsequences) {
         if (line.find_first_not_of(" \t") == std::string::npos || line == previous) continue;
         if (!withConsequences && isConsequence(line)) continue;
         previous = line;
-        joined = joined.empty() ? line : line + "; " + joined;
+        if (!joined.empty()) joined.insert(0, "; ");
+        joined.insert(0, line);
         ++lines;
     }
     return joined;

@@ -4,7 +4,6 @@
 #include "app/steering.h"
 #include "foundation/log.h"
 #include "gpu/gl_functions.h"
-#include "gpu/shader_lookup.h"
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
 #include "platform/image.h"
@@ -27,7 +26,7 @@ bool loadShow(Player& player) {
     logLine("=== Quillon DemoScene - Native Player ===\n");
     logLine("[LOAD] %s\n", path.c_str());
     keepListings(true);
-    player.config = loadRuntimeConfig(path, {loadShaderPack, resolveShaderSources});
+    player.config = loadRuntimeConfig(path, loadShaderPack);
     keepListings(false);
     if (player.config.scenes.empty() && player.config.entries.empty()) {
         logLine("[ERROR] No scenes or timeline entries found.\n");

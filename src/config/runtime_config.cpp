@@ -1,56 +1,67 @@
 #include "config/runtime_config.h"
 
+#include "foundation/json.h"
 #include "foundation/log.h"
-#include "foundation/text.h"
 #include "platform/files.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace {
+
+using Config = RuntimeConfig;
 
 constexpr const char* kNativeSchema = "native-runtime/v1";
 constexpr size_t kMaxEntries = 16384; // each takes some kilobytes, and a shader to build
 constexpr const char* kDefaultFallbackImage = "assets/images/Logo.png";
 
-void readGlobals(RuntimeConfig& config, const JsonValue& globals) {
-    config.width = getInt(find(globals, "width"), config.width);
-    config.height = getInt(find(globals, "height"), config.height);
-    config.fullscreen = getBool(find(globals, "fullscreen"), config.fullscreen);
-    config.loop = getBool(find(globals, "loop"), config.loop);
-}
+constexpr const char* kImagePath[] = {"imagePath"};
 
-void readAssets(RuntimeConfig& config, const JsonValue& json) {
-    auto assets = std::make_shared<AssetMap>();
-    for (const auto& [alias, path] : json.members) {
-        if (path.kind == JsonKind::string) (*assets)[alias] = path.text;
+constexpr KeyOf<Config> kGlobalsKeys[] = {
+    key<&Config::width>("width"),
+    key<&Config::height>("height"),
+    key<&Config::fullscreen>("fullscreen"),
+    key<&Config::loop>("loop"),
+};
+
+constexpr KeyOf<Config> kAudioKeys[] = {
+    key<&Config::audioPath>("path").as(TextForm::assetPath).unlessEmpty(),
+    key<&Config::volume>("volume", {0.0f, 1.0f}),
+    key<&Config::startOffset>("startOffset", atLeast(0.0f)),
+};
+
+constexpr KeyOf<Config> kRootKeys[] = {
+    key<&Config::fallbackImagePath>("fallbackImage").as(TextForm::assetPath).unlessEmpty().also(kImagePath),
+};
+
+constexpr KeyOf<SceneSpec> kSceneKeys[] = {
+    key<&SceneSpec::id>("id").as(TextForm::name),
+    key<&SceneSpec::enabled>("enabled"),
+};
+
+constexpr KeyOf<TransitionSpec> kTransitionKeys[] = {
+    key<&TransitionSpec::duration>("duration"),
+};
+
+void readAssets(Config& config, const JsonValue& assets, const Reading& at) {
+    for (const auto& [alias, path] : assets.members) {
+        if (path.kind == JsonKind::string) {
+            config.assets[alias] = path.text;
+        } else {
+            noteOddity(at, alias, OddKind::wrongKind);
+        }
     }
-    config.assets = std::move(assets);
 }
 
-void readAudio(RuntimeConfig& config, const JsonValue& audio) {
-    const std::string path = getString(find(audio, "path"), "");
-    if (!path.empty()) config.audioPath = resolveAssetPath(path, *config.assets, config.baseDir);
-    config.volume = getBounded(find(audio, "volume"), config.volume, 0.0f, 1.0f);
-    config.startOffset = getBounded(find(audio, "startOffset"), config.startOffset, 0.0f, kNoBound);
-}
-
-void readFallbackImage(RuntimeConfig& config, const JsonValue& root) {
-    std::string path = getString(find(root, "fallbackImage"), "");
-    if (path.empty()) path = getString(find(root, "imagePath"), "");
-    if (path.empty()) path = kDefaultFallbackImage;
-    config.fallbackImagePath = resolveAssetPath(path, *config.assets, config.baseDir);
-}
-
-// `room` is what the show may still hold, in all its lists.
-std::vector<TimelineEntry> readEntries(const RuntimeConfig& config, const JsonValue& list, size_t& room) {
+// `room` is what the show may still hold, in all its lists. `at` is the list's owner.
+std::vector<TimelineEntry> readEntries(Config& config, const JsonValue& list, size_t& room, const Reading& at) {
     std::vector<TimelineEntry> entries;
-    for (const JsonValue& item : list.items) {
+    for (size_t i = 0; i < list.items.size(); ++i) {
         if (room == 0) {
-            logLine("[WARN] More than %d entries; the rest is left out\n", static_cast<int>(kMaxEntries));
+            ++config.cutLists;
+            noteOddity(at, "entries", OddKind::tooLong);
             break;
         }
-        TimelineEntry entry = parseTimelineEntry(item, config, config.baseDir);
+        TimelineEntry entry = parseTimelineEntry(list.items[i], inside(at, "entries", static_cast<int>(i)));
         if (!entry.enabled) continue;
         entries.push_back(std::move(entry));
         --room;
@@ -58,23 +69,23 @@ std::vector<TimelineEntry> readEntries(const RuntimeConfig& config, const JsonVa
     return entries;
 }
 
-void readScenes(RuntimeConfig& config, const JsonValue& scenes, size_t& room) {
-    for (const JsonValue& item : scenes.items) {
+void readScenes(Config& config, const JsonValue& scenes, size_t& room, const Reading& root) {
+    for (size_t i = 0; i < scenes.items.size(); ++i) {
+        const Reading at = inside(root, "scenes", static_cast<int>(i));
         SceneSpec scene;
-        scene.id = printableName(getString(find(item, "id"), ""));
-        scene.enabled = getBool(find(item, "enabled"), true);
-        const JsonValue& transition = find(item, "transition");
-        scene.transitionType = getString(find(transition, "type"), "cut");
-        scene.transitionDuration = getFinite(find(transition, "duration"), 0.0f);
-        scene.entries = readEntries(config, find(item, "entries"), room);
+        readKeys(scenes.items[i], kSceneKeys, scene, at);
+        scene.entries = readEntries(config, find(scenes.items[i], "entries"), room, at);
         if (scene.enabled && !scene.entries.empty()) config.scenes.push_back(std::move(scene));
     }
 }
 
-void readRootEntries(RuntimeConfig& config, const JsonValue& list, size_t& room) {
-    if (list.kind != JsonKind::array) return;
+void readRootEntries(Config& config, const JsonValue& list, size_t& room, const Reading& root) {
+    if (list.kind != JsonKind::array) {
+        if (list.kind != JsonKind::null) noteOddity(root, "entries", OddKind::wrongKind);
+        return;
+    }
     config.nativeRuntime = true;
-    config.entries = readEntries(config, list, room);
+    config.entries = readEntries(config, list, room, root);
     std::stable_sort(config.entries.begin(), config.entries.end(), [](const TimelineEntry& a, const TimelineEntry& b) {
         if (a.start != b.start) return a.start < b.start;
         if (a.overlay != b.overlay) return b.overlay;
@@ -82,16 +93,13 @@ void readRootEntries(RuntimeConfig& config, const JsonValue& list, size_t& room)
     });
 }
 
-void readTransitions(RuntimeConfig& config, const JsonValue& transitions) {
+void readTransitions(Config& config, const JsonValue& transitions, const Reading& at) {
     for (const auto& [name, value] : transitions.members) {
+        const Reading place = inside(at, name);
         TransitionSpec spec;
-        spec.type = getString(find(value, "type"), "fade");
-        spec.duration = getFinite(find(value, "duration"), 0.0f);
-        spec.params = find(value, "params");
-        config.transitions[keptName(name)] = std::move(spec); // as the scenes' names are kept
-    }
-    if (!config.transitions.empty()) {
-        logLine("[CONFIG] %d transitions\n", static_cast<int>(config.transitions.size()));
+        readKeys(value, kTransitionKeys, spec, place);
+        spec.look = readPresetLook(value, place);
+        config.transitions[keptName(name)] = spec; // as the scenes' names are kept
     }
 }
 
@@ -101,42 +109,55 @@ const char* skipByteOrderMark(const std::string& bytes) {
     return bytes.c_str() + (std::string_view(bytes).substr(0, mark.size()) == mark ? mark.size() : 0);
 }
 
+void logShow(const Config& config) {
+    if (config.nativeSchema) logLine("[CONFIG] native runtime schema: %s\n", kNativeSchema);
+    for (int i = 0; i < config.cutLists; ++i) {
+        logLine("[WARN] More than %d entries; the rest is left out\n", static_cast<int>(kMaxEntries));
+    }
+    if (!config.transitions.empty()) {
+        logLine("[CONFIG] %d transitions\n", static_cast<int>(config.transitions.size()));
+    }
+    logLine("[CONFIG] %d scenes, %d timeline entries, %dx%d %s%s\n", static_cast<int>(config.scenes.size()),
+            static_cast<int>(config.entries.size()), config.width, config.height,
+            config.fullscreen ? "fullscreen" : "windowed", config.loop ? " loop" : "");
+}
+
 } // namespace
 
-RuntimeConfig loadRuntimeConfig(const std::string& path, const ShaderLookup& shaders) {
+RuntimeConfig readShow(const std::string& bytes, const std::string& baseDir) {
     RuntimeConfig config;
-    config.shaders = shaders;
+    const JsonValue root = parseJson(skipByteOrderMark(bytes), config.leftOut);
+    config.baseDir = baseDir;
+    const Reading at = {&config.assets, &config.baseDir, &config.oddities, nullptr, {}, -1};
+    config.nativeSchema = find(root, "schemaVersion").text == kNativeSchema;
+    config.nativeRuntime = config.nativeSchema;
+    readKeys(find(root, "globals"), kGlobalsKeys, config, inside(at, "globals"));
+    const JsonValue& assets = find(root, "assets");
+    if (isObject(assets, inside(at, "assets"))) readAssets(config, assets, inside(at, "assets"));
+    readKeys(find(root, "audio"), kAudioKeys, config, inside(at, "audio"));
+    config.fallbackImagePath = resolveAssetPath(kDefaultFallbackImage, config.assets, config.baseDir);
+    readKeys(root, kRootKeys, config, at);
+    size_t room = kMaxEntries;
+    readScenes(config, find(root, "scenes"), room, at);
+    readRootEntries(config, find(root, "entries"), room, at);
+    readTransitions(config, find(root, "transitions"), inside(at, "transitions"));
+    return config;
+}
 
+RuntimeConfig loadRuntimeConfig(const std::string& path, void (*loadPack)(const std::string& baseDir)) {
     const std::string file = fullFilePath(path);
     std::string bytes;
     if (!readFile(file, bytes) || bytes.empty()) {
         logLine("[ERROR] Cannot read %s\n", (file.empty() ? path : file).c_str());
+        RuntimeConfig config;
         config.baseDir.clear();
         return config;
     }
-    const JsonValue root = parseJsonFile(skipByteOrderMark(bytes), file);
-
-    config.baseDir = directoryOfFile(file);
+    RuntimeConfig config = readShow(bytes, directoryOfFile(file));
+    if (!config.leftOut.empty()) logLine("[WARN] %s: %s\n", file.c_str(), config.leftOut.c_str());
     // Of the root directory nothing is left before its slash.
     logLine("[CONFIG] baseDir = %s\n", config.baseDir == "/" ? "." : config.baseDir.c_str());
-    if (shaders.loadPack) shaders.loadPack(config.baseDir);
-
-    const std::string schema = getString(find(root, "schemaVersion"), "");
-    if (schema == kNativeSchema) {
-        config.nativeRuntime = true;
-        logLine("[CONFIG] native runtime schema: %s\n", schema.c_str());
-    }
-    readGlobals(config, find(root, "globals"));
-    readAssets(config, find(root, "assets"));
-    readAudio(config, find(root, "audio"));
-    readFallbackImage(config, root);
-    size_t room = kMaxEntries;
-    readScenes(config, find(root, "scenes"), room);
-    readRootEntries(config, find(root, "entries"), room);
-    readTransitions(config, find(root, "transitions"));
-
-    logLine("[CONFIG] %d scenes, %d timeline entries, %dx%d %s%s\n", static_cast<int>(config.scenes.size()),
-            static_cast<int>(config.entries.size()), config.width, config.height,
-            config.fullscreen ? "fullscreen" : "windowed", config.loop ? " loop" : "");
+    if (loadPack) loadPack(config.baseDir);
+    logShow(config);
     return config;
 }

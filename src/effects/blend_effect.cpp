@@ -2,41 +2,30 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
+#include "foundation/text.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr float kLeastDuration = 0.01f; // seconds
 enum Child { kSource, kTarget };
-
-BlendBlock readBlend(const JsonValue& params, float duration) {
-    BlendBlock blend;
-    blend.startTime = getBounded(find(params, "startTime"), blend.startTime, 0.0f, kNoBound);
-    const float rest = duration - blend.startTime;
-    blend.blendDuration = getBounded(find(params, "blendDuration"), rest, kLeastDuration, kNoBound);
-    return blend;
-}
 
 } // namespace
 
 bool createBlend(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    const JsonValue& source = find(entry.params, "source");
-    const JsonValue& target = find(entry.params, "target");
-    if (source.kind != JsonKind::object || target.kind != JsonKind::object) {
+    if (entry.children.empty()) {
         logLine("    [ERROR] Blend requires params.source and params.target\n");
         return false;
     }
-    if (!createTransitionRenderer(materials.device, effect.mixer, entry.baseDir, effect.type)) return false;
-    effect.children.push_back(createChild(materials, source, entry, "source"));
-    effect.children.push_back(createChild(materials, target, entry, "target"));
+    if (!createTransitionRenderer(materials.device, effect.mixer, materials.show.baseDir, effect.type)) return false;
+    for (const TimelineEntry& child : entry.children) effect.children.push_back(createChild(materials, child));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kTarget])) {
-        logLine("    [ERROR] Blend child failed: source=%s target=%s\n", childType(source).c_str(),
-                childType(target).c_str());
+        logLine("    [ERROR] Blend child failed: source=%s target=%s\n", orNone(entry.children[kSource].type),
+                orNone(entry.children[kTarget].type));
         return false;
     }
-    effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);
-    effect.blend = readBlend(entry.params, entry.duration);
+    effect.blend = paramsOf<BlendParams>(entry);
+    effect.mixLook = effect.blend.look;
     return true;
 }
 

@@ -2,23 +2,21 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
+#include "foundation/text.h"
 
 namespace {
 enum Child { kSource, kPost };
 }
 
 bool createChain(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    const JsonValue& source = find(entry.params, "source");
-    const JsonValue& post = find(entry.params, "postProcess");
-    if (source.kind != JsonKind::object || post.kind != JsonKind::object) {
+    if (entry.children.empty()) {
         logLine("    [ERROR] Chain requires params.source and params.postProcess\n");
         return false;
     }
-    effect.children.push_back(createChild(materials, source, entry, "source"));
-    effect.children.push_back(createChild(materials, post, entry, "post"));
+    for (const TimelineEntry& child : entry.children) effect.children.push_back(createChild(materials, child));
     if (!isRunnable(*effect.children[kSource]) || !isRunnable(*effect.children[kPost])) {
-        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", childType(source).c_str(),
-                childType(post).c_str());
+        logLine("    [ERROR] Chain child failed: source=%s post=%s\n", orNone(entry.children[kSource].type),
+                orNone(entry.children[kPost].type));
         return false;
     }
     return true;

@@ -1,42 +1,15 @@
 #include "effects/composite.h"
 
 #include "foundation/log.h"
-#include "foundation/text.h"
-#include "gpu/program.h"
 
-namespace {
-
-// Stands in for a child that is missing: no type, the fallback image on channel 0.
-JsonValue fallbackChild(const std::string& image) {
-    JsonValue path, params, child;
-    path.kind = JsonKind::string;
-    path.text = image;
-    params.kind = JsonKind::object;
-    params.members.push_back({"image", std::move(path)});
-    child.kind = JsonKind::object;
-    child.members.push_back({"params", std::move(params)});
-    return child;
-}
-
-} // namespace
-
-std::unique_ptr<Effect> createChild(const Materials& materials, const JsonValue& json, const TimelineEntry& parent,
-                                    const std::string& suffix) {
-    auto child = std::make_unique<Effect>();
-    if (parent.depth >= kMaxNesting) {
-        logLine("    [WARN] %s_%s is nested deeper than %d effects and left out\n", parent.id.c_str(), suffix.c_str(),
-                kMaxNesting);
-        return child;
+std::unique_ptr<Effect> createChild(const Materials& materials, const TimelineEntry& child) {
+    auto effect = std::make_unique<Effect>();
+    if (child.presence == Presence::tooDeep) {
+        logLine("    [WARN] %s is nested deeper than %d effects and left out\n", child.id.c_str(), kMaxNesting);
+        return effect;
     }
-    const bool isMissing = json.kind != JsonKind::object;
-    *child = createEffect(materials, isMissing ? deriveChildEntry(fallbackChild(parent.fallbackImage), parent, suffix)
-                                               : deriveChildEntry(json, parent, suffix));
-    return child;
-}
-
-std::string childType(const JsonValue& json) {
-    const std::string type = keptName(getString(find(json, "type"), ""));
-    return orNone(type);
+    *effect = createEffect(materials, child);
+    return effect;
 }
 
 bool createBlit(Device& device, Effect& effect) {

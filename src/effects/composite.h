@@ -3,16 +3,8 @@
 
 #include "effects/effect.h"
 
-// Effects within effects, the outermost not counted; what lies deeper is left out with a line in the log.
-constexpr int kMaxNesting = 16;
-
-// The child that `json` describes; one that is no object stands for the entry's fallback image. May not be
-// runnable. The name is the parent's with "_" and the suffix.
-std::unique_ptr<Effect> createChild(const Materials& materials, const JsonValue& json, const TimelineEntry& parent,
-                                    const std::string& suffix);
-
-// The type of the child that `json` describes, as written; "(none)" without one.
-std::string childType(const JsonValue& json);
+// The effect of a composite's child. May not be runnable; one that lies too deep is not, with a line in the log.
+std::unique_ptr<Effect> createChild(const Materials& materials, const TimelineEntry& child);
 
 // The program that shows a child's picture; false, with the driver's words in the log, when there is none.
 bool createBlit(Device& device, Effect& effect);

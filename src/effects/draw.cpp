@@ -18,7 +18,8 @@ void drawEffect(Device& device, Effect& effect, const Draw& draw) {
     case EffectKind::shader: drawShaderEffect(device, effect, draw); break;
     case EffectKind::bitmapText: drawBitmapText(device, effect.bitmapText, *program, values, draw); break;
     case EffectKind::kineticText: drawKineticText(effect.kineticText, *program, values, draw); break;
-    case EffectKind::caption: drawCaption(effect.caption, *program, values, draw); break;
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll: drawCaption(effect.caption, *program, values, draw); break;
     case EffectKind::shapeText: drawShapeText(device, effect.shapeText, *program, values, draw); break;
     case EffectKind::blend: drawBlend(device, effect, draw); break;
     case EffectKind::timelineBlend: drawTimelineBlend(device, effect, draw); break;

@@ -1,10 +1,11 @@
 // The record that renders one entry of the timeline, and the handful of operations on it.
 #pragma once
 
-#include "config/timeline_entry.h"
+#include "config/runtime_config.h"
 #include "effects/transition.h"
 #include "gpu/device.h"
 #include "gpu/draw.h"
+#include "gpu/shader_lookup.h"
 #include "gpu/uniform_values.h"
 #include "text/bitmap_text.h"
 #include "text/caption.h"
@@ -16,66 +17,9 @@
 #include <string>
 #include <vector>
 
-enum class EffectKind {
-    none,          // default state: draws nothing
-    image,         // the built-in image shader
-    shader,        // a full-screen shader, with or without a buffer pass
-    bitmapText,    // text out of the bitmap font, drawn by its shader
-    kineticText,   // moving text of a colour font
-    caption,       // a lower third or a credit roll
-    shapeText,     // a vector logo
-    blend,         // two children, one mixed into the other
-    timelineBlend, // children one after the other, mixed where they overlap
-    chain,         // a child's picture handed to another child
-    dynamicSplit,  // two children on either side of a moving edge
-    pip,           // a child with an inset image or child
-};
-
-// How an image fills the output.
-enum class FitMode {
-    stretch, // whole output, aspect ignored
-    contain, // whole image, bars transparent
-    cover,   // whole output, image cropped
-};
-
-enum class PipCorner { bottomRight, bottomLeft, topRight, topLeft };
-
-// When a blend mixes, on its own clock.
-struct BlendBlock {
-    float startTime = 0.0f;     // seconds
-    float blendDuration = 5.0f; // seconds, at least 0.01
-};
-
-// When each child of a timeline blend plays, on the blend's clock.
-struct BlendStep {
-    float start = 0.0f;    // seconds
-    float duration = 1.0f; // seconds, at least 0.001
-};
-
-struct SplitBlock {
-    int mode = 0; // 0 vertical edge, 1 horizontal, 2 diagonal, 3 wave
-    float speed = 1.0f;
-    float amplitude = 0.2f;   // 0..1
-    float position = 0.5f;    // 0..1
-    float feather = 0.03f;    // 0.0001..0.5
-    float angle = 0.7853982f; // radians
-    float waveFrequency = 5.0f;
-    bool invert = false;
-};
-
 // Of a split's program, resolved when it is made.
 struct SplitUniforms {
     UniformInfo position, amplitude, speed, angle, waveFrequency, feather, mode, invert;
-};
-
-struct PipBlock {
-    float scale = 0.25f; // of the output, 0.05..1
-    int margin = 16;     // pixels
-    float alpha = 1.0f;  // 0..1
-    float delay = 0.0f;  // seconds
-    float fadeIn = 0.0f; // seconds
-    PipCorner corner = PipCorner::bottomRight;
-    ChannelBinding image; // belongs to the texture cache; no texture where the inset is a child
 };
 
 // One pass's program with the values that the effect gives it.
@@ -112,26 +56,31 @@ struct Effect {
     std::array<RenderTarget, 2> childTargets;
     TransitionRenderer mixer;
     TransitionLook mixLook;
-    BlendBlock blend;
+    BlendParams blend;
     std::vector<BlendStep> steps; // one a child
     float stepsEnd = 0.0f;        // seconds, of the last one to end
     bool loopSteps = true;
-    SplitBlock split;
+    SplitParams split;
     SplitUniforms splitUniforms;
-    PipBlock pip;
+    PipParams pip;
+    ChannelBinding pipImage; // the device's; no texture where the inset is a child
 };
 
 // What effects are made with.
 struct Materials {
     Device& device;
     Fonts& fonts;
+    const RuntimeConfig& show;
     int width = 1; // pixels of the output that they will be drawn for
     int height = 1;
 };
 
-// Turns an entry into the effect of the kind that its type selects. Needs a current context. Failures are
-// in the log; a failed effect is not runnable and has nothing to release.
+// Turns an entry of the show into the effect of its kind. Needs a current context. Failures are in the log; a failed
+// effect is not runnable and has nothing to release.
 Effect createEffect(const Materials& materials, const TimelineEntry& entry);
+
+// Where the shaders of an entry without children lie.
+ShaderPaths shaderPathsOf(const TimelineEntry& entry, const RuntimeConfig& show);
 
 bool isRunnable(const Effect& effect);
 bool hasBuffer(const Effect& effect);

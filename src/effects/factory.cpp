@@ -14,51 +14,26 @@
 
 namespace {
 
-struct KindName {
-    const char* type;
-    EffectKind kind;
-};
-
-// Every other type is a shader effect.
-constexpr KindName kKinds[] = {
-    {"blend", EffectKind::blend},
-    {"timeline_blend", EffectKind::timelineBlend},
-    {"chain", EffectKind::chain},
-    {"dynamicsplit", EffectKind::dynamicSplit},
-    {"piptexture", EffectKind::pip},
-    {"pip", EffectKind::pip},
-    {"image", EffectKind::image},
-    {"bitmaptext", EffectKind::bitmapText},
-    {"kinetictext", EffectKind::kineticText},
-    {"lowerthird", EffectKind::caption},
-    {"creditroll", EffectKind::caption},
-    {"shapetext", EffectKind::shapeText},
-};
-
-EffectKind kindOf(const TimelineEntry& entry, const std::string& type) {
-    for (const KindName& named : kKinds) {
-        if (type == named.type) return named.kind;
-    }
-    // An entry without a type that has an image stands for that image; composites make such entries in
-    // place of a child that is missing.
-    if (type.empty() && !entry.channels[0].empty()) return EffectKind::image;
-    return EffectKind::shader;
+// The picture of a channel; the place of a missing effect shows the show's fallback image.
+const std::string& channelPath(const TimelineEntry& entry, const RuntimeConfig& show, int channel) {
+    const bool standsIn = channel == 0 && entry.presence == Presence::missing;
+    return standsIn ? show.fallbackImagePath : entry.channels[channel];
 }
 
 // False when there is no fragment source.
-bool readSources(const TimelineEntry& entry, EffectKind kind, ShaderPair& sources) {
-    if (kind == EffectKind::image) {
+bool readSources(const TimelineEntry& entry, const ShaderPaths& paths, ShaderPair& sources) {
+    if (entry.kind == EffectKind::image) {
         sources = {kQuadVertexSource, kQuadFragmentSource};
         return true;
     }
-    sources.vertex = entry.vertPath.empty() ? "" : readTextFile(entry.vertPath);
+    sources.vertex = paths.vertex.empty() ? "" : readTextFile(paths.vertex);
     if (sources.vertex.empty()) {
-        logLine("    [WARN] Vert not found: %s (using default)\n", orNone(entry.vertPath));
+        logLine("    [WARN] Vert not found: %s (using default)\n", orNone(paths.vertex));
         sources.vertex = kQuadVertexSource;
     }
-    sources.fragment = entry.fragPath.empty() ? "" : readTextFile(entry.fragPath);
+    sources.fragment = paths.fragment.empty() ? "" : readTextFile(paths.fragment);
     if (!sources.fragment.empty()) return true;
-    logLine("    [ERROR] Frag not found: %s\n", orNone(entry.fragPath));
+    logLine("    [ERROR] Frag not found: %s\n", orNone(paths.fragment));
     return false;
 }
 
@@ -69,16 +44,16 @@ bool buildProgram(const Materials& materials, const TimelineEntry& entry, const 
     pass.program = findProgram(programs, sources, label);
     if (!pass.program) return false;
     pass.values = makeUniformValues(programs, *pass.program);
-    setParamValues(pass.values, *pass.program, entry.params);
+    setParamValues(pass.values, *pass.program, entry.shaderParams);
     return true;
 }
 
-void buildBufferProgram(const Materials& materials, const TimelineEntry& entry, const std::string& vertexSource,
-                        Effect& effect) {
-    if (entry.bufferPath.empty()) return;
-    const std::string source = readTextFile(entry.bufferPath);
+void buildBufferProgram(const Materials& materials, const TimelineEntry& entry, const std::string& path,
+                        const std::string& vertexSource, Effect& effect) {
+    if (path.empty()) return;
+    const std::string source = readTextFile(path);
     if (source.empty()) {
-        logLine("    [WARN] BufferA not found: %s\n", entry.bufferPath.c_str());
+        logLine("    [WARN] BufferA not found: %s\n", path.c_str());
         return;
     }
     buildProgram(materials, entry, {vertexSource, source}, std::string(orNone(entry.type)) + "_Buf", effect.buffer);
@@ -95,30 +70,34 @@ bool wantsChannel0(const Program* program) {
     return program && samplesChannel0(program->uniforms);
 }
 
-void loadChannels(TextureCache& textures, const TimelineEntry& entry, Effect& effect) {
+void loadChannels(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
+    TextureCache& textures = materials.device.textures;
     for (int i = 0; i < kChannelCount; ++i) {
-        const bool useImage = i == 0 && entry.channels[0].empty();
-        loadChannel(textures, effect.channels[i], useImage ? entry.imagePath : entry.channels[i]);
+        loadChannel(textures, effect.channels[i], channelPath(entry, materials.show, i));
     }
     const bool wantsImage = wantsChannel0(effect.main.program) || wantsChannel0(effect.buffer.program);
     if (effect.channels[0].texture || !wantsImage) return;
-    loadChannel(textures, effect.channels[0], entry.fallbackImage);
+    loadChannel(textures, effect.channels[0], materials.show.fallbackImagePath);
     if (effect.channels[0].texture) logLine("  [TEX] using fallback for %s channel0\n", orNone(entry.type));
 }
 
 // What the effect's kind draws with its program; false when that is missing.
-bool createKindBlock(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createKindBlock(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
     Fonts& fonts = materials.fonts;
     const Program& program = *effect.main.program;
-    switch (kind) {
-    case EffectKind::bitmapText: return createBitmapText(fonts, effect.bitmapText, entry.params, program);
+    const std::string& baseDir = materials.show.baseDir;
+    switch (entry.kind) {
+    case EffectKind::bitmapText:
+        return createBitmapText(fonts, effect.bitmapText, paramsOf<BitmapTextParams>(entry), program);
     case EffectKind::kineticText:
-        return createKineticText(fonts, effect.kineticText, entry.params, entry.baseDir, program);
-    case EffectKind::caption:
-        return createCaption(fonts, effect.caption, entry.params, effect.type == "creditroll", clockLength(entry),
-                             entry.baseDir, program, materials.width, materials.height);
+        return createKineticText(fonts, effect.kineticText, paramsOf<KineticTextParams>(entry), baseDir, program);
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll:
+        return createCaption(fonts, effect.caption, paramsOf<CaptionParams>(entry), clockLength(entry), baseDir,
+                             program, materials.width, materials.height);
     case EffectKind::shapeText:
-        return createShapeText(materials.device.textures, effect.shapeText, entry.params, entry.baseDir, program);
+        return createShapeText(materials.device.textures, effect.shapeText, paramsOf<ShapeTextParams>(entry), baseDir,
+                               program);
     case EffectKind::none:
     case EffectKind::image:
     case EffectKind::shader:
@@ -132,27 +111,29 @@ bool createKindBlock(const Materials& materials, const TimelineEntry& entry, Eff
 }
 
 // Effects with a main program of their own.
-bool createProgramEffect(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
+bool createProgramEffect(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
+    const ShaderPaths paths = shaderPathsOf(entry, materials.show);
     ShaderPair sources;
-    if (!readSources(entry, kind, sources)) return false;
-    if (effect.type == "image") effect.fit = readFitMode(entry.params);
+    if (!readSources(entry, paths, sources)) return false;
+    effect.fit = paramsOf<ImageParams>(entry).fit;
     const bool isWhole = buildProgram(materials, entry, sources, orNone(entry.type), effect.main) &&
-                         createKindBlock(materials, entry, kind, effect);
+                         createKindBlock(materials, entry, effect);
     if (!isWhole) effect.main = {}; // wants no picture any more
-    buildBufferProgram(materials, entry, sources.vertex, effect);
-    loadChannels(materials.device.textures, entry, effect);
+    buildBufferProgram(materials, entry, paths.buffer, sources.vertex, effect);
+    loadChannels(materials, entry, effect);
     return isWhole; // not before all that is wrong with the entry has been said
 }
 
-bool createKind(const Materials& materials, const TimelineEntry& entry, EffectKind kind, Effect& effect) {
-    switch (kind) {
+bool createKind(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
+    switch (entry.kind) {
     case EffectKind::none: return false;
     case EffectKind::image:
     case EffectKind::shader:
     case EffectKind::bitmapText:
     case EffectKind::kineticText:
-    case EffectKind::caption:
-    case EffectKind::shapeText: return createProgramEffect(materials, entry, kind, effect);
+    case EffectKind::lowerThird:
+    case EffectKind::creditRoll:
+    case EffectKind::shapeText: return createProgramEffect(materials, entry, effect);
     case EffectKind::blend: return createBlend(materials, entry, effect);
     case EffectKind::timelineBlend: return createTimelineBlend(materials, entry, effect);
     case EffectKind::chain: return createChain(materials, entry, effect);
@@ -164,16 +145,22 @@ bool createKind(const Materials& materials, const TimelineEntry& entry, EffectKi
 
 } // namespace
 
+ShaderPaths shaderPathsOf(const TimelineEntry& entry, const RuntimeConfig& show) {
+    if (const auto* glitch = std::get_if<GlitchParams>(&entry.params)) {
+        return resolveGlitchShaders(glitchShaderName(glitch->style), show.baseDir);
+    }
+    return resolveShaderSources(entry.type, show.baseDir);
+}
+
 Effect createEffect(const Materials& materials, const TimelineEntry& entry) {
     Effect effect;
     effect.type = toLower(entry.type);
     effect.alpha = entry.alpha;
     effect.timeScale = entry.timeScale;
-    effect.blendMode = blendModeFrom(entry.blendMode);
+    effect.blendMode = entry.blendMode;
 
-    const EffectKind kind = kindOf(entry, effect.type);
-    if (createKind(materials, entry, kind, effect)) {
-        effect.kind = kind;
+    if (createKind(materials, entry, effect)) {
+        effect.kind = entry.kind;
         return effect;
     }
     // What was made before it failed goes the ordinary way; the type stays, for whoever reports it.

@@ -1,7 +1,5 @@
 #include "effects/image_effect.h"
 
-#include "foundation/text.h"
-
 #include <algorithm>
 
 namespace {
@@ -17,13 +15,6 @@ void scaleAxis(float& scale, float& offset, float factor) {
 }
 
 } // namespace
-
-FitMode readFitMode(const JsonValue& params) {
-    const std::string fit = toLower(getString(find(params, "fit"), "stretch"));
-    if (fit == "fit" || fit == "contain") return FitMode::contain;
-    if (fit == "fill" || fit == "cover") return FitMode::cover;
-    return FitMode::stretch;
-}
 
 ImageFit fitImage(FitMode mode, int imageWidth, int imageHeight, int targetWidth, int targetHeight) {
     constexpr float kLeastRatio = 0.0001f;

@@ -3,9 +3,6 @@
 
 #include "effects/effect.h"
 
-// "fit" of an entry's "params" (any letter case): "fit" and "contain", "fill" and "cover", else stretch.
-FitMode readFitMode(const JsonValue& params);
-
 // Texture coordinates are the quad's times scale plus offset.
 struct ImageFit {
     float scaleX = 1.0f, scaleY = 1.0f;

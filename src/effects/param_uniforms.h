@@ -1,9 +1,9 @@
 // A show sets a shader's own uniforms from an entry's "params".
 #pragma once
 
-#include "foundation/json.h"
+#include "config/shader_params.h"
 #include "gpu/uniform_values.h"
 
-// Sets every number, bool and array of 2 to 4 numbers of `params` for the program's uniforms of that name and of
-// "u" + name with a capital ("speed": uSpeed). Names that the player writes itself are left alone.
-void setParamValues(UniformValues& values, const Program& program, const JsonValue& params);
+// Sets each value for the program's uniforms of its name and of "u" + name with a capital ("speed": uSpeed). Names that
+// the player writes itself are left alone.
+void setParamValues(UniformValues& values, const Program& program, const std::vector<ShaderParam>& params);

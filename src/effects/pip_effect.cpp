@@ -13,45 +13,28 @@ namespace {
 
 enum Child { kMain, kInset };
 
-PipCorner readCorner(const JsonValue& params) {
-    std::string corner = toLower(getString(find(params, "corner"), "bottomright"));
-    std::erase(corner, '-');
-    std::erase(corner, '_');
-    if (corner == "bottomleft") return PipCorner::bottomLeft;
-    if (corner == "topright") return PipCorner::topRight;
-    if (corner == "topleft") return PipCorner::topLeft;
-    return PipCorner::bottomRight;
-}
-
-void loadInsetImage(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    std::string path = entry.fallbackImage;
-    for (const char* key : {"image", "iChannel0"}) {
-        const JsonValue& value = find(entry.params, key);
-        if (value.kind != JsonKind::string) continue;
-        path = resolveAssetPath(value.text, *entry.assets, entry.baseDir);
-        break;
-    }
+void loadInsetImage(const Materials& materials, const std::string& path, Effect& effect) {
     TextureInfo image;
     if (fileExists(path)) image = loadPicture(materials.device.textures, path);
     if (image.texture) {
-        effect.pip.image = {image.texture, image.width, image.height, path};
+        effect.pipImage = {image.texture, image.width, image.height, path};
     } else {
         logLine("    [WARN] PiPTexture image not found: %s\n", path.c_str());
     }
 }
 
-void createInsetChild(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    std::unique_ptr<Effect> inset = createChild(materials, find(entry.params, "pip"), entry, "pip");
+void createInsetChild(const Materials& materials, const TimelineEntry& description, Effect& effect) {
+    std::unique_ptr<Effect> inset = createChild(materials, description);
     if (isRunnable(*inset)) {
         effect.children.push_back(std::move(inset));
         return;
     }
-    logLine("    [WARN] PiP child failed: type=%s\n", childType(find(entry.params, "pip")).c_str());
+    logLine("    [WARN] PiP child failed: type=%s\n", orNone(description.type));
     releaseEffect(*inset);
 }
 
 // Opacity of the inset at a time: nothing before its delay, then its fade.
-float insetAlpha(const PipBlock& pip, float t) {
+float insetAlpha(const PipParams& pip, float t) {
     if (t < pip.delay) return 0.0f;
     const float fade = pip.fadeIn > 0.0f ? std::clamp((t - pip.delay) / pip.fadeIn, 0.0f, 1.0f) : 1.0f;
     return fade * pip.alpha;
@@ -59,18 +42,7 @@ float insetAlpha(const PipBlock& pip, float t) {
 
 } // namespace
 
-PipBlock readPip(const JsonValue& params) {
-    PipBlock pip;
-    pip.scale = getBounded(find(params, "pipScale"), pip.scale, 0.05f, 1.0f);
-    pip.margin = std::max(getInt(find(params, "pipMargin"), pip.margin), 0);
-    pip.alpha = getBounded(find(params, "pipAlpha"), pip.alpha, 0.0f, 1.0f);
-    pip.delay = getBounded(find(params, "pipDelay"), pip.delay, 0.0f, kNoBound);
-    pip.fadeIn = getBounded(find(params, "pipFadeIn"), pip.fadeIn, 0.0f, kNoBound);
-    pip.corner = readCorner(params);
-    return pip;
-}
-
-PipRect pipRect(const PipBlock& pip, int width, int height) {
+PipRect pipRect(const PipParams& pip, int width, int height) {
     const auto scaled = [&](int side) {
         return std::max(1, static_cast<int>(std::lroundf(static_cast<float>(side) * pip.scale)));
     };
@@ -91,21 +63,22 @@ PipRect pipRect(const PipBlock& pip, int width, int height) {
 }
 
 bool createPip(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    if (entry.params.kind != JsonKind::object) {
+    if (entry.children.empty()) {
         logLine("    [ERROR] PiP requires params object\n");
         return false;
     }
     if (!createBlit(materials.device, effect)) return false;
-    effect.children.push_back(createChild(materials, find(entry.params, "main"), entry, "main"));
+    effect.children.push_back(createChild(materials, entry.children[kMain]));
     if (!isRunnable(*effect.children[kMain])) {
-        logLine("    [ERROR] PiP main child failed: type=%s\n", childType(find(entry.params, "main")).c_str());
+        logLine("    [ERROR] PiP main child failed: type=%s\n", orNone(entry.children[kMain].type));
         return false;
     }
-    effect.pip = readPip(entry.params);
-    if (effect.type == "piptexture") {
-        loadInsetImage(materials, entry, effect);
+    effect.pip = paramsOf<PipParams>(entry);
+    if (effect.pip.insetIsImage) {
+        loadInsetImage(materials, effect.pip.image.empty() ? materials.show.fallbackImagePath : effect.pip.image,
+                       effect);
     } else {
-        createInsetChild(materials, entry, effect);
+        createInsetChild(materials, entry.children[kInset], effect);
     }
     return true;
 }
@@ -118,7 +91,7 @@ void drawPip(Device& device, Effect& effect, const Draw& draw) {
     const float alpha = insetAlpha(effect.pip, static_cast<float>(draw.time));
     if (alpha <= 0.0f) return;
     const PipRect rect = pipRect(effect.pip, draw.width, draw.height);
-    GLuint picture = effect.pip.image.texture;
+    GLuint picture = effect.pipImage.texture;
     if (effect.children.size() > kInset) {
         renderChild(device, *effect.children[kInset], effect.childTargets[kInset], rect.width, rect.height, draw,
                     draw.time);

@@ -9,9 +9,6 @@ bool createPip(const Materials& materials, const TimelineEntry& entry, Effect& e
 
 void drawPip(Device& device, Effect& effect, const Draw& draw);
 
-// The settings of an entry's "params", clamped.
-PipBlock readPip(const JsonValue& params);
-
 // A rectangle of the output in pixels, lower-left origin.
 struct PipRect {
     int x = 0, y = 0;
@@ -19,4 +16,4 @@ struct PipRect {
 };
 
 // Where the inset lies in an output of that size.
-PipRect pipRect(const PipBlock& pip, int width, int height);
+PipRect pipRect(const PipParams& pip, int width, int height);

@@ -7,9 +7,3 @@
 bool createDynamicSplit(const Materials& materials, const TimelineEntry& entry, Effect& effect);
 
 void drawDynamicSplit(Device& device, Effect& effect, const Draw& draw);
-
-// Code of a mode's name, letter case, "-" and "_" aside: 1 horizontal, 2 diagonal, 3 wave, else 0, vertical.
-int splitModeCode(const std::string& name);
-
-// The settings of an entry's "params", clamped.
-SplitBlock readSplit(const JsonValue& params);

@@ -9,23 +9,25 @@ bool isCpuOnly(const std::string& type) {
     return type == "neon_text" || type == "chaineffect5lines" || type == "rotatingcube";
 }
 
-void announceEntry(const TimelineEntry& entry, LoadWords words) {
+void announceEntry(const TimelineEntry& entry, const RuntimeConfig& show, LoadWords words) {
     switch (words) {
     case LoadWords::times:
         logLine("  [LOAD] t=%.3fs dur=%.3fs scene=%s type=%s\n", static_cast<double>(entry.start),
                 static_cast<double>(entry.duration), orNone(entry.scene), orNone(entry.type));
         break;
-    case LoadWords::shaders:
-        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(entry.vertPath), orNone(entry.fragPath));
+    case LoadWords::shaders: {
+        const ShaderPaths paths = shaderPathsOf(entry, show);
+        logLine("  [LOAD] %s vert=%s frag=%s\n", orNone(entry.type), orNone(paths.vertex), orNone(paths.fragment));
         break;
+    }
     }
 }
 
 } // namespace
 
-void makeEffects(Stage& stage, StagePart& part, std::span<const TimelineEntry> entries, LoadWords words, int width,
-                 int height) {
-    const Materials materials = {stage.device, stage.fonts, width, height};
+void makeEffects(Stage& stage, StagePart& part, const RuntimeConfig& show, std::span<const TimelineEntry> entries,
+                 LoadWords words, int width, int height) {
+    const Materials materials = {stage.device, stage.fonts, show, width, height};
     part.entries.reserve(entries.size());
     part.effects.reserve(entries.size());
     for (const TimelineEntry& entry : entries) {
@@ -33,7 +35,7 @@ void makeEffects(Stage& stage, StagePart& part, std::span<const TimelineEntry> e
             logLine("  [SKIP] %s (CPU-only, not supported)\n", entry.type.c_str());
             continue;
         }
-        announceEntry(entry, words);
+        announceEntry(entry, show, words);
         Effect effect = createEffect(materials, entry);
         if (!isRunnable(effect)) {
             logLine("  [SKIP] %s (shader failed)\n", orNone(entry.type));

@@ -30,8 +30,8 @@ struct Stage {
 enum class LoadWords { times, shaders };
 
 // Makes the effects of entries for an output of width x height pixels. What fails is logged and left out.
-void makeEffects(Stage& stage, StagePart& part, std::span<const TimelineEntry> entries, LoadWords words, int width,
-                 int height);
+void makeEffects(Stage& stage, StagePart& part, const RuntimeConfig& show, std::span<const TimelineEntry> entries,
+                 LoadWords words, int width, int height);
 
 // Finds the show's transition shader and makes the targets; false, with a line in the log, when there is no shader.
 bool makeTransition(Stage& stage, const std::string& baseDir, int width, int height);

@@ -2,6 +2,7 @@
 
 #include "effects/composite.h"
 #include "foundation/log.h"
+#include "foundation/text.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
@@ -9,42 +10,34 @@
 
 namespace {
 
-constexpr float kLeastDuration = 0.001f; // seconds
+constexpr float kLeastLoop = 0.001f;     // seconds
 constexpr float kLeastOverlap = 0.0001f; // seconds
-
-BlendStep readStep(const JsonValue& json) {
-    BlendStep step;
-    step.start = getBounded(find(json, "startTime"), step.start, 0.0f, kNoBound);
-    step.start = getBounded(find(json, "start"), step.start, 0.0f, kNoBound);
-    step.duration = getBounded(find(json, "duration"), step.duration, kLeastDuration, kNoBound);
-    return step;
-}
 
 float endOf(const BlendStep& step) {
     return step.start + step.duration;
 }
 
 void appendStep(const Materials& materials, const TimelineEntry& entry, Effect& effect, int index,
-                const JsonValue& json) {
-    const JsonValue& description = find(json, "effect");
-    if (description.kind != JsonKind::object) {
+                const BlendStep& step) {
+    if (step.child < 0) {
         logLine("    [WARN] TimelineBlend step %d missing effect object\n", index);
         return;
     }
-    std::unique_ptr<Effect> child = createChild(materials, description, entry, "step" + std::to_string(index));
+    const TimelineEntry& description = entry.children[static_cast<size_t>(step.child)];
+    std::unique_ptr<Effect> child = createChild(materials, description);
     if (!isRunnable(*child)) {
-        logLine("    [WARN] TimelineBlend step %d failed: type=%s\n", index, childType(description).c_str());
+        logLine("    [WARN] TimelineBlend step %d failed: type=%s\n", index, orNone(description.type));
         releaseEffect(*child);
         return;
     }
     effect.children.push_back(std::move(child));
-    effect.steps.push_back(readStep(json));
-    effect.stepsEnd = std::max(effect.stepsEnd, endOf(effect.steps.back()));
+    effect.steps.push_back(step);
+    effect.stepsEnd = std::max(effect.stepsEnd, endOf(step));
 }
 
 // The time within the steps, wrapped when they loop.
 double stepTime(const Effect& effect, double time) {
-    const bool wraps = effect.loopSteps && effect.stepsEnd > kLeastDuration;
+    const bool wraps = effect.loopSteps && effect.stepsEnd > kLeastLoop;
     return wraps ? std::fmod(std::max(time, 0.0), static_cast<double>(effect.stepsEnd)) : time;
 }
 
@@ -76,21 +69,21 @@ void renderStep(Device& device, Effect& effect, int step, RenderTarget& target, 
 } // namespace
 
 bool createTimelineBlend(const Materials& materials, const TimelineEntry& entry, Effect& effect) {
-    const JsonValue& steps = find(entry.params, "steps");
-    if (steps.kind != JsonKind::array) {
+    const TimelineBlendParams& params = paramsOf<TimelineBlendParams>(entry);
+    if (!params.hasSteps) {
         logLine("    [ERROR] TimelineBlend requires params.steps\n");
         return false;
     }
-    if (!createTransitionRenderer(materials.device, effect.mixer, entry.baseDir, effect.type)) return false;
-    for (size_t i = 0; i < steps.items.size(); ++i)
-        appendStep(materials, entry, effect, static_cast<int>(i), steps.items[i]);
+    if (!createTransitionRenderer(materials.device, effect.mixer, materials.show.baseDir, effect.type)) return false;
+    int index = 0;
+    for (const BlendStep& step : params.steps) appendStep(materials, entry, effect, index++, step);
     if (effect.children.empty()) {
         logLine("    [ERROR] TimelineBlend has no runnable steps\n");
         return false;
     }
     if (!createBlit(materials.device, effect)) return false;
-    effect.loopSteps = getBool(find(entry.params, "loop"), true);
-    effect.mixLook = readTransitionLook(getString(find(entry.params, "mixMode"), "fade"), entry.params);
+    effect.loopSteps = params.loop;
+    effect.mixLook = params.look;
     return true;
 }
 

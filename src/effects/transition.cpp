@@ -10,17 +10,6 @@
 
 namespace {
 
-struct TransitionStyle {
-    const char* name;
-    int code;
-};
-
-constexpr TransitionStyle kStyles[] = {
-    {"fade", 0},     {"wipe", 1},        {"vertical", 1},      {"bands", 2},        {"curtains", 3}, {"horizontal", 4},
-    {"dissolve", 5}, {"noise_smoke", 6}, {"noise_organic", 7}, {"noise_glitch", 8}, {"wavy", 9},     {"crosswarp", 10},
-    {"burning", 11}, {"pixellated", 12}, {"radialwipe", 13},   {"dots", 14},
-};
-
 // In the order of TransitionUniform.
 constexpr const char* kUniformNames[] = {
     "texA",          "texB",         "progress",    "startDelay", "effectId",   "softness",
@@ -70,32 +59,6 @@ void writeUniforms(const TransitionRenderer& renderer, int width, int height, fl
 }
 
 } // namespace
-
-int transitionStyleCode(const std::string& name) {
-    const std::string lower = toLower(name);
-    for (const TransitionStyle& style : kStyles) {
-        if (lower == style.name) return style.code;
-    }
-    return 0;
-}
-
-TransitionLook readTransitionLook(const std::string& style, const JsonValue& params) {
-    TransitionLook look;
-    const auto read = [&](const char* key, float& value) { value = getFinite(find(params, key), value); };
-    look.effectId = transitionStyleCode(style);
-    read("startDelay", look.startDelay);
-    read("softness", look.softness);
-    look.bands = getInt(find(params, "bands"), look.bands);
-    read("rotation", look.rotationDeg);
-    read("blockSize", look.blockSizePx);
-    read("noiseScale", look.noiseScale);
-    read("noiseSpeed", look.noiseSpeed);
-    read("noiseThreshold", look.noiseThreshold);
-    read("waveAmplitude", look.waveAmplitude);
-    read("dotFrequency", look.dotFrequency);
-    read("dotPower", look.dotPower);
-    return look;
-}
 
 bool initTransitionRenderer(Device& device, TransitionRenderer& renderer, const std::string& baseDir) {
     ShaderPair sources;

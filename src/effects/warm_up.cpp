@@ -20,7 +20,8 @@ bool markWarm(Program& program, BlendMode blending, DrawTarget target) {
 // Texts set blending as their own params say, whatever the draw asks for.
 BlendMode drawnBlending(const Effect& effect, BlendMode asked) {
     if (effect.kind == EffectKind::kineticText) return effect.kineticText.params.blendMode;
-    if (effect.kind == EffectKind::caption) return effect.caption.params.blendMode;
+    if (effect.kind == EffectKind::lowerThird || effect.kind == EffectKind::creditRoll)
+        return effect.caption.params.blendMode;
     if (effect.kind == EffectKind::shapeText) return effect.shapeText.params.blendMode;
     return asked;
 }

@@ -226,16 +226,24 @@ JsonValue parseJson(const std::string& text) {
     return parseJson(cursor);
 }
 
-JsonValue parseJsonFile(const char* text, const std::string& path) {
+JsonValue parseJson(const char* text, std::string& leftOut) {
     const char* end = text;
     JsonLimit reached = JsonLimit::none;
     JsonValue root = parseJson(end, &reached);
+    leftOut.clear();
     if (reached == JsonLimit::none) return root;
-    const auto bytes = static_cast<long long>(end - text), lines = static_cast<long long>(std::count(text, end, '\n'));
     const std::string reason = reached == JsonLimit::memory
                                    ? "its values take more than " + std::to_string(kJsonMaxBytes >> 20) + " MB"
                                    : "nested deeper than " + std::to_string(kJsonMaxDepth) + " lists and objects";
-    logLine("[WARN] %s: left out from line %lld, byte %lld on: %s\n", path.c_str(), lines + 1, bytes, reason.c_str());
+    leftOut = "left out from line " + std::to_string(std::count(text, end, '\n') + 1) + ", byte " +
+              std::to_string(end - text) + " on: " + reason;
+    return root;
+}
+
+JsonValue parseJsonFile(const char* text, const std::string& path) {
+    std::string leftOut;
+    JsonValue root = parseJson(text, leftOut);
+    if (!leftOut.empty()) logLine("[WARN] %s: %s\n", path.c_str(), leftOut.c_str());
     return root;
 }
 

@@ -44,6 +44,9 @@ enum class JsonLimit { none, memory, depth };
 JsonValue parseJson(const char*& cursor, JsonLimit* reached = nullptr);
 JsonValue parseJson(const std::string& text);
 
+// The same; `leftOut` says from where on a limit left something out, and why, and is empty where none did.
+JsonValue parseJson(const char* text, std::string& leftOut);
+
 // The same for the text of a file: what a limit leaves out is said in the log, under the file's path.
 JsonValue parseJsonFile(const char* text, const std::string& path);
 

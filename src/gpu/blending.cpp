@@ -2,10 +2,6 @@
 
 #include "platform/gl.h"
 
-BlendMode blendModeFrom(const std::string& name) {
-    return name == "additive" ? BlendMode::additive : BlendMode::alpha;
-}
-
 void setBlending(BlendMode mode) {
     if (mode == BlendMode::opaque) {
         glDisable(GL_BLEND);

@@ -1,5 +1,6 @@
 #include "gpu/shader_lookup.h"
 
+#include "config/paths.h"
 #include "foundation/text.h"
 #include "gpu/shader_pack.h"
 #include "platform/files.h"
@@ -24,34 +25,6 @@ constexpr BuiltinShader kBuiltinShaders[] = {
     {"lowerthird", "Text", "LowerThird.vert", "LowerThird.frag"},
     {"creditroll", "Text", "LowerThird.vert", "LowerThird.frag"},
     {"shapetext", "Text", "ShapeText.vert", "ShapeText.frag"},
-};
-
-struct GlitchStyle {
-    const char* style;
-    const char* baseName;
-};
-
-constexpr GlitchStyle kGlitchStyles[] = {
-    {"vhstape", "GlitchVHSTape"},
-    {"rain", "GlitchRain"},
-    {"pattern", "GlitchPattern"},
-    {"rainingblood", "GlitchRainingBlood"},
-    {"glitchboi", "GlitchBoi"},
-    {"sinewave", "GlitchSineWave"},
-    {"rgbsplit", "GlitchRGBSplit"},
-    {"gridvid", "GlitchGridVid"},
-    {"moving", "GlitchMoving"},
-    {"signal", "GlitchSignal"},
-    {"blurmist", "GlitchBlurMist"},
-    {"sw", "GlitchSW"},
-    {"hardcode", "GlitchHardcode"},
-    {"brokentv", "GlitchBrokenTV"},
-    {"liquiddos", "GlitchLiquidDOS"},
-    {"memleak", "GlitchMemleak"},
-    {"crttube", "CRTTube"},
-    {"pixel", "GlitchPixel"},
-    {"chromaticaberration", "GlitchChromaticAberration"},
-    {"retrobn", "GlitchRetroBN"},
 };
 
 const BuiltinShader* findBuiltin(const std::string& name) {
@@ -83,18 +56,21 @@ void useIfThere(std::string& path, const std::string& directory, const std::stri
     if (fileExists(candidate)) path = candidate;
 }
 
-void resolveBuiltin(TimelineEntry& entry, const BuiltinShader& shader) {
-    const std::string directory = builtinShaderDir(entry.baseDir, shader.name);
-    if (directory.empty()) return;
-    useIfThere(entry.vertPath, directory, shader.vertexFile);
-    useIfThere(entry.fragPath, directory, shader.fragmentFile);
+ShaderPaths findBuiltinFiles(const std::string& baseDir, const BuiltinShader& shader) {
+    ShaderPaths paths;
+    const std::string directory = builtinShaderDir(baseDir, shader.name);
+    if (directory.empty()) return paths;
+    useIfThere(paths.vertex, directory, shader.vertexFile);
+    useIfThere(paths.fragment, directory, shader.fragmentFile);
+    return paths;
 }
 
 // The directory is named like the type, so a file named like either is one and the same rule.
-void resolveDirectory(TimelineEntry& entry) {
-    const std::string directory = builtinShaderDir(entry.baseDir, entry.type);
-    if (directory.empty()) return;
-    const std::string type = toLower(entry.type);
+ShaderPaths findFilesOfType(const std::string& baseDir, const std::string& typeAsWritten) {
+    ShaderPaths paths;
+    const std::string directory = builtinShaderDir(baseDir, typeAsWritten);
+    if (directory.empty()) return paths;
+    const std::string type = toLower(typeAsWritten);
     std::string vertex, fragment, buffer;
     bool vertexIsNamed = false, fragmentIsNamed = false;
     const std::vector<std::string> files = shaderFilesIn(directory);
@@ -114,9 +90,10 @@ void resolveDirectory(TimelineEntry& entry) {
         if (buffer.empty() && file != fragment && endsWith(name, ".frag") && containsText(name, "buffera"))
             buffer = file;
     }
-    if (!vertex.empty()) entry.vertPath = joinPath(directory, vertex);
-    if (!fragment.empty()) entry.fragPath = joinPath(directory, fragment);
-    if (!buffer.empty()) entry.bufferPath = joinPath(directory, buffer);
+    if (!vertex.empty()) paths.vertex = joinPath(directory, vertex);
+    if (!fragment.empty()) paths.fragment = joinPath(directory, fragment);
+    if (!buffer.empty()) paths.buffer = joinPath(directory, buffer);
+    return paths;
 }
 
 } // namespace
@@ -132,32 +109,18 @@ std::string builtinShaderDir(const std::string& baseDir, const std::string& name
     return "";
 }
 
-std::string builtinShaderFileName(const std::string& name, const std::string& stage) {
-    const BuiltinShader* builtin = findBuiltin(name);
-    if (builtin && stage == ".vert") return builtin->vertexFile;
-    if (builtin && stage == ".frag") return builtin->fragmentFile;
-    return "";
-}
-
-std::string glitchShaderName(const std::string& style) {
-    const std::string lower = toLower(style);
-    for (const GlitchStyle& glitch : kGlitchStyles) {
-        if (lower == glitch.style) return glitch.baseName;
-    }
-    return "Glitch";
-}
-
-void resolveGlitchShaders(TimelineEntry& entry, const std::string& baseDir) {
-    const std::string name = glitchShaderName(getString(find(entry.params, "style"), ""));
+ShaderPaths resolveGlitchShaders(const std::string& name, const std::string& baseDir) {
+    ShaderPaths paths;
     for (const std::string& root : shaderRoots(baseDir)) {
         const std::string directory = joinPath(root, "glitch");
         const std::string fragment = joinPath(directory, name + ".frag");
         if (!fileExists(fragment)) continue;
-        entry.fragPath = fragment;
-        useIfThere(entry.vertPath, directory, "Glitch.vert");
-        useIfThere(entry.vertPath, directory, name + ".vert");
-        return;
+        paths.fragment = fragment;
+        useIfThere(paths.vertex, directory, "Glitch.vert");
+        useIfThere(paths.vertex, directory, name + ".vert");
+        break;
     }
+    return paths;
 }
 
 bool readShaderPair(const std::string& baseDir, const std::string& directory, const std::string& name,
@@ -171,13 +134,8 @@ bool readShaderPair(const std::string& baseDir, const std::string& directory, co
     return false;
 }
 
-void resolveShaderSources(TimelineEntry& entry) {
-    if (entry.type.empty()) return;
-    if (toLower(entry.type) == "glitch") {
-        resolveGlitchShaders(entry, entry.baseDir);
-    } else if (const BuiltinShader* builtin = findBuiltin(entry.type)) {
-        resolveBuiltin(entry, *builtin);
-    } else {
-        resolveDirectory(entry);
-    }
+ShaderPaths resolveShaderSources(const std::string& type, const std::string& baseDir) {
+    if (type.empty()) return {};
+    const BuiltinShader* builtin = findBuiltin(type);
+    return builtin ? findBuiltinFiles(baseDir, *builtin) : findFilesOfType(baseDir, type);
 }

@@ -1,6 +1,7 @@
 // Vector logos as masks: the contours of an SVG file, fitted into a raster and filled without softness.
 #pragma once
 
+#include "config/shape_text_params.h"
 #include "picture/svg_path.h"
 
 #include <cstdint>
@@ -13,9 +14,6 @@ struct SvgDrawing {
     SvgBounds bounds;                 // the view box, without one the extent of all points
     std::string path;                 // of the file
 };
-
-constexpr int kMinRaster = 64; // pixels a side
-constexpr int kMaxRaster = 4096;
 
 struct SvgMask {
     int width = 0; // pixels

@@ -7,11 +7,6 @@
 
 namespace {
 
-void readColor(const JsonValue& value, float missing, std::array<float, 4>& color) {
-    if (value.kind != JsonKind::array || value.items.size() < color.size()) return;
-    for (size_t i = 0; i < color.size(); ++i) color[i] = getFinite(value.items[i], missing);
-}
-
 BitmapTextUniforms resolveUniforms(const Program& program) {
     const auto resolve = [&](const char* name) { return uniformNamed(program.uniforms, name); };
     return {resolve("uTextColor"),  resolve("uBgColor"), resolve("uTextPos"),
@@ -39,23 +34,9 @@ void bindTexture1D(int unit, GLuint texture, const UniformInfo& sampler) {
 
 } // namespace
 
-BitmapTextParams parseBitmapTextParams(const JsonValue& params) {
-    BitmapTextParams result;
-    result.text = getString(find(params, "text"), "HELLO");
-    readColor(find(params, "textColor"), 1.0f, result.textColor);
-    readColor(find(params, "bgColor"), 0.0f, result.bgColor);
-    result.textPosX = getFinite(find(params, "textPosX"), result.textPosX);
-    result.textPosY = getFinite(find(params, "textPosY"), result.textPosY);
-    result.scale = getFinite(find(params, "scale"), result.scale);
-    result.spacing = getFinite(find(params, "spacing"), result.spacing);
-    result.lineSpacing = getFinite(find(params, "lineSpacing"), result.lineSpacing);
-    return result;
-}
-
-bool createBitmapText(const Fonts& fonts, BitmapText& text, const JsonValue& params, const Program& program) {
-    text.params = parseBitmapTextParams(params);
+bool createBitmapText(const Fonts& fonts, BitmapText& text, const BitmapTextParams& params, const Program& program) {
+    text.params = params;
     text.uniforms = resolveUniforms(program);
-    text.alpha = getBounded(find(params, "alpha"), text.alpha, 0.0f, 1.0f);
     text.textLength = static_cast<int>(text.params.text.size());
     text.codeTexture = createCodeTexture(text.params.text);
     text.glyphTexture = fonts.bitmapGlyphs;
@@ -67,7 +48,7 @@ void drawBitmapText(const Device& device, const BitmapText& text, Program& progr
     const BitmapTextParams& params = text.params;
     const BitmapTextUniforms& uniforms = text.uniforms;
     Draw own = draw;
-    own.opacity = text.alpha;
+    own.opacity = params.alpha;
     beginDraw(own);
     useProgram(program, values);
     setStandardUniforms(program.uniforms, own);

@@ -1,28 +1,13 @@
 // Bitmap text: a string that its shader draws glyph by glyph, out of the bitmap font.
 #pragma once
 
-#include "foundation/json.h"
+#include "config/bitmap_text_params.h"
 #include "gpu/device.h"
 #include "gpu/draw.h"
 #include "gpu/uniform_values.h"
-#include "platform/gl.h"
 #include "text/fonts.h"
 
-#include <array>
-#include <string>
-
 constexpr int kMaxBitmapText = 512; // bytes that reach the shader
-
-struct BitmapTextParams {
-    std::string text = "HELLO";
-    std::array<float, 4> textColor = {1.0f, 1.0f, 1.0f, 1.0f}; // R, G, B, A
-    std::array<float, 4> bgColor = {0.0f, 0.0f, 0.0f, 0.0f};
-    float textPosX = 50.0f;   // pixels from the left of the output
-    float textPosY = 50.0f;   // pixels from its top
-    float scale = 8.0f;       // pixels a glyph's pixel
-    float spacing = 1.0f;     // of the usual advance
-    float lineSpacing = 1.2f; // of a glyph's height
-};
 
 // Of the text's program, resolved when it is made.
 struct BitmapTextUniforms {
@@ -32,18 +17,13 @@ struct BitmapTextUniforms {
 struct BitmapText {
     BitmapTextParams params;
     BitmapTextUniforms uniforms;
-    float alpha = 1.0f;      // 0..1, over both colours
     GLuint codeTexture = 0;  // owned; R32I, 1D, kMaxBitmapText texels: the text's bytes, then spaces
     GLuint glyphTexture = 0; // the font's, not owned; 0: none
     int textLength = 0;      // bytes, of all the text
 };
 
-// Every key that is missing, of another kind or not finite keeps its default. A colour needs an array of at
-// least four elements; one of them that is no number is 1 for the text and 0 behind it.
-BitmapTextParams parseBitmapTextParams(const JsonValue& params);
-
-// Reads an entry's "params" and uploads the text for a linked program.
-bool createBitmapText(const Fonts& fonts, BitmapText& text, const JsonValue& params, const Program& program);
+// Uploads the text for a linked program.
+bool createBitmapText(const Fonts& fonts, BitmapText& text, const BitmapTextParams& params, const Program& program);
 
 // Uses texture units 0 (the text) and 1 (the font).
 void drawBitmapText(const Device& device, const BitmapText& text, Program& program, const UniformValues& values,

@@ -1,10 +1,22 @@
 #include "text/caption.h"
 
+#include "foundation/log.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
 
 namespace {
+
+void logCuts(const CaptionParams& params) {
+    if (params.entriesCut) {
+        logLine("    [WARN] Credit roll cut: %d entries of at most %d, texts of at most %d bytes, together %d\n",
+                static_cast<int>(params.entries.size()), static_cast<int>(kMaxCreditEntries),
+                static_cast<int>(kMaxCaptionTextBytes), static_cast<int>(kMaxCreditBytes));
+    }
+    if (params.textsCut) {
+        logLine("    [WARN] Caption text cut to %d bytes\n", static_cast<int>(kMaxCaptionTextBytes));
+    }
+}
 
 void layout(Caption& caption, int width, int height) {
     if (caption.layoutWidth == width && caption.layoutHeight == height) return;
@@ -23,9 +35,10 @@ void layout(Caption& caption, int width, int height) {
 
 } // namespace
 
-bool createCaption(Fonts& fonts, Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
+bool createCaption(Fonts& fonts, Caption& caption, const CaptionParams& params, float duration,
                    const std::string& baseDir, const Program& program, int width, int height) {
-    caption.params = readCaptionParams(params, isCreditRoll);
+    logCuts(params);
+    caption.params = params;
     caption.duration = duration;
     if (!loadColorFont(fonts, baseDir, caption.params.fontPath, caption.font)) return false;
     caption.letters = &fonts.colorFonts.find(caption.font.jsonPath)->second.letters;

@@ -1,11 +1,10 @@
 // Captions in a colour font: the lower third, which names what is on screen, and the credit roll.
 #pragma once
 
-#include "foundation/json.h"
+#include "config/caption_params.h"
 #include "gpu/draw.h"
 #include "gpu/uniform_values.h"
 #include "gpu/vertex_stream.h"
-#include "text/caption_params.h"
 #include "text/credit_roll.h"
 #include "text/fonts.h"
 #include "text/lower_third.h"
@@ -29,10 +28,10 @@ struct Caption {
     UniformInfo fontTexture, atlasSize, cellSize; // of the program, resolved when it is made
 };
 
-// Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-// `duration` is the entry's, in seconds of the effect's own clock; 0 or less has no end. Lays out for an output of that
-// size, in pixels.
-bool createCaption(Fonts& fonts, Caption& caption, const JsonValue& params, bool isCreditRoll, float duration,
+// Loads the font for a linked program and says what was cut; false when there is no font. `duration` is the entry's
+// on its effect's clock, in seconds; 0 or less has no end. Lays out for an output of that size, in
+// pixels.
+bool createCaption(Fonts& fonts, Caption& caption, const CaptionParams& params, float duration,
                    const std::string& baseDir, const Program& program, int width, int height);
 
 // Lays out for an output of `width` x `height` pixels, unless it is laid out for that already, and fills

@@ -1,8 +1,8 @@
 // The triangles of a caption: plain and soft rectangles and lines of letters, cut to a rectangle.
 #pragma once
 
+#include "config/caption_params.h"
 #include "text/caption_font.h"
-#include "text/caption_params.h"
 
 #include <cstddef>
 #include <limits>

@@ -1,8 +1,8 @@
 // The credit roll: a header and rows of roles and names that scroll by or come in groups.
 #pragma once
 
+#include "config/caption_params.h"
 #include "text/caption_font.h"
-#include "text/caption_params.h"
 #include "text/caption_quads.h"
 
 #include <vector>

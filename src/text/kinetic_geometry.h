@@ -1,8 +1,8 @@
 // The triangles of a kinetic text at one moment: plain computation, no GL.
 #pragma once
 
+#include "config/kinetic_params.h"
 #include "text/kinetic_layout.h"
-#include "text/kinetic_params.h"
 
 #include <vector>
 

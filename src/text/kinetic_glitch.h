@@ -1,8 +1,8 @@
 // The glitch of kinetic text: now and then a glyph is thrown aside, dimmed, and cut from beside its cell.
 #pragma once
 
+#include "config/kinetic_params.h"
 #include "text/kinetic_layout.h"
-#include "text/kinetic_params.h"
 
 #include <cstdint>
 

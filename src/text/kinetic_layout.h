@@ -2,8 +2,8 @@
 // they show, and their random values.
 #pragma once
 
+#include "config/kinetic_params.h"
 #include "text/color_font.h"
-#include "text/kinetic_params.h"
 
 #include <cstdint>
 #include <string>

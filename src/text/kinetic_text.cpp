@@ -1,5 +1,7 @@
 #include "text/kinetic_text.h"
 
+#include "foundation/log.h"
+#include "gpu/blending.h"
 #include "gpu/gl_functions.h"
 
 #include <utility>
@@ -25,17 +27,17 @@ void drawGlow(const KineticText& text) {
 
 } // namespace
 
-bool createKineticText(Fonts& fonts, KineticText& text, const JsonValue& params, const std::string& baseDir,
+bool createKineticText(Fonts& fonts, KineticText& text, const KineticTextParams& params, const std::string& baseDir,
                        const Program& program) {
     ColorFont font;
-    const std::string fontPath = getString(find(params, "fontPath"), KineticTextParams{}.fontPath.c_str());
-    if (!loadColorFont(fonts, baseDir, fontPath, font)) return false;
+    if (!loadColorFont(fonts, baseDir, params.fontPath, font)) return false;
     createKineticText(text, params, std::move(font), program);
     return true;
 }
 
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, const Program& program) {
-    text.params = parseKineticTextParams(params);
+void createKineticText(KineticText& text, const KineticTextParams& params, ColorFont font, const Program& program) {
+    if (params.uncutBytes > 0) logLine("[KTEXT] Text of %zu bytes cut to %zu\n", params.uncutBytes, kKineticMaxBytes);
+    text.params = params;
     text.font = std::move(font);
     text.layout = layoutKineticText(text.params, text.font);
     reserveKineticGeometry(text.params, text.layout, text.geometry);

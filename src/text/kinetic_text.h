@@ -1,7 +1,6 @@
 // Kinetic text: lines of a colour font of which every glyph moves.
 #pragma once
 
-#include "foundation/json.h"
 #include "gpu/draw.h"
 #include "gpu/uniform_values.h"
 #include "gpu/vertex_stream.h"
@@ -22,12 +21,12 @@ struct KineticText {
     VertexStream stream;
 };
 
-// Reads an entry's "params" and loads the font for a linked program; false when there is no font.
-bool createKineticText(Fonts& fonts, KineticText& text, const JsonValue& params, const std::string& baseDir,
+// Loads the font for a linked program; false when there is no font.
+bool createKineticText(Fonts& fonts, KineticText& text, const KineticTextParams& params, const std::string& baseDir,
                        const Program& program);
 
 // The same with a font that is loaded already; it is taken over.
-void createKineticText(KineticText& text, const JsonValue& params, ColorFont font, const Program& program);
+void createKineticText(KineticText& text, const KineticTextParams& params, ColorFont font, const Program& program);
 
 // Blends as the text's own params say.
 void drawKineticText(KineticText& text, Program& program, const UniformValues& values, const Draw& draw);

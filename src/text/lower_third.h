@@ -1,8 +1,8 @@
 // The lower third: a panel with title and subtitle that comes in, stays, and leaves the way it came.
 #pragma once
 
+#include "config/caption_params.h"
 #include "text/caption_font.h"
-#include "text/caption_params.h"
 #include "text/caption_quads.h"
 
 #include <vector>

@@ -1,5 +1,6 @@
 #include "text/shape_text.h"
 
+#include "gpu/blending.h"
 #include "gpu/gl_functions.h"
 
 #include <algorithm>
@@ -7,28 +8,8 @@
 
 namespace {
 
-constexpr float kLeastWidth = 0.001f;
 constexpr int kMaskUnit = 0;
 constexpr int kGlowUnit = 1;
-
-void readPositive(const JsonValue& params, const char* key, float& value) {
-    value = getBounded(find(params, key), value, 0.0f, kNoBound);
-}
-
-void readColor(const JsonValue& json, std::array<float, 4>& color) {
-    const size_t count = std::min(json.items.size(), color.size());
-    for (size_t i = 0; i < count; ++i) color[i] = getFinite(json.items[i], color[i]);
-}
-
-ShapeAnchor anchorFrom(const std::string& name) {
-    if (name == "center") return ShapeAnchor::center;
-    return name == "right" ? ShapeAnchor::right : ShapeAnchor::left;
-}
-
-ShapeAnimation animationFrom(const std::string& name) {
-    if (name == "pulse") return ShapeAnimation::pulse;
-    return name == "reveal" ? ShapeAnimation::reveal : ShapeAnimation::still;
-}
 
 ShapeTextUniforms resolveUniforms(const Program& program) {
     const auto named = [&](const char* name) { return uniformNamed(program.uniforms, name); };
@@ -93,41 +74,12 @@ void bindLogo(TextureCache& textures, const ShapeText& shape) {
 
 } // namespace
 
-ShapeTextParams parseShapeTextParams(const JsonValue& json) {
-    ShapeTextParams params;
-    if (json.kind != JsonKind::object) return params;
-    params.svgPath = getString(find(json, "svgPath"), params.svgPath.c_str());
-    params.x = getFinite(find(json, "x"), params.x);
-    params.y = getFinite(find(json, "y"), params.y);
-    params.width = getBounded(find(json, "width"), params.width, kLeastWidth, kNoBound);
-    readPositive(json, "height", params.height);
-    params.anchor = anchorFrom(getString(find(json, "anchor"), "center"));
-    params.rotation = getFinite(find(json, "rotation"), params.rotation);
-    params.alpha = getBounded(find(json, "alpha"), params.alpha, 0.0f, 1.0f);
-    params.blendMode = blendModeFrom(getString(find(json, "blendMode"), "additive"));
-    params.animation = animationFrom(getString(find(json, "animation"), "pulse"));
-    readPositive(json, "glow", params.glow);
-    readPositive(json, "edge", params.edge);
-    readPositive(json, "pulseAmount", params.pulseAmount);
-    readPositive(json, "pulseSpeed", params.pulseSpeed);
-    readPositive(json, "waveAmount", params.waveAmount);
-    readPositive(json, "waveSpeed", params.waveSpeed);
-    readPositive(json, "scanSpeed", params.scanSpeed);
-    readPositive(json, "revealSpeed", params.revealSpeed);
-    params.rasterWidth = std::clamp(getInt(find(json, "rasterWidth"), params.rasterWidth), kMinRaster, kMaxRaster);
-    params.rasterHeight = std::clamp(getInt(find(json, "rasterHeight"), params.rasterHeight), kMinRaster, kMaxRaster);
-    readColor(find(json, "fillColor"), params.fillColor);
-    readColor(find(json, "glowColor"), params.glowColor);
-    return params;
-}
-
-bool createShapeText(TextureCache& textures, ShapeText& shape, const JsonValue& params, const std::string& baseDir,
-                     const Program& program) {
-    shape.params = parseShapeTextParams(params);
+bool createShapeText(TextureCache& textures, ShapeText& shape, const ShapeTextParams& params,
+                     const std::string& baseDir, const Program& program) {
+    shape.params = params;
     shape.uniforms = resolveUniforms(program);
     const bool withGlow = shape.uniforms.glowMask.location >= 0;
-    const ShapeTextParams& p = shape.params;
-    return loadLogo(textures, p.svgPath, baseDir, p.rasterWidth, p.rasterHeight, withGlow, shape.logo);
+    return loadLogo(textures, params.svgPath, baseDir, params.rasterWidth, params.rasterHeight, withGlow, shape.logo);
 }
 
 ShapeRect shapeTextRect(const ShapeText& shape, float time, int width, int height) {

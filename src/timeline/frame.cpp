@@ -61,7 +61,7 @@ Timeline loadTimeline(Stage& stage, const RuntimeConfig& config, int width, int 
     StagePart& part = stage.parts.emplace_back();
     recordLog(&part.log);
     logLine("[TIMELINE] Loading %d entries\n", static_cast<int>(config.entries.size()));
-    makeEffects(stage, part, config.entries, LoadWords::times, width, height);
+    makeEffects(stage, part, config, config.entries, LoadWords::times, width, height);
     recordLog(nullptr);
     return buildTimeline(part.entries, config);
 }
@@ -73,7 +73,7 @@ Timeline loadScene(Stage& stage, const RuntimeConfig& config, int index, int wid
     logLine("[SCENE %d/%d] \"%s\" (%d entries, duration=%.1fs)\n", index + 1, static_cast<int>(config.scenes.size()),
             orNone(scene.id), static_cast<int>(scene.entries.size()),
             static_cast<double>(sceneDuration(config, index)));
-    makeEffects(stage, part, scene.entries, LoadWords::shaders, width, height);
+    makeEffects(stage, part, config, scene.entries, LoadWords::shaders, width, height);
     recordLog(nullptr);
     return buildTimeline(part.entries, config);
 }

@@ -8,7 +8,7 @@ MomentEntry momentOf(const Timeline& timeline, const RuntimeEntry& entry, bool i
     MomentEntry moment;
     moment.entry = static_cast<int>(&entry - timeline.entries.data());
     moment.opacity = entry.entry->alpha;
-    moment.blending = isBase ? BlendMode::opaque : blendModeFrom(entry.entry->blendMode);
+    moment.blending = isBase ? BlendMode::opaque : entry.entry->blendMode;
     return moment;
 }
 

@@ -1,7 +1,7 @@
 // The moment: what plays at a time, as data. Whoever knows the show fills it in, whoever knows the stage draws it.
 #pragma once
 
-#include "gpu/blending.h"
+#include "config/blend_mode.h"
 #include "timeline/clocks.h"
 #include "timeline/playback.h"
 

@@ -15,7 +15,7 @@ void extendSpan(SceneSpan& span, const RuntimeEntry& entry, bool first) {
 void readTransition(SceneSpan& scene, const RuntimeConfig& config) {
     const auto preset = config.transitions.find(scene.name);
     if (preset == config.transitions.end()) return;
-    scene.transition = readTransitionLook(preset->second.type, preset->second.params);
+    scene.transition = preset->second.look;
     scene.transitionDuration = preset->second.duration;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "config/runtime_config.h"
-#include "effects/transition.h"
 
 #include <span>
 #include <string>

@@ -10,25 +10,22 @@ SOURCES = ROOT / "src"
 # Headings in the reference: the sources that read what it describes.
 SECTIONS = {
     "The description": ["config/runtime_config.cpp"],
-    "Entries": ["config/timeline_entry.cpp"],
-    '"image"': ["effects/image_effect.cpp"],
-    '"blend"': ["effects/blend_effect.cpp"],
-    '"timeline_blend"': ["effects/timeline_blend_effect.cpp"],
-    '"chain"': ["effects/chain_effect.cpp"],
-    '"dynamicsplit"': ["effects/split_effect.cpp"],
-    '"pip", "piptexture"': ["effects/pip_effect.cpp"],
-    '"bitmaptext"': ["text/bitmap_text.cpp"],
-    '"kinetictext"': ["text/kinetic_params.cpp", "text/kinetic_text.cpp"],
-    '"lowerthird", "creditroll"': ["text/caption_params.cpp", "text/caption.cpp"],
-    '"shapetext"': ["text/shape_text.cpp"],
+    "Entries": ["config/timeline_entry.cpp", "config/blend_mode.h"],
+    '"image"': ["config/image_params.cpp"],
+    '"blend" + "timeline_blend" + "chain" + "dynamicsplit" + "pip", "piptexture"':
+        ["config/composite_params.cpp", "config/entry_kinds.cpp"],
+    '"bitmaptext"': ["config/bitmap_text_params.cpp"],
+    '"kinetictext"': ["config/kinetic_params.cpp"],
+    '"lowerthird", "creditroll"': ["config/caption_params.cpp"],
+    '"shapetext"': ["config/shape_text_params.cpp"],
     "Bitmap font": ["text/bitmap_font.cpp"],
     "Colour fonts": ["text/color_font.cpp"],
-    "Transitions": ["effects/transition.cpp"],
-    "Shaders: every other type + Glitch styles": ["gpu/shader_lookup.cpp"],
+    "Transitions": ["config/transition_look.cpp"],
+    "Shaders: every other type + Glitch styles": ["gpu/shader_lookup.cpp", "config/glitch_params.cpp"],
 }
 
 # Read by more than the section's own source: every effect's, and those of effects within effects.
-SHARED = {"type", "params", "alpha", "timeScale", "effect"}
+SHARED = {"mixMode", "type", "params", "alpha", "timeScale", "effect"}
 
 # Words of the code that no show writes: folders, files, and names of children.
 NO_SHOW_WORDS = {"assets", "fonts", "shaders", "composition", "starfields", "buffer", "post", "step"}
@@ -73,9 +70,12 @@ class ShowReference(unittest.TestCase):
         """A new source that reads keys must be given its section above."""
         known = {source for sources in SECTIONS.values() for source in sources}
         readers = {str(path.relative_to(SOURCES).as_posix()) for path in SOURCES.rglob("*.cpp")
-                   if re.search(r'\bfind\(\w[\w.]*, "', path.read_text())}
-        helpers = {"effects/composite.cpp"}  # "type" of an effect within an effect
-        self.assertEqual(readers - known - helpers, set())
+                   if re.search(r'\bfind\(\w[\w.]*, "|\bkey<&', path.read_text())}
+        self.assertEqual(readers - known, set())
+
+    def test_every_type_of_effect_has_its_heading(self):
+        types = words_in(code_of("config/effect_kind.h"))
+        self.assertEqual(types - set().union(*map(words_in, sections())), set())
 
 
 if __name__ == "__main__":

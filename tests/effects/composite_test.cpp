@@ -226,7 +226,7 @@ TEST_F(CompositeTest, InsetsStayInTheirCorner) {
         {R"({"pipMargin": 2147483647, "corner": "topleft"})", {150, 0, 50, 25}},
     };
     for (const auto& [params, wanted] : cases) {
-        const PipRect rect = pipRect(readPip(parseJson(params)), 200, 100);
+        const PipRect rect = pipRect(readPip(parseJson(params), false), 200, 100);
         EXPECT_EQ((std::array{rect.x, rect.y, rect.width, rect.height}), wanted) << params;
     }
 

@@ -97,7 +97,8 @@ TEST_F(ShippedStylesTest, TransitionsBeginAndEndExactlyAndAreDistinct) {
     std::vector<Picture> halves;
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
-        TransitionLook look = readTransitionLook(name, {});
+        TransitionLook look;
+        look.effectId = transitionStyleCode(name);
         halves.push_back(mix(look, 0.5f));
         EXPECT_GT(meanDifference(halves.back(), first), 3.0);
         EXPECT_GT(meanDifference(halves.back(), last), 3.0);
@@ -105,7 +106,8 @@ TEST_F(ShippedStylesTest, TransitionsBeginAndEndExactlyAndAreDistinct) {
         EXPECT_TRUE(areEqual(mix(look, 0.5f), first));
         for (const char* params : wild) {
             SCOPED_TRACE(params);
-            look = readTransitionLook(name, parseJson(params));
+            look = readMixLook(parseJson(params));
+            look.effectId = transitionStyleCode(name);
             EXPECT_TRUE(areEqual(mix(look, 0.0f), first));
             EXPECT_TRUE(areEqual(mix(look, 1.0f), last));
         }

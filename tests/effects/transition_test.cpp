@@ -1,6 +1,8 @@
 #include "support/effect_fixture.h"
 #include "support/log_capture.h"
 
+#include "foundation/json.h"
+
 namespace {
 
 class TransitionTest : public EffectFixture {
@@ -20,7 +22,8 @@ protected:
 };
 
 TEST_F(TransitionTest, ParametersReachTheirUniforms) {
-    const JsonValue params = parseJson(R"({"startDelay": 0.77, "softness": 0.66, "bands": 55.9, "rotation": 44,
+    const JsonValue params = parseJson(
+        R"({"mixMode": "NOISE_glitch", "startDelay": 0.77, "softness": 0.66, "bands": 55.9, "rotation": 44,
         "rotationDeg": 5, "blockSize": 33, "blockSizePx": 5, "noiseScale": 2.2, "noiseSpeed": 1.1,
         "noiseThreshold": 0.9, "waveAmplitude": 0.8, "dotFrequency": 7, "dotPower": 6})");
     const std::pair<std::string, double> cases[] = {
@@ -32,7 +35,7 @@ TEST_F(TransitionTest, ParametersReachTheirUniforms) {
     for (const auto& [uniform, value] : cases) {
         const std::string name = uniform.substr(uniform.find(' '));
         build("uniform " + uniform + ";", "float(" + name + ") / " + std::to_string(value) + " * 200.0");
-        EXPECT_EQ(paint(readTransitionLook("NOISE_glitch", params)), 200) << uniform;
+        EXPECT_EQ(paint(readMixLook(params)), 200) << uniform;
     }
     build("uniform vec2 screenSize;", "screenSize.x * 10.0 + screenSize.y");
     EXPECT_EQ(paint({}), kWidth * 10 + kHeight);

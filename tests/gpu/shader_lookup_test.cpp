@@ -5,6 +5,9 @@
 #include "support/shader_pack_file.h"
 #include "support/temp_show.h"
 
+#include "config/glitch_params.h"
+#include "foundation/json.h"
+
 namespace {
 
 using Names = std::vector<std::string>;
@@ -14,7 +17,7 @@ constexpr const char* kRoots[] = {"DemoSceneResources/assets/shaders/", "assets/
 // Vertex, fragment and buffer shader that an entry gets in a show with these files, "-" for none. Those on the disk
 // lie in one folder, each with the number of its root before its name; so do those that are found.
 std::string lookUp(const std::string& folder, const std::string& type, const Names& disk, const Names& pack = {},
-                   const std::string& params = "{}") {
+                   const std::string& glitchStyle = "") {
     const TempShow show;
     const auto place = [&](size_t root) { return kRoots[root] + folder + "/"; };
     for (const std::string& file : disk) show.write(place(file[0] == '1') + file.substr(1), "disk");
@@ -25,13 +28,11 @@ std::string lookUp(const std::string& folder, const std::string& type, const Nam
         const LogCapture quiet;
         loadShaderPack(show.baseDir);
     }
-    TimelineEntry entry;
-    entry.type = type;
-    entry.baseDir = show.baseDir;
-    entry.params = parseJson(params);
-    resolveShaderSources(entry);
+    const std::string glitch = glitchShaderName(readGlitchParams(parseJson("{\"style\":" + glitchStyle + "}")).style);
+    const ShaderPaths paths = type == "glitch" ? resolveGlitchShaders(glitch, show.baseDir)
+                                               : resolveShaderSources(type, show.baseDir);
     std::string found;
-    for (std::string path : {entry.vertPath, entry.fragPath, entry.bufferPath}) {
+    for (std::string path : {paths.vertex, paths.fragment, paths.buffer}) {
         EXPECT_TRUE(path.empty() || !readTextFile(path).empty()) << path;
         for (const size_t root : {0, 1}) {
             const std::string start = show.path(place(root));
@@ -59,8 +60,7 @@ TEST(ShaderLookup, FindsGlitchShadersByStyle) {
         {{"0Glitch.frag", "0Glitch.vert"}, R"("rain")", "- - -"},
     };
     for (const auto& [files, style, found] : cases) {
-        const std::string params = std::string("{\"style\":") + style + "}";
-        EXPECT_EQ(lookUp("glitch", "glitch", files, {}, params), found) << params;
+        EXPECT_EQ(lookUp("glitch", "glitch", files, {}, style), found) << style;
     }
 }
 

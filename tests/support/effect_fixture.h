@@ -6,7 +6,7 @@
 
 #include "config/runtime_config.h"
 #include "effects/effect.h"
-#include "gpu/shader_lookup.h"
+#include "foundation/json.h"
 #include "platform/image.h"
 
 class EffectFixture : public GlTest {
@@ -49,9 +49,8 @@ protected:
         RuntimeConfig config;
         config.baseDir = baseDir ? baseDir : show.baseDir;
         config.fallbackImagePath = show.path("fallback.png");
-        config.shaders.resolve = resolveShaderSources;
-        return createEffect({device, fonts, kWidth, kHeight},
-                            parseTimelineEntry(parseJson(json), config, config.baseDir));
+        const Reading at = {&config.assets, &config.baseDir};
+        return createEffect({device, fonts, config, kWidth, kHeight}, parseTimelineEntry(parseJson(json), at));
     }
 
     // Puts another effect in the place of the test's own.

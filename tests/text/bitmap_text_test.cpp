@@ -1,6 +1,7 @@
 #include "support/log_capture.h"
 #include "support/picture_test.h"
 
+#include "foundation/json.h"
 #include "text/bitmap_text.h"
 
 #include <climits>
@@ -24,7 +25,7 @@ protected:
     std::string drawn(const std::string& text, const std::string& rest, int columns, int rows) {
         BitmapText drawing;
         const std::string json = "{" + rest + R"(, "scale": 1, "text": ")" + text + "\"}";
-        EXPECT_TRUE(createBitmapText(fonts, drawing, parseJson(json), program));
+        EXPECT_TRUE(createBitmapText(fonts, drawing, parseBitmapTextParams(parseJson(json)), program));
         startPicture(columns, rows);
         drawBitmapText(device, drawing, program, values, drawAt(0.0f));
         releaseBitmapText(drawing);
@@ -116,8 +117,7 @@ TEST_F(BitmapTextTest, TextIsCutTo512BytesAndFilledUpWithSpaces) {
                            "void main() { c = vec4(uTextLength / 1024.0); }");
     for (const auto& [length, shown] : {std::pair{0, 0}, {2, 2}, {1 << 20, 512}}) {
         SCOPED_TRACE(length);
-        JsonValue params = parseJson(R"({"text": ""})");
-        params.members[0].second.text = std::string(static_cast<size_t>(length), '\xFF');
+        const BitmapTextParams params = {.text = std::string(static_cast<size_t>(length), '\xFF')};
         BitmapText text;
         createBitmapText(fonts, text, params, lengths);
         std::vector<GLint> wanted(512, ' ');

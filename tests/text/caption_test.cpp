@@ -3,6 +3,7 @@
 #include "support/log_capture.h"
 #include "support/picture_test.h"
 
+#include "foundation/json.h"
 #include "platform/image.h"
 #include "text/caption.h"
 
@@ -105,13 +106,22 @@ TEST(CaptionParamsTest, OversizedTextsAreCutWithOneLine) {
     std::string names = R"({"name": ")" + longer + "\"}";
     for (int i = 1; i < 100; ++i) names += R"(, {"name": ")" + longest + "\"}";
     LogCapture log;
-    EXPECT_EQ(makeCaption(creditsJson(20000), true).params.entries.size(), kMaxCreditEntries);
-    EXPECT_EQ(makeCaption("{\"entries\": [" + names + "]}", true).params.entries.size(), 64u);
-    EXPECT_EQ(makeCaption(R"({"title": ")" + longer + "\"}", false).params.title, longest);
+    const auto create = [](const std::string& json, bool isCreditRoll) {
+        Fonts fonts;
+        Caption caption;
+        const CaptionParams params = readCaptionParams(parseJson(json), isCreditRoll);
+        EXPECT_FALSE(createCaption(fonts, caption, params, kDuration, "", {}, 1, 1));
+        return caption.params;
+    };
+    const std::string font = R"("fontPath": "none", )";
+    EXPECT_EQ(create(creditsJson(20000, font), true).entries.size(), kMaxCreditEntries);
+    EXPECT_EQ(create("{" + font + "\"entries\": [" + names + "]}", true).entries.size(), 64u);
+    EXPECT_EQ(create("{" + font + R"("title": ")" + longer + "\"}", false).title, longest);
     const std::string cut = "    [WARN] Credit roll cut: ";
     const std::string bounds = " entries of at most 8192, texts of at most 4096 bytes, together 262144\n";
     const std::string text = "    [WARN] Caption text cut to 4096 bytes\n";
-    EXPECT_EQ(log.text(), cut + "8192" + bounds + cut + "64" + bounds + text);
+    const std::string noFont = "[KTEXT] Color font json not found: none\n";
+    EXPECT_EQ(log.text(), cut + "8192" + bounds + noFont + cut + "64" + bounds + noFont + text + noFont);
 }
 
 TEST(CaptionFontTest, TextsBecomeLinesOfGlyphsThatExist) {
@@ -351,9 +361,9 @@ protected:
     Caption draw(const std::string& rest, bool isCreditRoll, float time) {
         LogCapture quiet;
         Caption caption;
-        const JsonValue params = parseJson(R"({"fontPath": "font.json", )" + rest + "}");
-        EXPECT_TRUE(
-            createCaption(fonts, caption, params, isCreditRoll, kDuration, show.baseDir, program, width, height));
+        const CaptionParams params = readCaptionParams(parseJson(R"({"fontPath": "font.json", )" + rest + "}"),
+                                                       isCreditRoll);
+        EXPECT_TRUE(createCaption(fonts, caption, params, kDuration, show.baseDir, program, width, height));
         drawCaption(caption, program, values, drawAt(time));
         deleteVertexStream(caption.stream);
         return caption;

@@ -2,6 +2,7 @@
 #include "support/log_capture.h"
 #include "support/picture_test.h"
 
+#include "foundation/json.h"
 #include "gpu/uniforms.h"
 #include "text/shape_text.h"
 
@@ -17,7 +18,8 @@ protected:
     ShapeText create(const std::string& members) {
         ShapeText shape;
         const std::string json = "{" + members + R"(, "svgPath": "flag.svg", "glow": 0, "rasterWidth": 256})";
-        EXPECT_TRUE(createShapeText(device.textures, shape, parseJson(json), show.baseDir, program));
+        EXPECT_TRUE(
+            createShapeText(device.textures, shape, parseShapeTextParams(parseJson(json)), show.baseDir, program));
         return shape;
     }
 
@@ -129,7 +131,7 @@ TEST_F(ShapeTextTest, MasksAndPicturesOfOneFileAreKeptApart) {
 
 TEST_F(ShapeTextTest, FailuresAreSaidAndNotRemembered) {
     ShapeText shape;
-    const JsonValue params = parseJson(R"({"svgPath": "late.svg"})");
+    const ShapeTextParams params = {.svgPath = "late.svg"};
     EXPECT_FALSE(createShapeText(device.textures, shape, params, show.baseDir, program));
     draw(shape); // draws nothing
     const std::string path = show.write("late.svg", "<svg/>");

@@ -21,7 +21,7 @@ protected:
 
     void load(const std::string& json) {
         const LogCapture quiet;
-        config = loadRuntimeConfig(show.write("config.json", json), {nullptr, resolveShaderSources});
+        config = loadRuntimeConfig(show.write("config.json", json));
         releaseStage(stage);
         stage.device = createDevice();
         timeline = config.nativeRuntime ? loadTimeline(stage, config, kWidth, kHeight)

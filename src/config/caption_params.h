@@ -1,13 +1,13 @@
 // What a show says of a caption: one block of settings for the lower third and the credit roll.
 #pragma once
 
-#include "foundation/json.h"
-#include "gpu/blending.h"
+#include "config/blend_mode.h"
 
 #include <string>
 #include <vector>
 
-// Bounds of what a show may ask for; what lies beyond is left out, with a line in the log.
+// Bounds of what a show may ask for; what lies beyond is left out, and the log says so
+// when the caption is made.
 constexpr size_t kMaxCaptionTextBytes = 4096; // of one text
 constexpr size_t kMaxCreditEntries = 8192;
 constexpr size_t kMaxCreditBytes = 1 << 18; // of all entries' texts together
@@ -78,8 +78,12 @@ struct CaptionParams {
     CaptionColor nameTint;
     CaptionColor subtitleTint = {0.72f, 0.74f, 0.78f, 1.0f};
     std::vector<CreditEntry> entries;
+
+    // Whether a text, or the list of entries with their texts, was longer than the bounds allow.
+    bool textsCut = false;
+    bool entriesCut = false;
 };
 
 // Reads an entry's "params", whatever its kind. Never fails: what is missing, of the wrong kind or not
 // finite takes its default, the rest is brought into range. Texts that are too long are cut.
-CaptionParams readCaptionParams(const JsonValue& params, bool isCreditRoll);
+CaptionParams readCaptionParams(const JsonValue& params, bool isCreditRoll, const Reading& at = {});

@@ -1,8 +1,7 @@
 // What a show says about a kinetic text: the keys of its "params", their defaults and limits.
 #pragma once
 
-#include "foundation/json.h"
-#include "gpu/blending.h"
+#include "config/blend_mode.h"
 
 #include <array>
 #include <cstddef>
@@ -40,6 +39,7 @@ enum class KineticGlitch {
 
 struct KineticTextParams {
     std::string text = "WE ARE\nTHE SIGNAL"; // never empty once it is parsed
+    size_t uncutBytes = 0;                   // of a text that was cut; 0: it was not
     std::string fontPath = "assets/fonts/color/demo_neon_32.json";
     float positionX = 0.5f;    // from the left; 0..1 of the output's width, beyond that pixels
     float positionY = 0.42f;   // from the top, likewise
@@ -78,7 +78,7 @@ struct KineticTextParams {
 // Reads an entry's "params". What is missing, of another kind or not finite keeps its default; a word that
 // is not known acts like the default of its key, but for "align" (left), "blendMode" (alpha) and "animation"
 // (none). A backslash before an n in the text breaks the line.
-KineticTextParams parseKineticTextParams(const JsonValue& params);
+KineticTextParams parseKineticTextParams(const JsonValue& params, const Reading& at = {});
 
 // False when every glyph is there from the start.
 inline bool revealsOverTime(const KineticTextParams& params) {

@@ -80,7 +80,7 @@ TEST(Config, ReadsTheShowsOwnSettings) {
     EXPECT_EQ(config.audioPath, show.path("audio/track.mp3"));
     EXPECT_EQ(config.fallbackImagePath, config.audioPath);
     EXPECT_EQ(config.volume, 0.25f);
-    EXPECT_EQ(config.startOffset, 0.0f); // at least 0
+    EXPECT_EQ(config.startOffset, 0.0f);                    // at least 0
     EXPECT_EQ(config.transitions.at("a").look.effectId, 0); // the later one of a name replaces the earlier as a whole
     EXPECT_EQ(config.transitions.at("b").look.effectId, 14);
     EXPECT_EQ(config.transitions.at("b").duration, 1.5f);

@@ -133,14 +133,14 @@ struct ColorField {
 struct Key {
     const char* name;
     std::variant<BoolField, IntField, FloatField, TextField, WordField, ColorField> field;
-    Range range;                 // of numbers, and of each component of a colour
-    std::span<const Word> words; // of words
+    Range range = {};                 // of numbers, and of each component of a colour
+    std::span<const Word> words = {}; // of words
     Spelling spelling = Spelling::exact;
     int otherwise = 0; // value that a word takes that is not known
     TextForm form = TextForm::plain;
-    bool emptyIsMissing = false;          // of texts
-    bool wholeOnly = false;               // a colour of too few numbers is none, else the rest keeps its default
-    std::span<const char* const> aliases; // further names: the first that holds a value of the kind counts
+    bool emptyIsMissing = false;               // of texts
+    bool wholeOnly = false;                    // a colour of too few numbers is none, else the rest keeps its default
+    std::span<const char* const> aliases = {}; // further names: the first that holds a value of the kind counts
 };
 
 // A row for the fields of one record.
@@ -204,23 +204,18 @@ struct ColorAccess {
 };
 
 template <class Field>
-constexpr KeyOf<typename Field::Record> keyOfField(const char* name, Range range) {
+constexpr auto accessTo() {
     using Value = typename Field::Value;
-    KeyOf<typename Field::Record> row{};
-    row.name = name;
-    row.range = range;
-    if constexpr (std::is_same_v<Value, bool>) {
-        row.field = BoolField{Field::in};
-    } else if constexpr (std::is_same_v<Value, int>) {
-        row.field = IntField{Field::in};
-    } else if constexpr (std::is_same_v<Value, float>) {
-        row.field = FloatField{Field::in};
-    } else if constexpr (std::is_same_v<Value, std::string>) {
-        row.field = TextField{Field::in};
-    } else {
-        row.field = ColorField{ColorAccess<Field>::component, ColorAccess<Field>::count};
-    }
-    return row;
+    if constexpr (std::is_same_v<Value, bool>) return BoolField{Field::in};
+    else if constexpr (std::is_same_v<Value, int>) return IntField{Field::in};
+    else if constexpr (std::is_same_v<Value, float>) return FloatField{Field::in};
+    else if constexpr (std::is_same_v<Value, std::string>) return TextField{Field::in};
+    else return ColorField{ColorAccess<Field>::component, ColorAccess<Field>::count};
+}
+
+template <class Field>
+constexpr KeyOf<typename Field::Record> keyOfField(const char* name, Range range) {
+    return {Key{.name = name, .field = accessTo<Field>(), .range = range}};
 }
 
 template <auto Member>
@@ -236,13 +231,12 @@ constexpr auto element(const char* name) {
 // `words` must outlive the row; a word that is not among them gives `otherwise`.
 template <auto Member, size_t Count, class Value = typename FieldOf<Member>::Value>
 constexpr auto key(const char* name, const Words<Value, Count>& words, Value otherwise) {
-    KeyOf<typename FieldOf<Member>::Record> row{};
-    row.name = name;
-    row.field = WordField{[](void* record, int value) { FieldOf<Member>::in(record) = static_cast<Value>(value); }};
-    row.words = words.list;
-    row.spelling = words.spelling;
-    row.otherwise = static_cast<int>(otherwise);
-    return row;
+    const WordField set = [](void* record, int value) { FieldOf<Member>::in(record) = static_cast<Value>(value); };
+    return KeyOf<typename FieldOf<Member>::Record>{Key{.name = name,
+                                                       .field = set,
+                                                       .words = words.list,
+                                                       .spelling = words.spelling,
+                                                       .otherwise = static_cast<int>(otherwise)}};
 }
 
 // Reads one key of an object into the record that the row is for; false when the field keeps its value.

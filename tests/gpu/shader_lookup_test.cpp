@@ -34,6 +34,7 @@ std::string lookUp(const std::string& folder, const std::string& type, const Nam
     std::string found;
     for (std::string path : {paths.vertex, paths.fragment, paths.buffer}) {
         EXPECT_TRUE(path.empty() || !readTextFile(path).empty()) << path;
+        path = nativePath(path);
         for (const size_t root : {0, 1}) {
             const std::string start = show.path(place(root));
             if (path.starts_with(start)) path.replace(0, start.size(), std::to_string(root));

@@ -105,7 +105,7 @@ void putPlanes(TIFFRGBAImage* source, uint32_t* to, uint32_t, uint32_t, uint32_t
 
 void putPixels(TIFFRGBAImage* source, uint32_t* to, uint32_t, uint32_t, uint32_t width, uint32_t height, int32_t skip,
                int32_t toSkip, unsigned char* from) {
-    const int bytes = source->bitspersample / 8;
+    const ptrdiff_t bytes = source->bitspersample / 8;
     const bool grey = source->photometric != PHOTOMETRIC_RGB;
     const unsigned char* planes[4] = {from, from + (grey ? 0 : bytes), from + (grey ? 0 : 2 * bytes),
                                       from + (grey ? 1 : 3) * bytes};

@@ -33,8 +33,8 @@ bool findFrame(std::string_view bytes, Frame& frame) {
         if (length > rest) return false;
         if (bytes.substr(at, 4) == "ANMF") {
             if (length < kFrameHeader) return false;
-            frame.left = number(bytes, at + kChunkHeader, 3) * 2;
-            frame.top = number(bytes, at + kChunkHeader + 3, 3) * 2;
+            frame.left = int64_t{2} * number(bytes, at + kChunkHeader, 3);
+            frame.top = int64_t{2} * number(bytes, at + kChunkHeader + 3, 3);
             frame.data = bytes.substr(at + kChunkHeader + kFrameHeader, length - kFrameHeader);
             return true;
         }

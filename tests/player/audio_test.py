@@ -82,7 +82,7 @@ class StandIn(PlayerTest):
         scene = {"id": "one", "entries": [entry("clock", 0, 0.1)]}
         path = self.write_show({"audio": {"path": "m.ogg"}, "scenes": [scene]})
         needed = {"STAND_IN_REMOVES": str(self.folder / "assets/shaders/clock/clock.frag")}
-        log = self.run_player("--headless", "--audio", "--length", 0.02, path, env={**FOUND, **needed}).log
+        log = self.run_player("--headless", "--audio", "--length", 0.12, path, env={**FOUND, **needed}).log
         loaded = r"\[SCENE 1/1\].*\n  \[LOAD\] clock .*\n  \[OK\] clock\n"
         self.assertRegex(log, re.escape(PLAYS) + loaded, "said behind the start, done before it")
 
@@ -150,7 +150,7 @@ class StandIn(PlayerTest):
         for arguments, sounds, env in (
                 ("--headless", False, {}), ("--headless --audio --no-audio", False, {}),
                 ("--audio -o f-%d.png", False, {}), ("", True, window), ("--no-audio", False, window)):
-            log = self.run_player("--length", 0.02, *arguments.split(), path, env={**FOUND, **env}).log
+            log = self.run_player("--length", 0.12, *arguments.split(), path, env={**FOUND, **env}).log
             self.assertEqual("BASS_Init(" in log, sounds, arguments)
         for path in ("none.ogg", "C:\\NUL" if WINDOWS else "/dev/zero", "."):
             log = self.music(scenes(path=path))
@@ -302,7 +302,7 @@ class BuiltIn(PlayerTest):
         """The run of a show whose music is `content`: whatever that is, the show is played."""
         self.write("m.x", content)
         config = show(entry("clock"), audio={"path": "m.x"})
-        run = self.play(config, "--audio", "--length", 0.02, env={"SDL_AUDIODRIVER": driver})
+        run = self.play(config, "--audio", "--length", 0.12, env={"SDL_AUDIODRIVER": driver})
         self.assertIn("[PLAY] ", run.log)
         return run
 

@@ -14,7 +14,7 @@ PIXEL = png(1, 1, bytes(4))
 
 
 class BrokenTest(PlayerTest):
-    def survive(self, config, *lines, ends=0, arguments=("--length", "0.02")):
+    def survive(self, config, *lines, ends=0, arguments=("--length", "0.12")):
         """Plays a show, given as such or as a path. The log must hold `lines` and the exit code be one of
         `ends`, but 1 stands for a start-up failure alone."""
         path = config if isinstance(config, Path) else self.write_show(config)

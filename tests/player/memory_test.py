@@ -33,13 +33,13 @@ class PeakMemory(PlayerTest):
 
     def test_hostile_pictures(self):
         finds = Path(__file__).parents[2] / "fuzz/finds/pictures"
-        clean = self.peak("--headless", "--length", 0.02, self.write_show(show(entry("textured"))))
+        clean = self.peak("--headless", "--length", 0.12, self.write_show(show(entry("textured"))))
         for kind in ("bmp", "gif", "jpeg", "png", "tiff", "webp"):
             with self.subTest(kind):
                 pictures = sorted(map(str, finds.glob(f"{kind}-*")))
                 self.assertGreater(len(pictures), 20)
                 path = self.write_show(show(*(entry("textured", params={"image": picture}) for picture in pictures)))
-                self.assertLess(self.peak("--headless", "--length", 0.02, path), clean + 300, "of all together")
+                self.assertLess(self.peak("--headless", "--length", 0.12, path), clean + 300, "of all together")
 
 
 if __name__ == "__main__":

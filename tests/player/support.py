@@ -198,7 +198,7 @@ class PlayerTest(unittest.TestCase):
 
     def play(self, config, *arguments, name="config.json", **more):
         """Plays a show without a display; by default just its first picture."""
-        arguments = arguments or ("--length", 0.02)
+        arguments = arguments or ("--length", 0.12)  # a frame at least: none is longer than a tenth of a second
         return self.run_player("--headless", *arguments, self.write_show(config, name), **more)
 
     def frames(self, config, *arguments, size=(1, 1), **more):

@@ -22,7 +22,7 @@ class Paths(PlayerTest):
         name = "Äpfel 日本"
         self.write_show(show(entry("textured", params={"image": "bilder/Ö.PNG"})), name=f"{name}/show.json")
         self.write(f"{name}/Bilder/ö.png", png(3, 2, bytes(24)))
-        log = self.run_player("--headless", "--length", "0.02", f".\\{name}/SHOW.JSON").out.decode()
+        log = self.run_player("--headless", "--length", "0.12", f".\\{name}/SHOW.JSON").out.decode()
         base = windows_path(self.folder / name)
         self.assertRegex(log, r"\A\[WIN\] DPI awareness: (Per-monitor v2|System|default \(not elevated\))\r\n")
         for line in (f"[LOAD] .\\{name}/SHOW.JSON", f"[CONFIG] baseDir = {base}",
